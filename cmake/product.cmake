@@ -1,0 +1,47 @@
+# The product and what drives it from outside.
+add_compile_definitions(WINVER=0x0601 _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX STRICT
+                        UNICODE _UNICODE)
+# -static: the host's machine has none of this compiler's runtime.
+add_link_options(-static -static-libgcc -static-libstdc++)
+add_compile_options(-ffunction-sections -fdata-sections)
+
+configure_file(${PROJECT_SOURCE_DIR}/src/resources/version.rc.in ${PROJECT_BINARY_DIR}/version.rc
+               @ONLY)
+
+# Every layout and glyph becomes a resource named by its file.
+file(GLOB ZEF_FORMS CONFIGURE_DEPENDS src/resources/*.form)
+file(GLOB ZEF_GLYPHS CONFIGURE_DEPENDS src/resources/glyphs/*.glyph)
+set(rc "")
+foreach(file ${ZEF_FORMS})
+  get_filename_component(name ${file} NAME_WE)
+  string(TOUPPER ${name} name)
+  string(APPEND rc "${name} FORM \"${file}\"\n")
+endforeach()
+foreach(file ${ZEF_GLYPHS})
+  get_filename_component(name ${file} NAME_WE)
+  string(TOUPPER ${name} name)
+  string(APPEND rc "${name} GLYPH \"${file}\"\n")
+endforeach()
+file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/layouts.rc CONTENT "${rc}")
+set_source_files_properties(${PROJECT_BINARY_DIR}/layouts.rc
+                            PROPERTIES OBJECT_DEPENDS "${ZEF_FORMS};${ZEF_GLYPHS}")
+
+file(GLOB ZEF_WINDOWS_SOURCES CONFIGURE_DEPENDS
+     src/platform/*.cpp src/forms/*.cpp src/dialogs/base/*.cpp src/frame/*.cpp src/syntax/*.cpp
+     src/directories/*.cpp src/update/*.cpp src/filter/*.cpp)
+
+# Everything but the library entry, as objects, so that the tests may also reach inside.
+add_library(zefext_objects OBJECT ${ZEF_WINDOWS_SOURCES})
+target_link_libraries(zefext_objects PUBLIC zef_rules)
+target_compile_definitions(zefext_objects
+                           PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
+
+add_library(zefext SHARED $<TARGET_OBJECTS:zefext_objects> ${PROJECT_BINARY_DIR}/version.rc
+                          ${PROJECT_BINARY_DIR}/layouts.rc src/resources/zefext.def)
+set_target_properties(zefext PROPERTIES PREFIX "")
+target_link_libraries(zefext PRIVATE zef_rules comctl32 comdlg32 gdi32 user32 advapi32 ole32
+                                     oleaut32 uuid)
+target_link_options(zefext PRIVATE -Wl,--gc-sections -s -Wl,--enable-stdcall-fixup)
+
+include(cmake/host.cmake)
+include(cmake/outside_checks.cmake)
