@@ -3,13 +3,17 @@
 #include <string>
 #include <string_view>
 
-/// The one place that converts between the host's 8-bit texts and the Unicode of the controls.
+/// The one place that converts between the host's texts (the process's ANSI code page), our own
+/// (UTF-8) and the system's UTF-16. Bytes that stand for characters come back unchanged from
+/// ToAnsi(ToWide(text)).
 
-/// ANSI code page to UTF-16; bytes that the code page does not define are kept as they are.
-std::wstring ToWide(std::string_view ansi);
-/// UTF-16 to the ANSI code page; characters that it lacks become its default character.
-std::string ToAnsi(std::wstring_view wide);
-/// UTF-8 (our own texts) to UTF-16.
+std::wstring ToWide(std::string_view text);
+
+/// Characters that the code page lacks become its nearest ones, or "?".
+std::string ToAnsi(std::wstring_view text);
+
+/// As ToAnsi, at the end of a text that is there already.
+void AppendAnsi(std::string& text, std::wstring_view addition);
+
 std::wstring Utf8ToWide(std::string_view utf8);
-/// UTF-8 (our own texts) to the ANSI code page.
 std::string Utf8ToAnsi(std::string_view utf8);
