@@ -22,17 +22,23 @@ int CheckedLength(std::size_t length) {
   return static_cast<int>(length);
 }
 
-}  // namespace
-
-std::wstring ToWide(std::string_view text) {
+std::wstring Widen(std::string_view text, UINT codePage) {
   if (IsAscii(text)) return {text.begin(), text.end()};
   const int length = CheckedLength(text.size());
   // No code page has a character of more UTF-16 units than bytes.
   std::wstring wide(text.size(), L'\0');
-  const int used = MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length);
+  const int used = MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), length);
   wide.resize(static_cast<std::size_t>(used));
   return wide;
 }
+
+}  // namespace
+
+std::wstring ToWide(std::string_view text) { return Widen(text, CP_ACP); }
+
+std::wstring Utf8ToWide(std::string_view utf8) { return Widen(utf8, CP_UTF8); }
+
+std::string Utf8ToAnsi(std::string_view utf8) { return ToAnsi(Utf8ToWide(utf8)); }
 
 std::string ToAnsi(std::wstring_view text) {
   std::string ansi;
