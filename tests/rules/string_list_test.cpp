@@ -1,0 +1,305 @@
+#include "text/string_list.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "text/collation.h"
+#include "text/shared_text.h"
+
+namespace {
+
+using TLines = std::vector<std::string>;
+
+TLines LinesOf(const TStringList& list) {
+  TLines lines;
+  for (int i = 0; i < list.Count(); ++i) lines.emplace_back(list.At(i));
+  return lines;
+}
+
+/// What a list does, said as simply as can be.
+class TModel {
+ public:
+  explicit TModel(TStringList::TOptions options) : FOptions(options) {}
+
+  const TLines& Lines() const { return FLines; }
+
+  int Add(const std::string& line) {
+    if (const int at = IndexOf(line); at >= 0 && !FOptions.KeepDuplicates) return at;
+    auto place = FLines.end();
+    if (FOptions.Sorted) {
+      place = std::find_if(FLines.begin(), FLines.end(), [&](const std::string& other) {
+        return CompareText(other, line, FOptions.CaseSensitive) > 0;
+      });
+    }
+    place = FLines.insert(place, line);
+    return static_cast<int>(place - FLines.begin());
+  }
+  int IndexOf(const std::string& line) const {
+    return Find([&](const std::string& other) { return Same(other, line); });
+  }
+  int IndexOfName(const std::string& name) const {
+    return Find([&](const std::string& other) {
+      const auto equals = other.find('=');
+      return equals != std::string::npos && Same(other.substr(0, equals), name);
+    });
+  }
+  void Delete(int index) { FLines.erase(FLines.begin() + index); }
+  void SetValue(const std::string& name, const std::string& value) {
+    const int at = IndexOfName(name);
+    if (value.empty()) {
+      if (at >= 0) Delete(at);
+      return;
+    }
+    if (at < 0) {
+      Add(name + "=" + value);
+      return;
+    }
+    std::string& old = FLines[static_cast<std::size_t>(at)];
+    const std::string line = old.substr(0, old.find('=') + 1) + value;
+    if (Same(old, line)) {
+      old = line;
+    } else if (FOptions.Sorted) {
+      Delete(at);
+      Add(line);
+    } else {
+      const int equal = IndexOf(line);
+      old = line;
+      if (equal >= 0 && !FOptions.KeepDuplicates) Delete(equal);
+    }
+  }
+
+ private:
+  bool Same(const std::string& a, const std::string& b) const {
+    return FOptions.CaseSensitive ? a == b : SameText(a, b);
+  }
+  template <class TCondition>
+  int Find(TCondition condition) const {
+    const auto found = std::find_if(FLines.begin(), FLines.end(), condition);
+    return found == FLines.end() ? -1 : static_cast<int>(found - FLines.begin());
+  }
+
+  const TStringList::TOptions FOptions;
+  TLines FLines;
+};
+
+struct TCase {
+  TStringList::TOptions Options;
+  int Names;        ///< how many names and values lines are made of: few make many duplicates
+  int DeleteShare;  ///< in percent of all operations
+};
+
+class StringListModel : public testing::TestWithParam<TCase> {};
+
+TEST_P(StringListModel, RandomOperationsAgreeWithTheModel) {
+  const TCase& c = GetParam();
+  std::mt19937 random(4711);
+  const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  const auto name = [&] {
+    const int number = below(c.Names);
+    return (below(2) != 0 ? "caf\xE9" : "CAF\xC9") + std::to_string(number);
+  };
+  const auto value = [&] { return below(2) != 0 ? std::to_string(below(c.Names)) : "x"; };
+  const auto line = [&] { return below(10) == 0 ? name() : name() + "=" + value(); };
+
+  TStringList list(c.Options);
+  TModel model(c.Options);
+  for (int step = 0; step < 6000; ++step) {
+    const int dice = below(100);
+    const int count = static_cast<int>(model.Lines().size());
+    if (dice < c.DeleteShare) {
+      if (count == 0) continue;
+      const int index = below(count);
+      list.Delete(index);
+      model.Delete(index);
+    } else if (dice < 75) {
+      const std::string text = line();
+      ASSERT_EQ(list.Add(text), model.Add(text)) << text;
+    } else {
+      const std::string key = name();
+      const std::string text = below(8) == 0 ? "" : value();
+      list.SetValue(key, text);
+      model.SetValue(key, text);
+    }
+    const std::string sought = line();
+    ASSERT_EQ(list.IndexOf(sought), model.IndexOf(sought)) << sought;
+    const std::string key = name();
+    const int at = model.IndexOfName(key);
+    ASSERT_EQ(list.IndexOfName(key), at) << key;
+    const std::string expected = at < 0 ? "" : model.Lines()[static_cast<std::size_t>(at)];
+    ASSERT_EQ(list.Value(key), expected.substr(expected.find('=') + 1)) << key;
+    if (step % 500 == 499) {
+      ASSERT_EQ(LinesOf(list), model.Lines());
+    }
+  }
+  // Enough lines at some time to need several chunks, and back to none.
+  while (list.Count() > 0) {
+    const int index = below(list.Count());
+    list.Delete(index);
+    model.Delete(index);
+    if (list.Count() % 97 == 0) {
+      ASSERT_EQ(LinesOf(list), model.Lines());
+    }
+  }
+  EXPECT_EQ(list.IndexOf(line()), -1);
+}
+
+std::vector<TCase> AllOptions() {
+  std::vector<TCase> cases;
+  for (int bits = 0; bits < 8; ++bits) {
+    const TStringList::TOptions options{
+        .Sorted = (bits & 1) != 0, .CaseSensitive = (bits & 2) != 0, .KeepDuplicates = bits >= 4};
+    cases.push_back({options, 1000, 15});
+    cases.push_back({options, 5, 30});
+  }
+  return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(AllOptions, StringListModel, testing::ValuesIn(AllOptions()));
+
+TEST(StringList, CommaTextReads) {
+  const struct {
+    const char* Text;
+    TLines Lines;
+  } cases[] = {
+      {"", {}},
+      {" \t\r\n", {}},
+      {"\"\"", {""}},
+      {"a,b", {"a", "b"}},
+      {"a  b\tc", {"a", "b", "c"}},
+      {" a , b ", {"a", "b"}},
+      {"a,", {"a", ""}},
+      {"a,,b", {"a", "", "b"}},
+      {",a", {"", "a"}},
+      {",", {"", ""}},
+      {"\"a b\",c", {"a b", "c"}},
+      {"\"a\"\"b\"", {"a\"b"}},
+      {"\"\"\"\"", {"\""}},
+      {"\"a b", {"a b"}},
+      {"\"a\"\"", {"a\""}},
+      {"\"", {""}},
+      {"\"a\"b", {"a", "b"}},
+      {"a\"b c\"", {"a\"b", "c\""}},
+      {"x=\"1 2\"", {"x=\"1", "2\""}},
+      {"\"x=1 2\"", {"x=1 2"}},
+      {"caf\xE9,\xA0", {"caf\xE9", "\xA0"}},
+  };
+  for (const auto& c : cases) {
+    TStringList list({.CaseSensitive = true, .KeepDuplicates = true});
+    list.Add("gone");
+    list.SetCommaText(c.Text);
+    EXPECT_EQ(LinesOf(list), c.Lines) << c.Text;
+  }
+}
+
+TEST(StringList, CommaTextQuotesOnlyWhatNeedsIt) {
+  const struct {
+    TLines Lines;
+    const char* Text;
+  } cases[] = {
+      {{}, ""},
+      {{""}, "\"\""},
+      {{"a b", "c"}, "\"a b\",c"},
+      {{"", "a", ""}, ",a,"},
+      {{"a,b", "say \"x\"", "tab\there"}, "\"a,b\",\"say \"\"x\"\"\",\"tab\there\""},
+      {{"n=v", "\xE9t\xE9"}, "n=v,\xE9t\xE9"},
+  };
+  for (const auto& c : cases) {
+    TStringList list({.KeepDuplicates = true});
+    for (const auto& line : c.Lines) list.Add(line);
+    EXPECT_EQ(list.CommaText(), c.Text);
+  }
+}
+
+TEST(StringList, CommaTextOfAnyLinesReadsBackTheSame) {
+  std::mt19937 random(99);
+  const std::string alphabet = "a=\", \t\x01\xE9\x7F\xA0";
+  for (int round = 0; round < 3000; ++round) {
+    TStringList list({.CaseSensitive = true, .KeepDuplicates = true});
+    for (auto lines = random() % 6; lines != 0; --lines) {
+      std::string line;
+      for (auto length = random() % 5; length != 0; --length)
+        line += random() % 4 == 0 ? static_cast<char>(1 + random() % 255)
+                                  : alphabet[random() % alphabet.size()];
+      list.Add(line);
+    }
+    TStringList back(list.Options());
+    back.SetCommaText(list.CommaText());
+    ASSERT_EQ(LinesOf(back), LinesOf(list)) << list.CommaText();
+  }
+}
+
+TEST(StringList, ReadingCommaTextKeepsTheListsRules) {
+  TStringList sorted({.Sorted = true});
+  sorted.SetCommaText("b,A,a,B");
+  EXPECT_EQ(LinesOf(sorted), (TLines{"A", "b"}));
+  sorted.SetCommaText(sorted.At(1));
+  EXPECT_EQ(LinesOf(sorted), TLines{"b"});
+}
+
+TEST(StringList, ValueSetKeepsTheNameAndNeverMakesADuplicate) {
+  TStringList list({});
+  list.SetCommaText("Nom=1,a=1,a=3,a=2,libre");
+  list.SetValue("NOM", "2");
+  list.SetValue("A", "2");
+  EXPECT_EQ(LinesOf(list), (TLines{"Nom=2", "a=2", "a=3", "libre"}));
+  list.SetValue("libre", "1");
+  list.SetValue("absent", "");
+  list.SetValue("x=y", "z");
+  EXPECT_EQ(list.CommaText(), "Nom=2,a=2,a=3,libre,libre=1,x=y=z");
+  EXPECT_EQ(list.Value("x"), "y=z");
+  EXPECT_EQ(list.IndexOfName("x=y"), -1);
+}
+
+TEST(StringList, IndexesOutsideAreRefused) {
+  TStringList list({});
+  list.Add("a");
+  for (int index : {-1, 1, 1 << 30}) {
+    EXPECT_THROW(list.At(index), std::out_of_range);
+    EXPECT_THROW(list.Delete(index), std::out_of_range);
+  }
+  list.Clear();
+  EXPECT_THROW(list.At(0), std::out_of_range);
+  EXPECT_EQ(list.IndexOf("a"), -1);
+}
+
+TEST(StringList, LongLinesAndChangedOnesKeepTheirText) {
+  TStringList list({});
+  TModel model({});
+  std::mt19937 random(5);
+  // Values that grow and shrink leave dead text behind, enough of it to be cleaned up many times.
+  for (int step = 0; step < 3000; ++step) {
+    const std::string name = "n" + std::to_string(random() % 40);
+    const std::string value(random() % 20 == 0 ? 40000 : random() % 3000, 'v');
+    list.SetValue(name, value);
+    model.SetValue(name, value);
+  }
+  EXPECT_EQ(LinesOf(list), model.Lines());
+}
+
+TEST(SharedText, CopiesShareUntilOneSideChanges) {
+  TSharedText a;
+  EXPECT_STREQ(a.CStr(), "");
+  a.Set("un texte assez long pour ne pas tenir dans l'objet");
+  TSharedText b = a;
+  EXPECT_EQ(a.CStr(), b.CStr()) << "shared";
+  const char* const before = a.CStr();
+  b.Append(b.View().substr(0, 2));
+  EXPECT_EQ(a.CStr(), before);
+  EXPECT_EQ(b.View(), std::string(a.View()) + "un");
+  b = a;
+  b.Set("autre");
+  EXPECT_EQ(a.CStr(), before);
+  b.Append(b.View());
+  EXPECT_STREQ(b.CStr(), "autreautre");
+  b.Set(b.View().substr(5));
+  EXPECT_STREQ(b.CStr(), "autre");
+  b.Set("");
+  EXPECT_STREQ(b.CStr(), "");
+}
+
+}  // namespace
