@@ -120,9 +120,9 @@ const std::vector<std::string>& FuzzSeeds() {
   static const std::vector<std::string> seeds = {
       "\x0fIf x > 0 Then app.Comptes.Item(1).Add 1, , \"s\" ' c\n\x06\x01\x07\"z\";\x09\x02",
       "\x14y = app.comptes.item(2).ECRITURES.Item(\"a, b\").x & z\n\x02\x03\x03\x03\x02\x05\x01",
-      "\x05x = MsgBox(\"a\", 1)\n\x06\x01\x07f(1, 2);\x09\x09\x05\x01",
+      "\x05x = MsgBox(\"a\", 1)\n\x06\x01\x07g(1, 2);\x09\x09\x05\x01",
       "\x03v.Solde()\n\x04"
-      "Compte,\x05\x01\x06\x01\x07[a;\x0a\x01\x00w.Nom 1\n\x01",
+      "Compte,\x05\x01\x06\x01\x07[a;\x0a\x01\x0bw.Nom 1\n\x01",
   };
   return seeds;
 }
