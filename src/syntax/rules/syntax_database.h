@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -56,11 +57,11 @@ struct TSyntaxElement {
   std::string Type;
   std::string Flag;
   std::optional<std::string> Text;        ///< when the element's only child is text
-  std::string Comment;                    ///< text of its first `comment`
-  std::vector<std::string> Comments;      ///< text of every `comment` (lists only)
-  std::vector<TSyntaxMember> Members;     ///< of an `object`: every child element
-  std::vector<TSyntaxConstant> Constants; ///< of a `list`: every child element but comments
-  std::optional<TSyntaxMember> Function;  ///< of a top-level `method` or `data`: itself as a member
+  std::string Comment;                     ///< of an `object`: text of its first `comment`
+  std::vector<std::string> Comments;       ///< of a `list`: text of every `comment`
+  std::vector<TSyntaxMember> Members;      ///< of an `object`: every child element with a name
+  std::vector<TSyntaxConstant> Constants;  ///< of a `list`: every child element with a name
+  std::optional<TSyntaxMember> Function;   ///< of a top-level `method` or `data`: itself as a member
 };
 
 class TSyntaxDatabase {
@@ -75,6 +76,15 @@ class TSyntaxDatabase {
   const TSyntaxMember* FindFunction(std::string_view name) const;
 
   std::vector<TSyntaxElement> Elements;
+
+  /// Orders the names once, so that look-ups need not scan. To be called again when Elements
+  /// change; a model whose count of elements changed since is scanned.
+  void IndexNames();
+
+ private:
+  template <class TAccept>
+  const TSyntaxElement* FindFirst(std::string_view name, TAccept accept) const;
+  std::vector<std::uint32_t> FByName;  ///< positions in Elements by name, then in document order
 };
 
 /// Builds the model from a document's nodes in document order; never recurses, so depth is no risk.

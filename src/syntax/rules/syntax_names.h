@@ -24,9 +24,11 @@ class TNameSet {
     std::uint32_t Offset;  ///< of the name in FText, plus 1; 0 marks a free slot
     std::uint32_t Length;
   };
+  /// The name's slot, or the free slot where it would go.
+  const TSlot* Find(std::string_view name, std::uint32_t hash) const;
   void Grow();
-  std::vector<TSlot> FSlots;
-  std::string FText;
+  std::vector<TSlot> FSlots;  ///< none, or a power of two of them
+  std::string FText;          ///< the names in upper case, one after another
   std::size_t FCount = 0;
 };
 
@@ -35,8 +37,8 @@ struct TSyntaxNames {
   TNameSet Methods;    ///< ".Add" for each object's member, the name of each const with text
   TNameSet Functions;  ///< top-level methods
   TNameSet Constants;  ///< named children of lists
-  TStringList Types{{.Sorted = true}};                 ///< objects and types
-  TStringList Predefined{{.KeepDuplicates = true}};    ///< name=type of each const
+  TStringList Types{{.Sorted = true}};               ///< objects and types
+  TStringList Predefined{{.KeepDuplicates = true}};  ///< name=type of each const
 
   /// What VCLSyntaxIsMethod answers: a member with its leading dot, a function, or a predefined
   /// object that has text.

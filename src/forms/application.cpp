@@ -1,0 +1,53 @@
+#include "forms/application.h"
+
+#include <algorithm>
+
+#include "forms/form.h"
+
+// Set by the linker to where this module lies.
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+HINSTANCE TApplication::Instance() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
+
+TApplication& Application() {
+  static TApplication application;
+  return application;
+}
+
+TForm* TApplication::FindForm(const void* handle) const {
+  const auto found =
+      std::ranges::find_if(FForms, [&](const TForm* form) { return form == handle; });
+  return found == FForms.end() ? nullptr : *found;
+}
+
+TForm* TApplication::FindForm(HWND window) const {
+  const auto found = std::ranges::find_if(
+      FForms, [&](const TForm* form) { return window && form->Handle() == window; });
+  return found == FForms.end() ? nullptr : *found;
+}
+
+void TApplication::Retire(std::unique_ptr<TForm> form) {
+  if (!form) return;
+  // A modal run that began after this form's own stands on top of it: it must unwind first.
+  const auto modal = std::ranges::find(FModalForms, form.get());
+  for (auto each = modal; each != FModalForms.end(); ++each) (*each)->Abandon();
+  std::erase(FForms, form.get());
+  form->Hide();
+  if (FCallDepth > 0) FRetired.push_back(std::move(form));
+}
+
+void TApplication::HelpCommand(UINT command, ULONG_PTR data) const {
+  WinHelpA(FHandle, FHelpFile.c_str(), command, data);
+}
+
+TCallScope::TCallScope() { ++Application().FCallDepth; }
+
+TCallScope::~TCallScope() {
+  auto& application = Application();
+  while (application.FCallDepth == 1 && !application.FRetired.empty()) {
+    // Moved out first: destroying windows runs window procedures, which come by here again.
+    const auto retired = std::move(application.FRetired.back());
+    application.FRetired.pop_back();
+  }
+  --application.FCallDepth;
+}

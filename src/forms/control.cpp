@@ -1,0 +1,211 @@
+#include "forms/control.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <climits>
+
+#include "forms/form.h"
+#include "platform/code_page.h"
+#include "platform/guard.h"
+
+namespace {
+
+constexpr wchar_t kNameProperty[] = L"ControlName";
+constexpr UINT_PTR kSubclassId = 1;
+
+constexpr std::string_view kCommonProperties[] = {
+    "anchors", "caption", "color", "cursor", "disabled", "enter",      "exit",
+    "help",    "hidden",  "hint",  "tab",    "click",    "no-tab-stop"};
+
+int SystemColor(const std::string& name) {
+  if (name == "window") return COLOR_WINDOW;
+  if (name == "info") return COLOR_INFOBK;
+  if (name == "face") return COLOR_BTNFACE;
+  if (name == "inactive-caption") return COLOR_INACTIVECAPTION;
+  if (name == "inactive-gradient") return COLOR_GRADIENTINACTIVECAPTION;
+  if (name == "inactive-text") return COLOR_INACTIVECAPTIONTEXT;
+  return -1;
+}
+
+TAnchors ReadAnchors(const TLayoutItem& layout) {
+  const auto* property = layout.Find("anchors");
+  if (!property) return {};
+  const auto has = [&](const char* side) {
+    return std::ranges::find(property->Values, side) != property->Values.end();
+  };
+  return {has("left"), has("top"), has("right"), has("bottom")};
+}
+
+}  // namespace
+
+std::string WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
+  const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+  text.resize(static_cast<std::size_t>(std::max(length, 0)));
+  return ToAnsi(text);
+}
+
+TControl::TControl(TForm& form, const TLayoutItem& layout)
+    : TComponent(layout.Name), FForm(form), FLayout(layout) {
+  FHint = Utf8ToWide(Word("hint", ""));
+  FHelpContext = Number("help", 0);
+  FAnchors = ReadAnchors(layout);
+  FColor = SystemColor(Word("color", ""));
+  if (Word("cursor", "default") == "hand") FCursor = reinterpret_cast<LPCWSTR>(IDC_HAND);
+}
+
+TControl::~TControl() {
+  if (FHandle) DestroyWindow(FHandle);
+}
+
+void TControl::Create(const RECT& bounds, HFONT font) {
+  for (const auto& property : FLayout.Properties) {
+    if (!Accepts(property.Name)) {
+      throw TLayoutError(Name() + " does not take " + property.Name);
+    }
+  }
+  const auto params = WindowParams();
+  DWORD style = params.Style | WS_CHILD | WS_CLIPSIBLINGS | WS_GROUP;
+  if (!HasFlag("hidden")) style |= WS_VISIBLE;
+  if (HasFlag("disabled")) style |= WS_DISABLED;
+  // Numbers from 100 up stay clear of the system's own IDOK, IDCANCEL and so on.
+  const auto id = static_cast<INT_PTR>(100) + FForm.NextControlId();
+  FHandle = CreateWindowExW(params.ExStyle, params.ClassName,
+                            Utf8ToWide(Word("caption", "")).c_str(), style, bounds.left, bounds.top,
+                            bounds.right - bounds.left, bounds.bottom - bounds.top, FForm.Handle(),
+                            reinterpret_cast<HMENU>(id), TApplication::Instance(), nullptr);
+  if (!FHandle) throw std::runtime_error("window refused: " + Name());
+  SetWindowName(FHandle, Name());
+  Attach(FHandle);
+  Created();
+  SetFont(font);
+}
+
+void TControl::Attach(HWND window) {
+  SetWindowSubclass(window, SubclassProc, kSubclassId, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void TControl::SetWindowName(HWND window, const std::string& name) {
+  const ATOM atom = GlobalAddAtomA(name.c_str());
+  SetPropW(window, kNameProperty, reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(atom)));
+}
+
+LRESULT CALLBACK TControl::SubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR /*id*/, DWORD_PTR self) {
+  const TCallScope scope;
+  return Guarded<LRESULT>(0, [&] {
+    return reinterpret_cast<TControl*>(self)->WindowProc(window, message, wParam, lParam);
+  });
+}
+
+LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_SETFOCUS: {
+      const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+      FForm.ControlFocused(*this);
+      return result;
+    }
+    case WM_SETCURSOR:
+      if (FCursor && LOWORD(lParam) == HTCLIENT) {
+        ::SetCursor(LoadCursorW(nullptr, FCursor));
+        return TRUE;
+      }
+      break;
+    case WM_NCDESTROY: {
+      const auto atom = reinterpret_cast<ULONG_PTR>(RemovePropW(window, kNameProperty));
+      if (atom) GlobalDeleteAtom(static_cast<ATOM>(atom));
+      RemoveWindowSubclass(window, SubclassProc, kSubclassId);
+      if (window == FHandle) FHandle = nullptr;
+      break;
+    }
+    default:
+      break;
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+std::string TControl::Text() const { return WindowText(FHandle); }
+
+void TControl::SetText(std::string_view text) { SetWindowTextW(FHandle, ToWide(text).c_str()); }
+
+void TControl::SetTextUtf8(std::string_view text) {
+  SetWindowTextW(FHandle, Utf8ToWide(text).c_str());
+}
+
+bool TControl::Enabled() const { return IsWindowEnabled(FHandle) != FALSE; }
+
+void TControl::SetEnabled(bool enabled) { EnableWindow(FHandle, enabled); }
+
+bool TControl::Visible() const { return (GetWindowLongW(FHandle, GWL_STYLE) & WS_VISIBLE) != 0; }
+
+void TControl::SetVisible(bool visible) { ShowWindow(FHandle, visible ? SW_SHOWNA : SW_HIDE); }
+
+bool TControl::CanFocus() const { return FHandle && Enabled() && Visible(); }
+
+void TControl::SetFocus() {
+  FForm.SetActiveControl(this);
+  if (FForm.Visible() && CanFocus()) ::SetFocus(FHandle);
+}
+
+bool TControl::Focused() const {
+  const HWND focus = GetFocus();
+  return focus && Owns(focus);
+}
+
+bool TControl::Owns(HWND window) const { return window == FHandle || IsChild(FHandle, window); }
+
+RECT TControl::Bounds() const {
+  RECT bounds{};
+  GetWindowRect(FHandle, &bounds);
+  MapWindowPoints(nullptr, FForm.Handle(), reinterpret_cast<POINT*>(&bounds), 2);
+  return bounds;
+}
+
+void TControl::SetBounds(const RECT& bounds) {
+  SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left,
+               bounds.bottom - bounds.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+std::string TControl::Hint() const { return ToAnsi(FHint); }
+
+void TControl::SetColor(int systemColor) {
+  if (FColor == systemColor) return;
+  FColor = systemColor;
+  InvalidateRect(FHandle, nullptr, TRUE);
+}
+
+void TControl::SetFont(HFONT font) { Send(WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE); }
+
+TNotifyEvent* TControl::FindEvent(std::string_view property) {
+  if (property == "click") return &OnClick;
+  if (property == "dblclick") return &OnDblClick;
+  if (property == "change") return &OnChange;
+  if (property == "enter") return &OnEnter;
+  if (property == "exit") return &OnExit;
+  return nullptr;
+}
+
+int TControl::TabOrder() const { return Number("tab", INT_MAX); }
+
+bool TControl::Accepts(std::string_view property) const {
+  return std::ranges::find(kCommonProperties, property) != std::end(kCommonProperties);
+}
+
+std::string TControl::Word(std::string_view property, std::string_view fallback) const {
+  const auto* found = FLayout.Find(property);
+  return found ? found->Values.front() : std::string(fallback);
+}
+
+int TControl::Number(std::string_view property, int fallback) const {
+  const auto* found = FLayout.Find(property);
+  return found ? LayoutNumber(found->Values.front()) : fallback;
+}
+
+DWORD TControl::ScrollStyle() const {
+  const auto scroll = Word("scroll", "none");
+  DWORD style = 0;
+  if (scroll == "vertical" || scroll == "both") style |= WS_VSCROLL;
+  if (scroll == "horizontal" || scroll == "both") style |= WS_HSCROLL;
+  return style;
+}

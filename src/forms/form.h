@@ -1,0 +1,225 @@
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "forms/application.h"
+#include "forms/control.h"
+#include "forms/handles.h"
+
+/// Modal results, as the buttons of a layout name them by number.
+enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2 };
+
+class TButton;
+class TForm;
+
+/// Ties a loaded layout to a form's class: its controls to fields, its event names to handlers.
+class TFormBinder {
+ public:
+  using TCloseQueryEvent = std::function<bool()>;
+  /// Command and data of a help request; sets callHelp to have the help system asked. The result
+  /// says that the request was dealt with.
+  using THelpEvent = std::function<bool(UINT command, int data, bool& callHelp)>;
+
+  explicit TFormBinder(TForm& form) : FForm(form) {}
+
+  /// Throws std::logic_error when the layout has no such control or one of another kind.
+  template <class T>
+  void Control(const char* name, T*& field);
+
+  void Handler(const std::string& name, TNotifyEvent handler) { FHandlers[name] = std::move(handler); }
+  void CloseQueryHandler(const std::string& name, TCloseQueryEvent handler) {
+    FCloseQueryHandlers[name] = std::move(handler);
+  }
+  void HelpHandler(const std::string& name, THelpEvent handler) {
+    FHelpHandlers[name] = std::move(handler);
+  }
+
+ private:
+  friend class TForm;
+  template <class TMap>
+  static typename TMap::mapped_type Find(const TMap& handlers, const std::string& name) {
+    const auto found = handlers.find(name);
+    if (found == handlers.end()) throw std::logic_error("unknown handler " + name);
+    return found->second;
+  }
+
+  TForm& FForm;
+  std::map<std::string, TNotifyEvent> FHandlers;
+  std::map<std::string, TCloseQueryEvent> FCloseQueryHandlers;
+  std::map<std::string, THelpEvent> FHelpHandlers;
+};
+
+/// A window described by the layout resource of its class. Its window class bears the class's name.
+///
+/// Made by CreateForm, which builds the object, loads its layout and makes its windows (hidden),
+/// then calls InitDialog. When the system destroys the window under it (the host destroyed its
+/// owner), the object lives on without one: HasWindow tells. User-interface thread only.
+class TForm : public TComponent {
+ public:
+  /// With a parent window, the form is a child of that window; else the host's main window owns it.
+  explicit TForm(HWND parentWindow = nullptr) : FParentWindow(parentWindow) {
+    Application().FForms.push_back(this);
+  }
+  ~TForm() override;
+
+  virtual const char* ClassName() const = 0;
+
+  HWND Handle() const { return FHandle; }
+  bool HasWindow() const { return FHandle != nullptr; }
+
+  // ---- running ----
+
+  /// Runs the form until its modal result is set and its close query agrees; the other windows of
+  /// the thread are disabled meanwhile. Returns the result; mrCancel when the window is destroyed,
+  /// the program quits or the library is freed under it.
+  int ShowModal();
+  void Show();
+  void Hide();
+  /// As the close box: cancels when modal, else hides if the close query agrees.
+  void Close();
+  void Minimize() { ShowWindow(FHandle, SW_MINIMIZE); }
+  void BringToFront();
+  bool Visible() const { return FHandle && IsWindowVisible(FHandle); }
+  bool Modal() const { return FModalState != nullptr; }
+
+  int ModalResult() const { return FModalResult; }
+  void SetModalResult(int result) { FModalResult = result; }
+
+  // ---- properties ----
+
+  void SetCaption(std::string_view text);
+  int HelpContext() const { return FHelpContext; }
+  void SetHelpContext(int context) { FHelpContext = context; }
+
+  const std::string& HelpFile() const { return FHelpFile; }
+  void SetHelpFile(std::string_view path) { FHelpFile = path; }
+
+  /// The control that has or is to get the focus; null: the first in tab order.
+  void SetActiveControl(TControl* control) { FActiveControl = control; }
+  TControl* ActiveControl() const { return FActiveControl; }
+
+  RECT WindowBounds() const;
+  SIZE ClientSize() const;
+  void SetClientSize(SIZE size);
+  /// Device pixels for pixels at 96 DPI.
+  int Scaled(int pixels) const { return MulDiv(pixels, FDpi, 96); }
+  int Dpi() const { return FDpi; }
+  /// Controls in the order of the layout.
+  const std::vector<TControl*>& Controls() const { return FControls; }
+  TControl* FindControl(std::string_view name) const;
+  /// The control that this window, or one of its parents, belongs to, or null.
+  TControl* FindControl(HWND window) const;
+  /// Repaints at once.
+  void Update() { UpdateWindow(FHandle); }
+
+  TNotifyEvent OnClick;
+  TNotifyEvent OnDblClick;
+  TNotifyEvent OnClose;
+  TNotifyEvent OnPaint;
+  TNotifyEvent OnShow;
+  TNotifyEvent OnHide;
+  TNotifyEvent OnCreate;
+  TFormBinder::TCloseQueryEvent OnCloseQuery;
+  TFormBinder::THelpEvent OnHelp;
+
+  /// A help request for this form: its help event first, then, if that asks for it, the help
+  /// system. True when the request was dealt with.
+  bool Help(UINT command, int data);
+
+  // ---- for CreateForm and the framework ----
+
+  void Load();
+  virtual void InitDialog() {}
+  void ControlFocused(TControl& control);
+  /// A number that no other control of the form bears.
+  int NextControlId() { return FNextControlId++; }
+  void SetDefaultButton(TButton& button);
+  TButton* DefaultButton() const { return FDefaultButton; }
+  /// Ends a modal run as soon as it gets the word: used when the form is freed under its caller.
+  void Abandon();
+
+ protected:
+  struct TCreateParams {
+    DWORD Style = 0;
+    DWORD ExStyle = 0;
+    HWND Parent = nullptr;
+    bool Centred = true;
+  };
+  /// Ties the layout to the class; overrides call the inherited one first.
+  virtual void Bind(TFormBinder& binder) = 0;
+  virtual void CreateParams(TCreateParams& params);
+  virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+  /// After the window's final destroy message; the form may retire itself here.
+  virtual void WindowDestroyed() {}
+  TControl& Child(std::string_view name) const;
+  HWND ParentWindow() const { return FParentWindow; }
+  const TLayoutItem& Layout() const { return FLayout; }
+
+ private:
+  friend class TFormBinder;
+  struct TModalState;
+  struct TPlacement {
+    TControl* Control;
+    RECT Bounds;  ///< at the form's designed client size, device pixels
+  };
+
+  static LRESULT CALLBACK FormProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void CreateFormWindow();
+  void CreateControls(const TLayout& layout);
+  void BindEvents(const TFormBinder& binder);
+  void CreateTooltips();
+  void ScaleTo(int dpi);
+  void ArrangeControls();
+  void Place();
+  void FocusFirst();
+  void RunModal(const TModalState& state);
+  bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
+  bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+  void HandleCommand(WPARAM wParam, LPARAM lParam);
+  void HandleHelp(const HELPINFO& info);
+  bool ControlColor(HDC dc, HWND window, LRESULT& result);
+  void WindowGone();
+
+  HWND FParentWindow;
+  HWND FHandle = nullptr;
+  HWND FTooltips = nullptr;
+  TLayoutItem FLayout;
+  std::vector<TControl*> FControls;
+  std::vector<TPlacement> FPlacements;
+  SIZE FDesignSize{};
+  bool FCentred = true;
+  int FNextControlId = 0;
+  int FDpi = 96;
+  TFontHandle FFont;
+  TControl* FActiveControl = nullptr;
+  TControl* FFirstActive = nullptr;
+  TControl* FEntered = nullptr;
+  TButton* FDefaultButton = nullptr;
+  TButton* FCancelButton = nullptr;
+  int FHelpContext = 0;
+  std::string FHelpFile;
+  int FModalResult = mrNone;
+  TModalState* FModalState = nullptr;
+};
+
+template <class T>
+void TFormBinder::Control(const char* name, T*& field) {
+  field = dynamic_cast<T*>(FForm.FindControl(std::string_view(name)));
+  if (!field) throw std::logic_error(std::string("no such control: ") + name);
+}
+
+/// Builds a form, loads its layout, makes its windows and lets it initialise itself.
+template <class T, class... TArgs>
+std::unique_ptr<T> CreateForm(TArgs&&... args) {
+  auto form = std::make_unique<T>(std::forward<TArgs>(args)...);
+  form->Load();
+  form->InitDialog();
+  return form;
+}

@@ -1,0 +1,254 @@
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "forms/dpi.h"
+#include "forms/form.h"
+#include "forms/list_controls.h"
+#include "forms/resource.h"
+#include "forms/std_controls.h"
+#include "forms/window_class.h"
+#include "platform/code_page.h"
+
+namespace {
+
+template <class T>
+std::unique_ptr<TControl> Make(TForm& form, const TLayoutItem& layout) {
+  return std::make_unique<T>(form, layout);
+}
+
+struct TKind {
+  std::string_view Name;
+  std::unique_ptr<TControl> (*Make)(TForm&, const TLayoutItem&);
+};
+
+constexpr TKind kKinds[] = {
+    {"bitmap-button", Make<TBitBtn>},  {"button", Make<TButton>},
+    {"check-box", Make<TCheckBox>},    {"check-list", Make<TCheckListBox>},
+    {"combo-box", Make<TComboBox>},    {"edit", Make<TEdit>},
+    {"image-combo", Make<TImageComboBox>}, {"label", Make<TLabel>},
+    {"list-box", Make<TListBox>},      {"memo", Make<TMemo>},
+    {"progress-bar", Make<TProgressBar>}, {"radio-group", Make<TRadioGroup>},
+    {"speed-button", Make<TSpeedButton>}, {"static-text", Make<TStaticText>},
+    {"up-down", Make<TUpDown>},
+};
+
+/// The layout of a class over those of the classes it inherits.
+TLayout LoadLayout(const std::string& name) {
+  TLayout layout = ParseLayout(LoadTextResource("FORM", name));
+  if (layout.BaseName.empty()) return layout;
+  return MergeLayouts(LoadLayout(layout.BaseName), layout);
+}
+
+TFontHandle MakeFont(const TLayoutItem& form, int dpi) {
+  const auto* name = form.Find("font");
+  const auto* height = form.Find("font-height");
+  const std::string face = name ? name->Values[0] : "MS Sans Serif";
+  LOGFONTW font{};
+  font.lfHeight = MulDiv(height ? LayoutNumber(height->Values[0]) : -11, dpi, 96);
+  font.lfCharSet = DEFAULT_CHARSET;
+  // The bitmap font of that name has no sizes between: its outline twin takes over off 96 DPI.
+  const bool bitmapFace = dpi != 96 && face == "MS Sans Serif";
+  const auto wide = bitmapFace ? std::wstring(L"Microsoft Sans Serif") : Utf8ToWide(face);
+  wide.copy(font.lfFaceName, LF_FACESIZE - 1);
+  return TFontHandle(CreateFontIndirectW(&font));
+}
+
+/// Size that a caption takes in a font, for labels that give no size of their own.
+SIZE CaptionSize(HWND window, HFONT font, const std::wstring& caption) {
+  const TWindowDc dc(window);
+  const HGDIOBJ before = SelectObject(dc.Get(), font);
+  SIZE size{};
+  GetTextExtentPoint32W(dc.Get(), caption.c_str(), static_cast<int>(caption.size()), &size);
+  SelectObject(dc.Get(), before);
+  return size;
+}
+
+/// The order in which Tab and screen readers meet the controls: a control without a place of its
+/// own (a label) comes right before the next one that has one.
+std::vector<TControl*> TabSequence(const std::vector<TControl*>& controls) {
+  std::vector<std::pair<int, TControl*>> keyed;
+  int next = INT_MAX;
+  for (auto at = controls.rbegin(); at != controls.rend(); ++at) {
+    if ((*at)->TabOrder() != INT_MAX) next = (*at)->TabOrder();
+    keyed.emplace_back(next, *at);
+  }
+  std::ranges::reverse(keyed);
+  std::ranges::stable_sort(keyed, {}, [](const auto& entry) { return entry.first; });
+  std::vector<TControl*> sequence;
+  for (const auto& entry : keyed) sequence.push_back(entry.second);
+  return sequence;
+}
+
+}  // namespace
+
+void TForm::Load() {
+  INITCOMMONCONTROLSEX common{sizeof common, ICC_WIN95_CLASSES | ICC_USEREX_CLASSES};
+  InitCommonControlsEx(&common);
+  const TLayout layout = LoadLayout(ClassName());
+  FLayout = layout.Form;
+  FDpi = DpiOf(FParentWindow ? FParentWindow : Application().MainWindow());
+  FFont = MakeFont(FLayout, FDpi);
+  if (const auto* help = FLayout.Find("help")) FHelpContext = LayoutNumber(help->Values[0]);
+  CreateFormWindow();
+  CreateControls(layout);
+  TFormBinder binder(*this);
+  Bind(binder);
+  BindEvents(binder);
+  if (FLayout.Find("show-hints")) CreateTooltips();
+  if (const auto* active = FLayout.Find("active")) {
+    FFirstActive = FActiveControl = &Child(active->Values[0]);
+  }
+  if (OnCreate) OnCreate();
+}
+
+void TForm::CreateParams(TCreateParams& params) {
+  const auto has = [&](const char* property, const char* value) {
+    const auto* found = FLayout.Find(property);
+    return found && std::ranges::find(found->Values, value) != found->Values.end();
+  };
+  params.Style = WS_CAPTION | WS_CLIPCHILDREN;
+  if (has("icons", "system")) params.Style |= WS_SYSMENU;
+  if (has("icons", "minimize")) params.Style |= WS_MINIMIZEBOX;
+  if (has("icons", "maximize")) params.Style |= WS_MAXIMIZEBOX;
+  // The system offers the question mark only beside a lone close box.
+  if (has("icons", "help")) params.ExStyle |= WS_EX_CONTEXTHELP;
+  if (has("border", "sizeable") || has("border", "sizeable-tool")) {
+    params.Style |= WS_THICKFRAME;
+  } else if (has("border", "dialog")) {
+    params.Style |= DS_MODALFRAME;
+    params.ExStyle |= WS_EX_DLGMODALFRAME;
+  }
+  if (has("border", "sizeable-tool")) params.ExStyle |= WS_EX_TOOLWINDOW;
+  if (FLayout.Find("stay-on-top")) params.ExStyle |= WS_EX_TOPMOST;
+  params.ExStyle |= WS_EX_CONTROLPARENT;
+  if (FParentWindow) {
+    params.Style |= WS_CHILD | WS_CLIPSIBLINGS;
+    params.Parent = FParentWindow;
+    params.Centred = false;
+  } else {
+    params.Style |= WS_POPUP;
+    params.Parent = Application().MainWindow();
+  }
+}
+
+void TForm::CreateFormWindow() {
+  const std::wstring className = Utf8ToWide(ClassName());
+  RegisterWindowClass(className, FormProc, DLGWINDOWEXTRA + static_cast<int>(sizeof(TForm*)),
+                      reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+  TCreateParams params;
+  CreateParams(params);
+  FCentred = params.Centred;
+  const auto* client = FLayout.Find("client");
+  if (!client) throw TLayoutError(std::string(ClassName()) + " has no client size");
+  FDesignSize = {Scaled(LayoutNumber(client->Values[0])), Scaled(LayoutNumber(client->Values[1]))};
+  RECT frame{0, 0, FDesignSize.cx, FDesignSize.cy};
+  AdjustWindowRectEx(&frame, params.Style, FALSE, params.ExStyle);
+  const auto* caption = FLayout.Find("caption");
+  FHandle = CreateWindowExW(params.ExStyle, className.c_str(),
+                            caption ? Utf8ToWide(caption->Values[0]).c_str() : L"", params.Style, 0,
+                            0, frame.right - frame.left, frame.bottom - frame.top, params.Parent,
+                            nullptr, TApplication::Instance(), this);
+  if (!FHandle) throw std::runtime_error("window refused: " + std::string(ClassName()));
+  SendMessageW(FHandle, WM_SETFONT, reinterpret_cast<WPARAM>(FFont.Get()), FALSE);
+}
+
+void TForm::CreateControls(const TLayout& layout) {
+  for (const auto& item : layout.Controls) {
+    const auto kind = std::ranges::find(kKinds, item.Kind, &TKind::Name);
+    if (kind == std::end(kKinds)) throw TLayoutError("unknown kind " + item.Kind);
+    FControls.push_back(&Adopt(kind->Make(*this, item)));
+  }
+  std::vector<TPlacement> placements;
+  for (TControl* control : TabSequence(FControls)) {
+    const auto& bounds = control->Layout().Bounds;
+    if (!bounds[0] || !bounds[1]) throw TLayoutError(control->Name() + " has no position");
+    SIZE size{};
+    if (!bounds[2]) {
+      const auto* caption = control->Layout().Find("caption");
+      if (!caption) throw TLayoutError(control->Name() + " has no size");
+      size = CaptionSize(FHandle, FFont.Get(), Utf8ToWide(caption->Values[0]));
+    } else {
+      size = {Scaled(*bounds[2]), Scaled(*bounds[3])};
+    }
+    const int left = Scaled(*bounds[0]);
+    const int top = Scaled(*bounds[1]);
+    const RECT place{left, top, left + size.cx, top + size.cy};
+    control->Create(place, FFont.Get());
+    FPlacements.push_back({control, place});
+  }
+}
+
+void TForm::BindEvents(const TFormBinder& binder) {
+  const auto handlerName = [](const TLayoutItem& item, std::string_view property) {
+    const auto* found = item.Find(property);
+    return found ? found->Values[0] : std::string();
+  };
+  const struct {
+    const char* Property;
+    TNotifyEvent* Event;
+  } formEvents[] = {{"click", &OnClick}, {"dblclick", &OnDblClick}, {"close", &OnClose},
+                    {"paint", &OnPaint}, {"show", &OnShow},         {"hide", &OnHide},
+                    {"create", &OnCreate}};
+  for (const auto& each : formEvents) {
+    const auto name = handlerName(FLayout, each.Property);
+    if (!name.empty()) *each.Event = TFormBinder::Find(binder.FHandlers, name);
+  }
+  if (const auto name = handlerName(FLayout, "close-query"); !name.empty()) {
+    OnCloseQuery = TFormBinder::Find(binder.FCloseQueryHandlers, name);
+  }
+  if (const auto name = handlerName(FLayout, "help-event"); !name.empty()) {
+    OnHelp = TFormBinder::Find(binder.FHelpHandlers, name);
+  }
+  for (TControl* control : FControls) {
+    for (const auto& property : control->Layout().Properties) {
+      if (TNotifyEvent* event = control->FindEvent(property.Name)) {
+        *event = TFormBinder::Find(binder.FHandlers, property.Values[0]);
+      }
+    }
+    if (control->Layout().Find("default")) FDefaultButton = dynamic_cast<TButton*>(control);
+    if (control->Layout().Find("cancel")) FCancelButton = dynamic_cast<TButton*>(control);
+  }
+  if (FDefaultButton) SetDefaultButton(*FDefaultButton);
+}
+
+void TForm::CreateTooltips() {
+  FTooltips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                              WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, FHandle, nullptr,
+                              TApplication::Instance(), nullptr);
+  SendMessageW(FTooltips, TTM_SETMAXTIPWIDTH, 0, Scaled(320));
+  EnumChildWindows(
+      FHandle,
+      [](HWND child, LPARAM self) -> BOOL {
+        const auto* form = reinterpret_cast<TForm*>(self);
+        TControl* control = form->FindControl(child);
+        if (!control || control->HintWide().empty()) return TRUE;
+        TTTOOLINFOW tool{};
+        tool.cbSize = TTTOOLINFOW_V1_SIZE;
+        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+        tool.hwnd = form->FHandle;
+        tool.uId = reinterpret_cast<UINT_PTR>(child);
+        tool.lpszText = const_cast<wchar_t*>(control->HintWide().c_str());
+        SendMessageW(form->FTooltips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(this));
+}
+
+void TForm::ScaleTo(int dpi) {
+  const int before = FDpi;
+  const auto scale = [&](LONG pixels) { return MulDiv(pixels, dpi, before); };
+  FDpi = dpi;
+  TFontHandle font = MakeFont(FLayout, dpi);
+  for (auto& placement : FPlacements) {
+    RECT& bounds = placement.Bounds;
+    bounds = {scale(bounds.left), scale(bounds.top), scale(bounds.right), scale(bounds.bottom)};
+    placement.Control->SetFont(font.Get());
+    placement.Control->DpiChanged(dpi);
+  }
+  FFont = std::move(font);
+  const SIZE client = ClientSize();
+  FDesignSize = {scale(FDesignSize.cx), scale(FDesignSize.cy)};
+  SetClientSize({scale(client.cx), scale(client.cy)});
+  ArrangeControls();
+}

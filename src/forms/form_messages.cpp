@@ -1,0 +1,141 @@
+#include <algorithm>
+
+#include "forms/form.h"
+#include "forms/modeless_keyboard.h"
+#include "forms/std_controls.h"
+#include "platform/guard.h"
+
+namespace {
+
+constexpr int kFormOffset = DLGWINDOWEXTRA;
+
+bool TooDarkForText(COLORREF background) {
+  const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+  const auto light = [](COLORREF color) {
+    return 3 * GetRValue(color) + 6 * GetGValue(color) + GetBValue(color);
+  };
+  return std::abs(light(background) - light(text)) < 10 * 64;
+}
+
+}  // namespace
+
+LRESULT CALLBACK TForm::FormProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const TCallScope scope;
+  if (message == WM_NCCREATE) {
+    auto* self = static_cast<TForm*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+    SetWindowLongPtrW(window, kFormOffset, reinterpret_cast<LONG_PTR>(self));
+    self->FHandle = window;
+  }
+  auto* form = reinterpret_cast<TForm*>(GetWindowLongPtrW(window, kFormOffset));
+  if (!form) return DefDlgProcW(window, message, wParam, lParam);
+  return Guarded<LRESULT>(0, [&] { return form->WindowProc(message, wParam, lParam); });
+}
+
+LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+  const HWND window = FHandle;
+  LRESULT result = 0;
+  if (HandleMessage(message, wParam, lParam, result)) return result;
+  result = DefDlgProcW(window, message, wParam, lParam);
+  if (message == WM_NCDESTROY) WindowGone();
+  return result;
+}
+
+bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  switch (message) {
+    case WM_COMMAND:
+      HandleCommand(wParam, lParam);
+      return true;
+    case WM_NOTIFY: {
+      const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+      TControl* control = FindControl(header.hwndFrom);
+      return control && control->HandleNotify(header, result);
+    }
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      if (TControl* control = FindControl(reinterpret_cast<HWND>(lParam))) control->HandleScroll();
+      return true;
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORLISTBOX:
+      return ControlColor(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam), result);
+    case WM_HELP:
+      HandleHelp(*reinterpret_cast<const HELPINFO*>(lParam));
+      result = TRUE;
+      return true;
+    case WM_CLOSE:
+      Close();
+      return true;
+    case WM_SIZE:
+      if (wParam != SIZE_MINIMIZED) ArrangeControls();
+      return false;
+    case WM_GETMINMAXINFO: {
+      RECT frame{0, 0, FDesignSize.cx, FDesignSize.cy};
+      AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(FHandle, GWL_STYLE)), FALSE,
+                         static_cast<DWORD>(GetWindowLongW(FHandle, GWL_EXSTYLE)));
+      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {frame.right - frame.left,
+                                                               frame.bottom - frame.top};
+      return true;
+    }
+    case WM_DPICHANGED: {
+      ScaleTo(LOWORD(wParam));
+      const auto& bounds = *reinterpret_cast<const RECT*>(lParam);
+      SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+      return true;
+    }
+    case WM_LBUTTONUP:
+      if (OnClick) OnClick();
+      return false;
+    case WM_LBUTTONDBLCLK:
+      if (OnDblClick) OnDblClick();
+      return false;
+    case WM_PAINT:
+      if (OnPaint) OnPaint();
+      return false;
+    default:
+      return false;
+  }
+}
+
+void TForm::HandleCommand(WPARAM wParam, LPARAM lParam) {
+  const HWND window = reinterpret_cast<HWND>(lParam);
+  if (TControl* control = FindControl(window)) {
+    if (auto* group = dynamic_cast<TRadioGroup*>(control)) {
+      if (HIWORD(wParam) == BN_CLICKED) group->ItemClicked(window);
+    } else {
+      control->HandleCommand(HIWORD(wParam));
+    }
+    return;
+  }
+  // Escape comes as this number, whatever number the Cancel button bears.
+  if (LOWORD(wParam) == IDCANCEL && FCancelButton) FCancelButton->Click();
+}
+
+bool TForm::ControlColor(HDC dc, HWND window, LRESULT& result) {
+  const TControl* control = FindControl(window);
+  if (!control || control->Color() < 0) return false;
+  int color = control->Color();
+  if (TooDarkForText(GetSysColor(color))) color = COLOR_BTNFACE;
+  SetBkColor(dc, GetSysColor(color));
+  SetTextColor(dc, GetSysColor(color == COLOR_INFOBK ? COLOR_INFOTEXT : COLOR_WINDOWTEXT));
+  result = reinterpret_cast<LRESULT>(GetSysColorBrush(color));
+  return true;
+}
+
+void TForm::HandleHelp(const HELPINFO& info) {
+  const TControl* control = FindControl(static_cast<HWND>(info.hItemHandle));
+  const int context =
+      control && control->HelpContext() != 0 ? control->HelpContext() : FHelpContext;
+  // A form with the question mark explains its controls in place; others open the help file.
+  const bool popup = (GetWindowLongW(FHandle, GWL_EXSTYLE) & WS_EX_CONTEXTHELP) != 0;
+  Help(popup ? HELP_CONTEXTPOPUP : HELP_CONTEXT, context);
+}
+
+void TForm::WindowGone() {
+  RemoveModelessForm(FHandle);
+  FHandle = nullptr;
+  FTooltips = nullptr;
+  FEntered = nullptr;
+  Abandon();
+  WindowDestroyed();
+}

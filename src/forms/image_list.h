@@ -1,0 +1,26 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <initializer_list>
+#include <string_view>
+
+#include "forms/handles.h"
+
+/// Small pictures of one size, made from the library's glyphs.
+class TImageList {
+ public:
+  TImageList() = default;
+  /// One image a glyph, at the size for the DPI. A glyph is named by its resource; an empty name
+  /// leaves an empty image. Throws std::runtime_error for an unknown one.
+  TImageList(std::initializer_list<std::string_view> glyphs, int dpi);
+  HIMAGELIST Handle() const { return FHandle.Get(); }
+  TIconHandle Icon(int index) const {
+    return TIconHandle(ImageList_GetIcon(Handle(), index, ILD_TRANSPARENT));
+  }
+
+ private:
+  TOwned<HIMAGELIST, [](HIMAGELIST list) { ImageList_Destroy(list); }> FHandle;
+};

@@ -1,0 +1,85 @@
+#include "forms/rules/glyph.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string>
+
+#include "forms/rules/layout.h"
+
+namespace {
+
+constexpr int kSide = 16;
+
+std::string_view TakeLine(std::string_view& text) {
+  const auto end = std::min(text.find('\n'), text.size());
+  auto line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.remove_suffix(1);
+  return line;
+}
+
+std::uint32_t ParseColor(std::string_view hex) {
+  std::uint32_t color = 0;
+  const auto [end, error] = std::from_chars(hex.data(), hex.data() + hex.size(), color, 16);
+  if (hex.size() != 6 || error != std::errc() || end != hex.data() + hex.size()) {
+    throw TLayoutError("a glyph's colour has six hexadecimal digits");
+  }
+  return color | 0xFF000000u;
+}
+
+}  // namespace
+
+TGlyph ParseGlyph(std::string_view text) {
+  std::array<std::uint32_t, 256> palette{};
+  std::array<bool, 256> known{};
+  known['.'] = true;
+  TGlyph glyph{kSide, {}};
+  while (!text.empty()) {
+    const auto line = TakeLine(text);
+    if (line.empty() || line[0] == '#') continue;
+    if (line.size() > 2 && line[1] == ' ') {
+      palette[static_cast<unsigned char>(line[0])] = ParseColor(line.substr(2));
+      known[static_cast<unsigned char>(line[0])] = true;
+      continue;
+    }
+    if (line.size() != kSide) throw TLayoutError("a glyph's row has 16 pixels");
+    for (const char c : line) {
+      if (!known[static_cast<unsigned char>(c)]) throw TLayoutError("unknown letter in a glyph");
+      glyph.Pixels.push_back(palette[static_cast<unsigned char>(c)]);
+    }
+  }
+  if (glyph.Pixels.size() != kSide * kSide) throw TLayoutError("a glyph has 16 rows");
+  return glyph;
+}
+
+TGlyph ScaleGlyph(const TGlyph& glyph, int size) {
+  if (size == glyph.Size) return glyph;
+  TGlyph scaled{size, {}};
+  scaled.Pixels.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
+  const double step = static_cast<double>(glyph.Size) / size;
+  for (int y = 0; y < size; ++y) {
+    for (int x = 0; x < size; ++x) {
+      std::array<double, 4> sum{};
+      for (int sy = static_cast<int>(y * step); sy < glyph.Size && sy < (y + 1) * step; ++sy) {
+        const double high = std::min<double>(sy + 1, (y + 1) * step) - std::max<double>(sy, y * step);
+        for (int sx = static_cast<int>(x * step); sx < glyph.Size && sx < (x + 1) * step; ++sx) {
+          const double wide =
+              std::min<double>(sx + 1, (x + 1) * step) - std::max<double>(sx, x * step);
+          const auto pixel = glyph.Pixels[static_cast<std::size_t>(sy * glyph.Size + sx)];
+          for (unsigned channel = 0; channel < 4; ++channel) {
+            sum[channel] += ((pixel >> (8 * channel)) & 0xFF) * wide * high;
+          }
+        }
+      }
+      std::uint32_t pixel = 0;
+      for (unsigned channel = 0; channel < 4; ++channel) {
+        const auto value = std::lround(sum[channel] / (step * step));
+        pixel |= static_cast<std::uint32_t>(std::clamp(value, 0L, 255L)) << (8 * channel);
+      }
+      scaled.Pixels.push_back(pixel);
+    }
+  }
+  return scaled;
+}

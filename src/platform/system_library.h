@@ -1,0 +1,22 @@
+#pragma once
+
+/// A system library that few calls need, loaded for as long as the object lives.
+class TSystemLibrary {
+ public:
+  /// The file name, taken from the system's own folder only.
+  explicit TSystemLibrary(const wchar_t* name);
+  ~TSystemLibrary();
+  TSystemLibrary(const TSystemLibrary&) = delete;
+  TSystemLibrary& operator=(const TSystemLibrary&) = delete;
+
+  /// A function of the given pointer type, or null when it or the whole library is not there.
+  template <class TFunction>
+  TFunction Function(const char* name) const {
+    return reinterpret_cast<TFunction>(Address(name));
+  }
+
+ private:
+  using TAddress = void (*)();
+  TAddress Address(const char* name) const;
+  void* FModule;
+};

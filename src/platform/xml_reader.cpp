@@ -1,0 +1,298 @@
+#include "platform/xml_reader.h"
+
+#include <windows.h>
+
+#include <msxml2.h>
+#include <objbase.h>
+
+#include <exception>
+#include <memory>
+#include <vector>
+
+#include "platform/code_page.h"
+#include "platform/system_library.h"
+#include "text/xml_prolog.h"
+
+namespace {
+
+// The system's headers of this toolchain declare these, but no import library defines them.
+constexpr GUID kSaxXmlReader60 = {
+    0x88d96a0c, 0xf192, 0x11d4, {0xa6, 0x5f, 0x00, 0x40, 0x96, 0x32, 0x51, 0xe5}};
+constexpr GUID kSaxXmlReaderInterface = {
+    0xa4f96ed0, 0xf829, 0x476e, {0x81, 0xc0, 0xcd, 0xc7, 0xbd, 0x2a, 0x08, 0x02}};
+constexpr GUID kSaxContentHandlerInterface = {
+    0x1545cdfa, 0x9e4e, 0x4497, {0xa8, 0xa4, 0x2b, 0xf7, 0xd0, 0x11, 0x2c, 0x44}};
+constexpr GUID kSaxLexicalHandlerInterface = {
+    0x7f85d5f5, 0x47a8, 0x4497, {0xbd, 0xa5, 0x84, 0xba, 0x04, 0x81, 0x9e, 0xa6}};
+
+struct TReleaser {
+  void operator()(IUnknown* object) const { object->Release(); }
+};
+template <class TInterface>
+using TComPtr = std::unique_ptr<TInterface, TReleaser>;
+
+struct THandleCloser {
+  using pointer = HANDLE;
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+
+struct TGlobalFreer {
+  using pointer = HGLOBAL;
+  void operator()(HGLOBAL memory) const { GlobalFree(memory); }
+};
+using TGlobalMemory = std::unique_ptr<HGLOBAL, TGlobalFreer>;
+
+/// COM, loaded and initialised for this thread while the object lives.
+class TComSession {
+ public:
+  TComSession() : FLibrary(L"ole32.dll") {
+    CreateInstance = FLibrary.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
+    CreateStream = FLibrary.Function<decltype(&CreateStreamOnHGlobal)>("CreateStreamOnHGlobal");
+    const auto initialize = FLibrary.Function<decltype(&CoInitializeEx)>("CoInitializeEx");
+    // A thread that the host gave the other threading model serves as well, but is not ours to end.
+    const HRESULT result = initialize ? initialize(nullptr, COINIT_APARTMENTTHREADED) : E_FAIL;
+    FInitialized = SUCCEEDED(result);
+    FUsable = (FInitialized || result == RPC_E_CHANGED_MODE) && CreateInstance && CreateStream;
+  }
+  ~TComSession() {
+    if (FInitialized) FLibrary.Function<decltype(&CoUninitialize)>("CoUninitialize")();
+  }
+  TComSession(const TComSession&) = delete;
+  TComSession& operator=(const TComSession&) = delete;
+
+  bool Usable() const { return FUsable; }
+
+  decltype(&CoCreateInstance) CreateInstance;
+  decltype(&CreateStreamOnHGlobal) CreateStream;
+
+ private:
+  TSystemLibrary FLibrary;
+  bool FInitialized;
+  bool FUsable;
+};
+
+/// Passes the component's events to the sink. Lives on the stack of the reading, which outlives
+/// the component's references, so counting those is no use.
+class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
+ public:
+  explicit THandler(TXmlSink& sink) : FSink(sink) {}
+  THandler(const THandler&) = delete;
+  THandler& operator=(const THandler&) = delete;
+
+  void RethrowFailure() const {
+    if (FFailure) std::rethrow_exception(FFailure);
+  }
+
+  HRESULT WINAPI QueryInterface(REFIID iid, void** object) override {
+    if (IsEqualGUID(iid, kSaxContentHandlerInterface) || IsEqualGUID(iid, IID_IUnknown))
+      *object = static_cast<ISAXContentHandler*>(this);
+    else if (IsEqualGUID(iid, kSaxLexicalHandlerInterface))
+      *object = static_cast<ISAXLexicalHandler*>(this);
+    else
+      *object = nullptr;
+    return *object ? S_OK : E_NOINTERFACE;
+  }
+  ULONG WINAPI AddRef() override { return 1; }
+  ULONG WINAPI Release() override { return 1; }
+
+  HRESULT WINAPI startElement(const wchar_t*, int, const wchar_t*, int, const wchar_t* name,
+                              int length, ISAXAttributes* attributes) override {
+    return Guarded([&] {
+      EndText();
+      return PassElement(View(name, length), *attributes);
+    });
+  }
+  HRESULT WINAPI endElement(const wchar_t*, int, const wchar_t*, int, const wchar_t*,
+                            int) override {
+    return Guarded([&] {
+      EndText();
+      FSink.EndElement();
+      return S_OK;
+    });
+  }
+  HRESULT WINAPI characters(const wchar_t* text, int length) override {
+    return Guarded([&] {
+      FWide.append(View(text, length));
+      return S_OK;
+    });
+  }
+  HRESULT WINAPI ignorableWhitespace(const wchar_t*, int) override { return S_OK; }
+  HRESULT WINAPI startCDATA() override {
+    return Guarded([&] {
+      EndText();
+      return S_OK;
+    });
+  }
+  HRESULT WINAPI endCDATA() override {
+    return Guarded([&] {
+      FSink.CDataSection(TakeText());
+      return S_OK;
+    });
+  }
+  HRESULT WINAPI comment(const wchar_t*, int) override { return PassOther(); }
+  HRESULT WINAPI processingInstruction(const wchar_t*, int, const wchar_t*, int) override {
+    return PassOther();
+  }
+
+  // A component that did not refuse the document type by itself is stopped here.
+  HRESULT WINAPI startDTD(const wchar_t*, int, const wchar_t*, int, const wchar_t*, int) override {
+    return E_ABORT;
+  }
+  HRESULT WINAPI skippedEntity(const wchar_t*, int) override { return E_ABORT; }
+  HRESULT WINAPI endDTD() override { return S_OK; }
+  HRESULT WINAPI startEntity(const wchar_t*, int) override { return S_OK; }
+  HRESULT WINAPI endEntity(const wchar_t*, int) override { return S_OK; }
+
+  HRESULT WINAPI putDocumentLocator(ISAXLocator*) override { return S_OK; }
+  HRESULT WINAPI startDocument() override { return S_OK; }
+  HRESULT WINAPI endDocument() override { return S_OK; }
+  HRESULT WINAPI startPrefixMapping(const wchar_t*, int, const wchar_t*, int) override {
+    return S_OK;
+  }
+  HRESULT WINAPI endPrefixMapping(const wchar_t*, int) override { return S_OK; }
+
+ private:
+  static std::wstring_view View(const wchar_t* text, int length) {
+    return length > 0 ? std::wstring_view(text, static_cast<std::size_t>(length))
+                      : std::wstring_view();
+  }
+
+  // No C++ exception may cross the component's frames: it is kept until the component is left.
+  template <class TBody>
+  HRESULT Guarded(TBody body) noexcept {
+    try {
+      return body();
+    } catch (...) {
+      FFailure = std::current_exception();
+      return E_ABORT;
+    }
+  }
+
+  HRESULT PassOther() {
+    return Guarded([&] {
+      EndText();
+      FSink.OtherNode();
+      return S_OK;
+    });
+  }
+
+  HRESULT PassElement(std::wstring_view name, ISAXAttributes& attributes) {
+    int count = 0;
+    HRESULT result = attributes.getLength(&count);
+    // The views are taken last: the text that they lie in moves while it grows.
+    FAnsi.clear();
+    FEnds.clear();
+    const auto add = [&](std::wstring_view text) {
+      AppendAnsi(FAnsi, text);
+      FEnds.push_back(FAnsi.size());
+    };
+    add(name);
+    const wchar_t* text = nullptr;
+    int length = 0;
+    for (int i = 0; i < count && SUCCEEDED(result); ++i) {
+      result = attributes.getQName(i, &text, &length);
+      if (FAILED(result)) break;
+      add(View(text, length));
+      result = attributes.getValue(i, &text, &length);
+      if (SUCCEEDED(result)) add(View(text, length));
+    }
+    if (FAILED(result)) return result;
+    const auto part = [&](std::size_t i) {
+      const std::size_t start = i == 0 ? 0 : FEnds[i - 1];
+      return std::string_view(FAnsi).substr(start, FEnds[i] - start);
+    };
+    FAttributes.clear();
+    for (std::size_t i = 1; i + 1 < FEnds.size(); i += 2)
+      FAttributes.emplace_back(part(i), part(i + 1));
+    FSink.StartElement(part(0), FAttributes);
+    return S_OK;
+  }
+
+  /// What the component gave piece by piece, as one text: a character may lie across two pieces.
+  std::string_view TakeText() {
+    FAnsi.clear();
+    AppendAnsi(FAnsi, FWide);
+    FWide.clear();
+    return FAnsi;
+  }
+
+  void EndText() {
+    if (!FWide.empty()) FSink.Characters(TakeText());
+  }
+
+  TXmlSink& FSink;
+  std::exception_ptr FFailure;
+  std::wstring FWide;
+  std::string FAnsi;
+  std::vector<std::size_t> FEnds;
+  std::vector<TXmlSink::TAttribute> FAttributes;
+};
+
+/// The file's bytes, or null when they cannot be had.
+TGlobalMemory ReadBytes(const std::string& path) {
+  const HANDLE opened = CreateFileW(ToWide(path).c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (opened == INVALID_HANDLE_VALUE) return {};
+  const std::unique_ptr<HANDLE, THandleCloser> file(opened);
+  LARGE_INTEGER size;
+  if (!GetFileSizeEx(file.get(), &size) || size.QuadPart > MAXLONG) return {};
+  // The stream's length is the block's, so it must be the file's to the byte; an empty block is
+  // told from a failure by its handle alone.
+  TGlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, static_cast<SIZE_T>(size.QuadPart)));
+  if (!memory || size.QuadPart == 0) return memory;
+  DWORD read = 0;
+  const BOOL done = ReadFile(file.get(), GlobalLock(memory.get()),
+                             static_cast<DWORD>(size.QuadPart), &read, nullptr);
+  GlobalUnlock(memory.get());
+  if (!done || read != size.QuadPart) memory.reset();
+  return memory;
+}
+
+bool MayHaveDocumentType(HGLOBAL memory) {
+  const auto* bytes = static_cast<const char*>(GlobalLock(memory));
+  const bool result = bytes && MayHaveDocumentType({bytes, GlobalSize(memory)});
+  GlobalUnlock(memory);
+  return result;
+}
+
+void SetUp(ISAXXMLReader& reader, THandler& handler) {
+  reader.putContentHandler(&handler);
+  VARIANT lexical = {};
+  lexical.vt = VT_UNKNOWN;
+  lexical.punkVal = static_cast<ISAXLexicalHandler*>(&handler);
+  reader.putProperty(L"http://xml.org/sax/properties/lexical-handler", lexical);
+  // Not every version knows every one of these, and the file is refused without them too.
+  reader.putFeature(L"prohibit-dtd", VARIANT_TRUE);
+  reader.putFeature(L"http://xml.org/sax/features/external-general-entities", VARIANT_FALSE);
+  reader.putFeature(L"http://xml.org/sax/features/external-parameter-entities", VARIANT_FALSE);
+}
+
+}  // namespace
+
+TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
+  TGlobalMemory memory = ReadBytes(path);
+  if (!memory) return TXmlReading::NoFile;
+  if (MayHaveDocumentType(memory.get())) return TXmlReading::Refused;
+
+  THandler handler(sink);
+  const TComSession com;
+  void* created = nullptr;
+  if (!com.Usable() || FAILED(com.CreateInstance(kSaxXmlReader60, nullptr, CLSCTX_INPROC_SERVER,
+                                                 kSaxXmlReaderInterface, &created)))
+    return TXmlReading::NoComponent;
+  const TComPtr<ISAXXMLReader> reader(static_cast<ISAXXMLReader*>(created));
+  SetUp(*reader, handler);
+
+  IStream* opened = nullptr;
+  if (FAILED(com.CreateStream(memory.get(), TRUE, &opened))) return TXmlReading::NoComponent;
+  const TComPtr<IStream> stream(opened);
+  memory.release();  // the stream's own from here
+
+  VARIANT input = {};
+  input.vt = VT_UNKNOWN;
+  input.punkVal = stream.get();
+  const HRESULT result = reader->parse(input);
+  handler.RethrowFailure();
+  return SUCCEEDED(result) ? TXmlReading::Done : TXmlReading::Broken;
+}

@@ -1,0 +1,107 @@
+#include "syntax/rules/syntax_names.h"
+
+#include <algorithm>
+
+#include "text/collation.h"
+
+namespace {
+
+constexpr std::size_t kSmallestTable = 16;
+
+std::uint32_t FoldedHash(std::string_view name) {
+  const auto& upper = UserCollation().Upper;
+  std::uint32_t hash = 2166136261u;
+  for (const char c : name) hash = (hash ^ upper[static_cast<unsigned char>(c)]) * 16777619u;
+  // The low bits choose the slot, so the high ones must reach them.
+  return hash ^ (hash >> 15);
+}
+
+}  // namespace
+
+void TNameSet::Clear() {
+  FSlots.clear();
+  FText.clear();
+  FCount = 0;
+}
+
+std::size_t TNameSet::Count() const { return FCount; }
+
+const TNameSet::TSlot* TNameSet::Find(std::string_view name, std::uint32_t hash) const {
+  const auto& upper = UserCollation().Upper;
+  const std::size_t mask = FSlots.size() - 1;
+  for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
+    const TSlot& slot = FSlots[i];
+    if (slot.Offset == 0) return &slot;
+    if (slot.Hash != hash || slot.Length != name.size()) continue;
+    const auto same = [&upper](char folded, char c) {
+      return static_cast<unsigned char>(folded) == upper[static_cast<unsigned char>(c)];
+    };
+    const char* folded = FText.data() + slot.Offset - 1;
+    if (std::equal(folded, folded + slot.Length, name.data(), same)) return &slot;
+  }
+}
+
+void TNameSet::Add(std::string_view name) {
+  if (name.empty()) return;
+  // Half of the slots stay free: a miss, the common answer, then ends at once.
+  if ((FCount + 1) * 2 > FSlots.size()) Grow();
+  const std::uint32_t hash = FoldedHash(name);
+  const TSlot* found = Find(name, hash);
+  if (found->Offset != 0) return;
+  const auto offset = static_cast<std::uint32_t>(FText.size() + 1);
+  FText += UpperText(name);
+  FSlots[static_cast<std::size_t>(found - FSlots.data())] = {
+      hash, offset, static_cast<std::uint32_t>(name.size())};
+  ++FCount;
+}
+
+bool TNameSet::Contains(std::string_view name) const {
+  return FCount != 0 && !name.empty() && Find(name, FoldedHash(name))->Offset != 0;
+}
+
+void TNameSet::Grow() {
+  std::vector<TSlot> old(std::max(kSmallestTable, FSlots.size() * 2), TSlot{});
+  old.swap(FSlots);
+  const std::size_t mask = FSlots.size() - 1;
+  for (const TSlot& slot : old) {
+    if (slot.Offset == 0) continue;
+    std::size_t i = slot.Hash & mask;
+    while (FSlots[i].Offset != 0) i = (i + 1) & mask;
+    FSlots[i] = slot;
+  }
+}
+
+bool TSyntaxNames::IsMethod(std::string_view word) const {
+  return Functions.Contains(word) || Methods.Contains(word);
+}
+
+bool TSyntaxNames::IsConstant(std::string_view word) const { return Constants.Contains(word); }
+
+bool TSyntaxNames::IsFunction(std::string_view word) const { return Functions.Contains(word); }
+
+void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
+  Methods.Clear();
+  Functions.Clear();
+  Constants.Clear();
+  std::string dotted;
+  for (const TSyntaxElement& element : database.Elements) {
+    if (element.Kind == TSyntaxKind::Const && element.Text) Methods.Add(element.Name);
+    if (element.Kind == TSyntaxKind::Method) Functions.Add(element.Name);
+    for (const TSyntaxMember& member : element.Members)
+      if (!member.Name.empty()) Methods.Add(dotted.assign(".").append(member.Name));
+    for (const TSyntaxConstant& constant : element.Constants) Constants.Add(constant.Name);
+  }
+}
+
+void TSyntaxNames::BuildTypes(const TSyntaxDatabase& database) {
+  Types.Clear();
+  Predefined.Clear();
+  std::string line;
+  for (const TSyntaxElement& element : database.Elements) {
+    if (element.Name.empty()) continue;
+    if (element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type)
+      Types.Add(element.Name);
+    else if (element.Kind == TSyntaxKind::Const)
+      Predefined.Add(line.assign(element.Name).append("=").append(element.Type));
+  }
+}
