@@ -256,7 +256,7 @@ TFileBytes ReadBytes(const std::string& path) {
 bool IsSuspect(const TFileBytes& bytes) {
   if (bytes.Size == 0) return false;
   const auto* start = static_cast<const char*>(GlobalLock(bytes.Memory.get()));
-  const bool result = MayHaveDocumentType(std::string_view(start, bytes.Size));
+  const bool result = ::MayHaveDocumentType(std::string_view(start, bytes.Size));
   GlobalUnlock(bytes.Memory.get());
   return result;
 }
