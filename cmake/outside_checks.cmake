@@ -6,7 +6,7 @@ add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FR
 file(GLOB ZEF_OUTSIDE_TESTS CONFIGURE_DEPENDS tests/outside/*.cpp)
 if(ZEF_OUTSIDE_TESTS)
   add_executable(outside_tests ${ZEF_OUTSIDE_TESTS})
-  target_link_libraries(outside_tests PRIVATE zef_options gtest comctl32 gdi32 user32 ole32
+  target_link_libraries(outside_tests PRIVATE zefext_objects gtest comctl32 gdi32 user32 ole32
                                               oleacc oleaut32 uuid ws2_32 psapi)
   target_compile_definitions(outside_tests
                              PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
