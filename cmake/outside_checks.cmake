@@ -39,6 +39,12 @@ file(GLOB ZEF_OUTSIDE_TESTS CONFIGURE_DEPENDS tests/outside/*.cpp)
 zef_outside_program(outside_tests ${ZEF_OUTSIDE_TESTS})
 target_link_libraries(outside_tests PRIVATE gtest)
 
+# What needs Windows but no window is tested from inside.
+file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
+add_executable(platform_tests ${ZEF_PLATFORM_TESTS})
+set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_libraries(platform_tests PRIVATE zefext_objects gtest_main)
+
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*.cpp)
 if(ZEF_OUTSIDE_BENCHES)
   zef_outside_program(outside_bench ${ZEF_OUTSIDE_BENCHES})
