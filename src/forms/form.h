@@ -182,7 +182,7 @@ class TForm : public TComponent {
   static BOOL CALLBACK AddTooltip(HWND child, LPARAM self);
   void ScaleTo(int dpi);
   void ArrangeControls();
-  void FocusFirst();
+  void FocusFirst(TControl* first);
   void RunModal(const TModalState& state);
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
   bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
@@ -200,6 +200,7 @@ class TForm : public TComponent {
   SIZE FDesignSize{};
   bool FCentred = true;
   int FNextControlId = 0;
+  bool FActivating = false;
   int FDpi = 96;
   TFontHandle FFont;
   TControl* FActiveControl = nullptr;

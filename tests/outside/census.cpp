@@ -1,14 +1,12 @@
 #include "outside/census.h"
 
-#include <winternl.h>
-// Keeps its place: these headers need the ones above.
 #include <psapi.h>
 #include <tlhelp32.h>
 
 #include <array>
-#include <format>
 #include <iterator>
 
+#include "user/say.h"
 #include "user/window.h"
 
 namespace {
@@ -33,9 +31,11 @@ std::set<std::string> OwnModules() {
   DWORD bytes = 0;
   EnumProcessModules(GetCurrentProcess(), modules.data(), sizeof modules, &bytes);
   std::set<std::string> names;
-  for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE)); ++index) {
+  for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE));
+       ++index) {
     wchar_t name[MAX_PATH];
-    names.insert(Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), modules[index], name, MAX_PATH)}));
+    names.insert(
+        Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), modules[index], name, MAX_PATH)}));
   }
   return names;
 }
@@ -52,7 +52,9 @@ int OwnGdiObjects() {
   };
   constexpr size_t TableSlot = 0x94;  // in the process environment block of 32-bit processes
   constexpr int Entries = 0x4000;
-  const char* block = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
+  const auto currentBlock = reinterpret_cast<const char*(WINAPI*)()>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "RtlGetCurrentPeb")));
+  const char* block = currentBlock();
   const TEntry* table = *reinterpret_cast<TEntry* const*>(block + TableSlot);
   int count = 0;
   for (int index = 0; table && index < Entries; ++index)
@@ -72,8 +74,8 @@ std::string TCensus::NewSince(const TCensus& earlier) const {
   std::string news;
   for (const HWND window : Windows)
     if (!earlier.Windows.contains(window))
-      news += std::format("window {} '{}'\n", ClassOf(window), TextOf(window));
+      news += Say("window ", ClassOf(window), " '", TextOf(window), "'\n");
   for (const DWORD thread : Threads)
-    if (!earlier.Threads.contains(thread)) news += std::format("thread {:#x}\n", thread);
+    if (!earlier.Threads.contains(thread)) news += Say("thread ", std::hex, thread, "\n");
   return news;
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
 
 #include "outside/watchdog.h"
@@ -60,5 +61,7 @@ void TScriptedUser::CloseForms() {
 }
 
 void TScriptedUser::Settle() {
+  // After its last window has gone, a program takes no input.
+  if (std::ranges::none_of(TopWindows(Process()), Shown)) return;
   if (!FBarrier.Pass(PatienceMs)) throw TUserError("the program does not take its input");
 }
