@@ -25,8 +25,9 @@ bool NeedsWholeText(UINT message) {
 std::wstring_view Newest(std::wstring_view lines, std::size_t room) {
   if (lines.size() <= room) return lines;
   lines.remove_prefix(lines.size() - room);
-  const auto end = lines.find(kLineEnd);
-  if (end != lines.npos) lines.remove_prefix(end + kLineEnd.size());
+  // Of a line that does not fit by itself, its end.
+  const auto next = lines.find(kLineEnd) + kLineEnd.size();
+  if (next < lines.size()) lines.remove_prefix(next);
   return lines;
 }
 
@@ -54,9 +55,9 @@ void TLogMemo::AddLine(std::string_view line) {
   }
 }
 
-void TLogMemo::Clear() {
+void TLogMemo::SetText(std::string_view text) {
   FPending.clear();
-  SetText({});
+  TMemo::SetText(text);
 }
 
 LRESULT TLogMemo::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -16,7 +16,7 @@ class TLogMemo : public TMemo {
 
   /// Adds a line after the last.
   void AddLine(std::string_view line);
-  void Clear();
+  void SetText(std::string_view text) override;
 
  protected:
   LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;

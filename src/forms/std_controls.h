@@ -99,6 +99,7 @@ class TMemo : public TEdit {
 
   void SetText(std::string_view text) override;
   void SetTextUtf8(std::string_view text) override;
+  void Clear() { SetText({}); }
 
  protected:
   TWindowParams WindowParams() const override;
