@@ -30,10 +30,12 @@ std::size_t CommittedBytes() {
 
 class Views : public TOutsideTest {
  protected:
-  /// A window of the host for a view to stand in.
+  /// A window of the host for a view to stand in. Of the host's own class: the system's may leave
+  /// the process together with the library.
   HWND Holder(int left = 10) const {
-    return CreateWindowExW(WS_EX_CONTROLPARENT, L"STATIC", L"", WS_CHILD | WS_VISIBLE, left, 10,
-                           620, 380, MainWindow, nullptr, nullptr, nullptr);
+    const auto hosts = static_cast<ATOM>(GetClassLongW(MainWindow, GCW_ATOM));
+    return CreateWindowExW(WS_EX_CONTROLPARENT, MAKEINTATOM(hosts), L"", WS_CHILD | WS_VISIBLE,
+                           left, 10, 620, 380, MainWindow, nullptr, nullptr, nullptr);
   }
 
   ZefDialog MakeView(HWND parent, HWND* window = nullptr, const char* helpFile = nullptr) const {
