@@ -4,6 +4,7 @@ add_compile_definitions(WINVER=0x0601 _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NO
 # -static: the host's machine has none of this compiler's runtime.
 add_link_options(-static -static-libgcc -static-libstdc++)
 add_compile_options(-ffunction-sections -fdata-sections)
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 configure_file(${PROJECT_SOURCE_DIR}/src/resources/version.rc.in ${PROJECT_BINARY_DIR}/version.rc
                @ONLY)

@@ -37,6 +37,22 @@ void ZEFEXT_API VCLSetMainHelpFile(const char* helpFile);
  * closes that dialog as Cancel does. */
 void ZEFEXT_API VCLFree(void);
 
+/* ---- Dialogs ------------------------------------------------------------------------------- */
+
+/* A form of the library, held by the host. A handle that is null, stale or foreign is refused. */
+typedef struct ZefDialogObject* ZefDialog;
+
+/* Shows the base dialog until the user closes it. With a help file, its Help button opens that
+ * instead of the main one. The result is the dialog's outcome (0 or 1); only its low byte counts. */
+int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile);
+
+/* Shows a base dialog inside a window of the host and returns at once. The handle is the host's
+ * until VCLFreeNonModalDialog; closing the dialog only hides it. */
+void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDialog* dialog);
+
+/* Destroys such a dialog. The result is its outcome (low byte), or 0 when the handle is refused. */
+int ZEFEXT_API VCLFreeNonModalDialog(ZefDialog dialog);
+
 /* ---- Visual Basic assistant ---------------------------------------------------------------- */
 
 /* 1 when the word is a Visual Basic function, a predefined object that has text, or, written with

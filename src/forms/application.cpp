@@ -36,6 +36,23 @@ void TApplication::Retire(std::unique_ptr<TForm> form) {
   if (FCallDepth > 0) FRetired.push_back(std::move(form));
 }
 
+TForm& TApplication::Keep(std::unique_ptr<TForm> form) {
+  FHostForms.push_back(std::move(form));
+  return *FHostForms.back();
+}
+
+std::unique_ptr<TForm> TApplication::Take(const TForm& form) {
+  const auto found = std::ranges::find(FHostForms, &form, &std::unique_ptr<TForm>::get);
+  if (found == FHostForms.end()) return nullptr;
+  auto taken = std::move(*found);
+  FHostForms.erase(found);
+  return taken;
+}
+
+void TApplication::ReleaseHostForms() {
+  while (!FHostForms.empty()) Retire(Take(*FHostForms.back()));
+}
+
 void TApplication::HelpCommand(UINT command, ULONG_PTR data) const {
   WinHelpA(FHandle, FHelpFile.c_str(), command, data);
 }

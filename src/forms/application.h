@@ -35,6 +35,13 @@ class TApplication {
   /// it has returned. The form is closed and no longer live from this call on.
   void Retire(std::unique_ptr<TForm> form);
 
+  /// Forms that the host holds by their handles, until it gives them back.
+  TForm& Keep(std::unique_ptr<TForm> form);
+  /// Out of that keeping; null when the form was not in it.
+  std::unique_ptr<TForm> Take(const TForm& form);
+  /// Destroys what the host never gave back.
+  void ReleaseHostForms();
+
   /// Asks the help system: WinHelp with the main window and the help file.
   void HelpCommand(UINT command, ULONG_PTR data) const;
 
@@ -46,6 +53,7 @@ class TApplication {
   std::string FHelpFile;
   std::vector<TForm*> FForms;
   std::vector<TForm*> FModalForms;  ///< in the order their modal runs began
+  std::vector<std::unique_ptr<TForm>> FHostForms;
   std::vector<std::unique_ptr<TForm>> FRetired;
   int FCallDepth = 0;
 };

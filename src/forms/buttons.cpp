@@ -1,4 +1,8 @@
+#include <windows.h>
+
 #include <commctrl.h>
+
+#include <algorithm>
 
 #include "forms/form.h"
 #include "forms/std_controls.h"
@@ -165,7 +169,8 @@ void TRadioGroup::SetVisible(bool visible) {
 
 void TRadioGroup::SetFont(HFONT font) {
   TControl::SetFont(font);
-  for (const HWND item : FItems) SendMessageW(item, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+  for (const HWND item : FItems)
+    SendMessageW(item, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 
 bool TRadioGroup::Owns(HWND window) const {
@@ -182,8 +187,9 @@ void TRadioGroup::Arrange() {
   const int width = (frame.right - frame.left - 2 * margin) / columns;
   const int height = (frame.bottom - top - Form().Scaled(4)) / rows;
   for (int i = 0; i < static_cast<int>(FItems.size()); ++i) {
-    SetWindowPos(FItems[static_cast<std::size_t>(i)], Handle(), frame.left + margin + i / rows * width,
-                 top + i % rows * height, width, height, SWP_NOACTIVATE | SWP_NOZORDER);
+    SetWindowPos(FItems[static_cast<std::size_t>(i)], Handle(),
+                 frame.left + margin + i / rows * width, top + i % rows * height, width, height,
+                 SWP_NOACTIVATE | SWP_NOZORDER);
   }
 }
 

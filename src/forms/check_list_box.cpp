@@ -1,3 +1,5 @@
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include "forms/form.h"
@@ -90,7 +92,8 @@ int TCheckListBox::AddItem(std::string_view text, bool enabled, bool checked) {
 
 void TCheckListBox::DeleteItem(int index) {
   const TUpdating updating(FUpdating);
-  if (Send(LVM_DELETEITEM, static_cast<WPARAM>(index))) FItemEnabled.erase(FItemEnabled.begin() + index);
+  if (Send(LVM_DELETEITEM, static_cast<WPARAM>(index)))
+    FItemEnabled.erase(FItemEnabled.begin() + index);
 }
 
 void TCheckListBox::ClearItems() {
@@ -122,8 +125,8 @@ int TCheckListBox::IndexOf(std::string_view text) const {
 }
 
 bool TCheckListBox::Checked(int index) const {
-  return (static_cast<UINT>(Send(LVM_GETITEMSTATE, static_cast<WPARAM>(index),
-                                 LVIS_STATEIMAGEMASK)) &
+  return (static_cast<UINT>(
+              Send(LVM_GETITEMSTATE, static_cast<WPARAM>(index), LVIS_STATEIMAGEMASK)) &
           LVIS_STATEIMAGEMASK) == CheckState(true);
 }
 

@@ -1,5 +1,7 @@
 #include "forms/control.h"
 
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include <algorithm>

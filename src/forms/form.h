@@ -33,7 +33,9 @@ class TFormBinder {
   template <class T>
   void Control(const char* name, T*& field);
 
-  void Handler(const std::string& name, TNotifyEvent handler) { FHandlers[name] = std::move(handler); }
+  void Handler(const std::string& name, TNotifyEvent handler) {
+    FHandlers[name] = std::move(handler);
+  }
   void CloseQueryHandler(const std::string& name, TCloseQueryEvent handler) {
     FCloseQueryHandlers[name] = std::move(handler);
   }
@@ -175,6 +177,7 @@ class TForm : public TComponent {
   void CreateControls(const TLayout& layout);
   void BindEvents(const TFormBinder& binder);
   void CreateTooltips();
+  static BOOL CALLBACK AddTooltip(HWND child, LPARAM self);
   void ScaleTo(int dpi);
   void ArrangeControls();
   void Place();

@@ -1,3 +1,5 @@
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include <algorithm>
@@ -23,13 +25,20 @@ struct TKind {
 };
 
 constexpr TKind kKinds[] = {
-    {"bitmap-button", Make<TBitBtn>},  {"button", Make<TButton>},
-    {"check-box", Make<TCheckBox>},    {"check-list", Make<TCheckListBox>},
-    {"combo-box", Make<TComboBox>},    {"edit", Make<TEdit>},
-    {"image-combo", Make<TImageComboBox>}, {"label", Make<TLabel>},
-    {"list-box", Make<TListBox>},      {"memo", Make<TMemo>},
-    {"progress-bar", Make<TProgressBar>}, {"radio-group", Make<TRadioGroup>},
-    {"speed-button", Make<TSpeedButton>}, {"static-text", Make<TStaticText>},
+    {"bitmap-button", Make<TBitBtn>},
+    {"button", Make<TButton>},
+    {"check-box", Make<TCheckBox>},
+    {"check-list", Make<TCheckListBox>},
+    {"combo-box", Make<TComboBox>},
+    {"edit", Make<TEdit>},
+    {"image-combo", Make<TImageComboBox>},
+    {"label", Make<TLabel>},
+    {"list-box", Make<TListBox>},
+    {"memo", Make<TMemo>},
+    {"progress-bar", Make<TProgressBar>},
+    {"radio-group", Make<TRadioGroup>},
+    {"speed-button", Make<TSpeedButton>},
+    {"static-text", Make<TStaticText>},
     {"up-down", Make<TUpDown>},
 };
 
@@ -187,8 +196,8 @@ void TForm::BindEvents(const TFormBinder& binder) {
   const struct {
     const char* Property;
     TNotifyEvent* Event;
-  } formEvents[] = {{"click", &OnClick}, {"dblclick", &OnDblClick}, {"close", &OnClose},
-                    {"paint", &OnPaint}, {"show", &OnShow},         {"hide", &OnHide},
+  } formEvents[] = {{"click", &OnClick},  {"dblclick", &OnDblClick}, {"close", &OnClose},
+                    {"paint", &OnPaint},  {"show", &OnShow},         {"hide", &OnHide},
                     {"create", &OnCreate}};
   for (const auto& each : formEvents) {
     const auto name = handlerName(FLayout, each.Property);
@@ -217,22 +226,21 @@ void TForm::CreateTooltips() {
                               WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, FHandle, nullptr,
                               TApplication::Instance(), nullptr);
   SendMessageW(FTooltips, TTM_SETMAXTIPWIDTH, 0, Scaled(320));
-  EnumChildWindows(
-      FHandle,
-      [](HWND child, LPARAM self) -> BOOL {
-        const auto* form = reinterpret_cast<TForm*>(self);
-        TControl* control = form->FindControl(child);
-        if (!control || control->HintWide().empty()) return TRUE;
-        TTTOOLINFOW tool{};
-        tool.cbSize = TTTOOLINFOW_V1_SIZE;
-        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-        tool.hwnd = form->FHandle;
-        tool.uId = reinterpret_cast<UINT_PTR>(child);
-        tool.lpszText = const_cast<wchar_t*>(control->HintWide().c_str());
-        SendMessageW(form->FTooltips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(this));
+  EnumChildWindows(FHandle, AddTooltip, reinterpret_cast<LPARAM>(this));
+}
+
+BOOL CALLBACK TForm::AddTooltip(HWND child, LPARAM self) {
+  const auto* form = reinterpret_cast<TForm*>(self);
+  const TControl* control = form->FindControl(child);
+  if (!control || control->HintWide().empty()) return TRUE;
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = form->FHandle;
+  tool.uId = reinterpret_cast<UINT_PTR>(child);
+  tool.lpszText = const_cast<wchar_t*>(control->HintWide().c_str());
+  SendMessageW(form->FTooltips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  return TRUE;
 }
 
 void TForm::ScaleTo(int dpi) {

@@ -12,17 +12,7 @@ namespace {
 class TModalWorld {
  public:
   explicit TModalWorld(HWND form) : FForm(form), FActive(GetActiveWindow()) {
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM self) -> BOOL {
-          auto* world = reinterpret_cast<TModalWorld*>(self);
-          if (window != world->FForm && IsWindowVisible(window) && IsWindowEnabled(window)) {
-            EnableWindow(window, FALSE);
-            world->FDisabled.push_back(window);
-          }
-          return TRUE;
-        },
-        reinterpret_cast<LPARAM>(this));
+    EnumThreadWindows(GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
   }
   TModalWorld(const TModalWorld&) = delete;
   TModalWorld& operator=(const TModalWorld&) = delete;
@@ -35,6 +25,15 @@ class TModalWorld {
   HWND Active() const { return FActive; }
 
  private:
+  static BOOL CALLBACK Disable(HWND window, LPARAM self) {
+    auto* world = reinterpret_cast<TModalWorld*>(self);
+    if (window != world->FForm && IsWindowVisible(window) && IsWindowEnabled(window)) {
+      EnableWindow(window, FALSE);
+      world->FDisabled.push_back(window);
+    }
+    return TRUE;
+  }
+
   HWND FForm;
   HWND FActive;
   std::vector<HWND> FDisabled;

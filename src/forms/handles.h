@@ -5,7 +5,7 @@
 #include <utility>
 
 /// Owner of one system handle: freed with the owner, moved, never copied.
-template <class THandle, auto Free>
+template <class THandle, class TFree>
 class TOwned {
  public:
   TOwned() = default;
@@ -16,7 +16,7 @@ class TOwned {
     return *this;
   }
   ~TOwned() {
-    if (FHandle) Free(FHandle);
+    if (FHandle) TFree()(FHandle);
   }
   THandle Get() const { return FHandle; }
   explicit operator bool() const { return FHandle != nullptr; }
@@ -25,10 +25,16 @@ class TOwned {
   THandle FHandle = nullptr;
 };
 
-using TFontHandle = TOwned<HFONT, [](HFONT font) { DeleteObject(font); }>;
-using TBitmapHandle = TOwned<HBITMAP, [](HBITMAP bitmap) { DeleteObject(bitmap); }>;
-using TIconHandle = TOwned<HICON, [](HICON icon) { DestroyIcon(icon); }>;
-using TMemoryDc = TOwned<HDC, [](HDC dc) { DeleteDC(dc); }>;
+struct TFreeObject {
+  void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+struct TFreeIcon {
+  void operator()(HICON icon) const { DestroyIcon(icon); }
+};
+
+using TFontHandle = TOwned<HFONT, TFreeObject>;
+using TBitmapHandle = TOwned<HBITMAP, TFreeObject>;
+using TIconHandle = TOwned<HICON, TFreeIcon>;
 
 /// The device context of a window (null: the screen) for as long as this lives.
 class TWindowDc {

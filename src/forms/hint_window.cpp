@@ -47,7 +47,8 @@ void THintWindow::ActivateHint(const RECT& bounds, std::wstring_view text) {
   const RECT area = WorkAreaOf(bounds);
   const LONG width = bounds.right - bounds.left;
   const LONG height = bounds.bottom - bounds.top;
-  SetWindowPos(FHandle, HWND_TOPMOST, std::max(std::min(bounds.left, area.right - width), area.left),
+  SetWindowPos(FHandle, HWND_TOPMOST,
+               std::max(std::min(bounds.left, area.right - width), area.left),
                std::max(std::min(bounds.top, area.bottom - height), area.top), width, height,
                SWP_NOACTIVATE | SWP_SHOWWINDOW);
   InvalidateRect(FHandle, nullptr, TRUE);

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <commctrl.h>
-
 #include <initializer_list>
 #include <string_view>
 
@@ -22,5 +21,8 @@ class TImageList {
   }
 
  private:
-  TOwned<HIMAGELIST, [](HIMAGELIST list) { ImageList_Destroy(list); }> FHandle;
+  struct TFree {
+    void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
+  };
+  TOwned<HIMAGELIST, TFree> FHandle;
 };

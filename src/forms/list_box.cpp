@@ -1,3 +1,5 @@
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include "forms/form.h"
@@ -128,9 +130,7 @@ void TImageComboBox::Created() {
   SetBounds(Bounds());
 }
 
-HWND TImageComboBox::Inner() const {
-  return reinterpret_cast<HWND>(Send(CBEM_GETCOMBOCONTROL));
-}
+HWND TImageComboBox::Inner() const { return reinterpret_cast<HWND>(Send(CBEM_GETCOMBOCONTROL)); }
 
 bool TImageComboBox::Accepts(std::string_view property) const {
   return property == "list-lines" || property == "change" || TControl::Accepts(property);

@@ -58,7 +58,8 @@ class TListBox : public TItemsControl {
   bool Accepts(std::string_view property) const override;
 };
 
-/// A combo box; with style drop-down its text can be typed. OnChange when the user chooses or types.
+/// A combo box; with style drop-down its text can be typed. OnChange when the user chooses or
+/// types.
 class TComboBox : public TItemsControl {
  public:
   using TItemsControl::TItemsControl;

@@ -1,5 +1,4 @@
 #include "forms/std_controls.h"
-
 #include "platform/code_page.h"
 
 namespace {

@@ -1,5 +1,7 @@
 #include "forms/std_controls.h"
 
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include "forms/form.h"
@@ -7,7 +9,9 @@
 
 // ---- labels ----
 
-TControl::TWindowParams TLabel::WindowParams() const { return {WC_STATICW, SS_LEFT | SS_NOTIFY, 0}; }
+TControl::TWindowParams TLabel::WindowParams() const {
+  return {WC_STATICW, SS_LEFT | SS_NOTIFY, 0};
+}
 
 bool TLabel::Accepts(std::string_view property) const {
   return property == "bevel" || TControl::Accepts(property);

@@ -1,9 +1,8 @@
 #include "platform/xml_reader.h"
 
-#include <windows.h>
-
 #include <msxml2.h>
 #include <objbase.h>
+#include <windows.h>
 
 #include <exception>
 #include <memory>
@@ -228,8 +227,13 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
   std::vector<TXmlSink::TAttribute> FAttributes;
 };
 
-/// The file's bytes, or null when they cannot be had.
-TGlobalMemory ReadBytes(const std::string& path) {
+/// A file's bytes. The block may be larger, as the system rounds it up.
+struct TFileBytes {
+  TGlobalMemory Memory;  ///< null when the bytes cannot be had
+  DWORD Size = 0;
+};
+
+TFileBytes ReadBytes(const std::string& path) {
   const HANDLE opened = CreateFileW(ToWide(path).c_str(), GENERIC_READ,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
@@ -237,23 +241,35 @@ TGlobalMemory ReadBytes(const std::string& path) {
   const std::unique_ptr<HANDLE, THandleCloser> file(opened);
   LARGE_INTEGER size;
   if (!GetFileSizeEx(file.get(), &size) || size.QuadPart > MAXLONG) return {};
-  // The stream's length is the block's, so it must be the file's to the byte; an empty block is
-  // told from a failure by its handle alone.
-  TGlobalMemory memory(GlobalAlloc(GMEM_MOVEABLE, static_cast<SIZE_T>(size.QuadPart)));
-  if (!memory || size.QuadPart == 0) return memory;
+  TFileBytes bytes;
+  bytes.Size = static_cast<DWORD>(size.QuadPart);
+  bytes.Memory.reset(GlobalAlloc(GMEM_MOVEABLE, bytes.Size));
+  if (!bytes.Memory || bytes.Size == 0) return bytes;
   DWORD read = 0;
-  const BOOL done = ReadFile(file.get(), GlobalLock(memory.get()),
-                             static_cast<DWORD>(size.QuadPart), &read, nullptr);
-  GlobalUnlock(memory.get());
-  if (!done || read != size.QuadPart) memory.reset();
-  return memory;
+  const BOOL done =
+      ReadFile(file.get(), GlobalLock(bytes.Memory.get()), bytes.Size, &read, nullptr);
+  GlobalUnlock(bytes.Memory.get());
+  if (!done || read != bytes.Size) return {};
+  return bytes;
 }
 
-bool MayHaveDocumentType(HGLOBAL memory) {
-  const auto* bytes = static_cast<const char*>(GlobalLock(memory));
-  const bool result = bytes && MayHaveDocumentType({bytes, GlobalSize(memory)});
-  GlobalUnlock(memory);
+bool MayHaveDocumentType(const TFileBytes& bytes) {
+  if (bytes.Size == 0) return false;
+  const auto* start = static_cast<const char*>(GlobalLock(bytes.Memory.get()));
+  const bool result = ::MayHaveDocumentType(std::string_view(start, bytes.Size));
+  GlobalUnlock(bytes.Memory.get());
   return result;
+}
+
+/// A stream that owns the bytes, or null.
+TComPtr<IStream> StreamOf(const TComSession& com, TFileBytes bytes) {
+  IStream* created = nullptr;
+  if (FAILED(com.CreateStream(bytes.Memory.get(), TRUE, &created))) return {};
+  bytes.Memory.release();
+  TComPtr<IStream> stream(created);
+  ULARGE_INTEGER size;
+  size.QuadPart = bytes.Size;
+  return SUCCEEDED(stream->SetSize(size)) ? std::move(stream) : nullptr;
 }
 
 void SetUp(ISAXXMLReader& reader, THandler& handler) {
@@ -271,9 +287,9 @@ void SetUp(ISAXXMLReader& reader, THandler& handler) {
 }  // namespace
 
 TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
-  TGlobalMemory memory = ReadBytes(path);
-  if (!memory) return TXmlReading::NoFile;
-  if (MayHaveDocumentType(memory.get())) return TXmlReading::Refused;
+  TFileBytes bytes = ReadBytes(path);
+  if (!bytes.Memory) return TXmlReading::NoFile;
+  if (MayHaveDocumentType(bytes)) return TXmlReading::Refused;
 
   THandler handler(sink);
   const TComSession com;
@@ -283,11 +299,8 @@ TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
     return TXmlReading::NoComponent;
   const TComPtr<ISAXXMLReader> reader(static_cast<ISAXXMLReader*>(created));
   SetUp(*reader, handler);
-
-  IStream* opened = nullptr;
-  if (FAILED(com.CreateStream(memory.get(), TRUE, &opened))) return TXmlReading::NoComponent;
-  const TComPtr<IStream> stream(opened);
-  memory.release();  // the stream's own from here
+  const TComPtr<IStream> stream = StreamOf(com, std::move(bytes));
+  if (!stream) return TXmlReading::NoComponent;
 
   VARIANT input = {};
   input.vt = VT_UNKNOWN;

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-/// Takes the nodes of a document in document order. Texts are in the ANSI code page and valid during
-/// the call only.
+/// Takes the nodes of a document in document order. Texts are in the ANSI code page and valid
+/// during the call only.
 class TXmlSink {
  public:
   using TAttribute = std::pair<std::string_view, std::string_view>;  ///< name, value

@@ -50,8 +50,7 @@ struct TLastRead {
 
 TDatabasePtr OpenDatabase(const std::string& fileName) {
   static TLastRead last;
-  const std::optional<TFileStamp> stamp =
-      fileName.empty() ? std::nullopt : FileStamp(fileName);
+  const std::optional<TFileStamp> stamp = fileName.empty() ? std::nullopt : FileStamp(fileName);
   if (!stamp) return EmptyDatabase();
   if (last.Database && last.FileName == fileName && last.Stamp == stamp) return last.Database;
   // The old model goes first, so that two large ones need not fit side by side.

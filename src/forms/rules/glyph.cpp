@@ -63,7 +63,8 @@ TGlyph ScaleGlyph(const TGlyph& glyph, int size) {
     for (int x = 0; x < size; ++x) {
       std::array<double, 4> sum{};
       for (int sy = static_cast<int>(y * step); sy < glyph.Size && sy < (y + 1) * step; ++sy) {
-        const double high = std::min<double>(sy + 1, (y + 1) * step) - std::max<double>(sy, y * step);
+        const double high =
+            std::min<double>(sy + 1, (y + 1) * step) - std::max<double>(sy, y * step);
         for (int sx = static_cast<int>(x * step); sx < glyph.Size && sx < (x + 1) * step; ++sx) {
           const double wide =
               std::min<double>(sx + 1, (x + 1) * step) - std::max<double>(sx, x * step);

@@ -38,7 +38,8 @@ std::string ReadQuoted(std::string_view text, std::size_t& at, int line) {
 
 bool IsNumber(std::string_view word) {
   const auto digits = word.starts_with('-') ? word.substr(1) : word;
-  return !digits.empty() && std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; });
+  return !digits.empty() &&
+         std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 std::vector<TLexeme> Tokenize(std::string_view text) {
@@ -75,7 +76,7 @@ std::vector<TLexeme> Tokenize(std::string_view text) {
 struct TPropertyShape {
   std::string_view Name;
   TToken Token = TToken::Word;
-  int Count = 0;                            ///< 0: a flag; -1: one or more
+  int Count = 0;                                 ///< 0: a flag; -1: one or more
   std::span<const std::string_view> Words = {};  ///< allowed words; empty: any
 };
 
@@ -85,8 +86,8 @@ constexpr std::string_view kBorders[] = {"dialog", "sizeable", "sizeable-tool", 
 constexpr std::string_view kPositions[] = {"main-form", "screen", "designed"};
 constexpr std::string_view kScrolls[] = {"none", "vertical", "horizontal", "both"};
 constexpr std::string_view kStyles[] = {"drop-down", "drop-down-list"};
-constexpr std::string_view kColors[] = {"window", "info", "face", "inactive-caption",
-                                        "inactive-gradient", "inactive-text"};
+constexpr std::string_view kColors[] = {
+    "window", "info", "face", "inactive-caption", "inactive-gradient", "inactive-text"};
 constexpr std::string_view kCursors[] = {"default", "hand"};
 constexpr std::string_view kBevels[] = {"none", "sunken"};
 
@@ -144,8 +145,8 @@ constexpr TPropertyShape kProperties[] = {
 };
 
 constexpr std::string_view kKinds[] = {
-    "bitmap-button", "button",   "check-box",    "check-list", "combo-box",   "edit",
-    "image-combo",   "label",    "list-box",     "memo",       "progress-bar", "radio-group",
+    "bitmap-button", "button",      "check-box", "check-list", "combo-box",    "edit",
+    "image-combo",   "label",       "list-box",  "memo",       "progress-bar", "radio-group",
     "speed-button",  "static-text", "up-down",   "web"};
 
 class TParser {
@@ -190,7 +191,8 @@ class TParser {
 
   TLayoutItem ReadHead() {
     const auto& kind = FLexemes[FAt];
-    if (!kind.AtMargin || kind.Token != TToken::Word) Fail(kind.Line, "an item starts with its kind");
+    if (!kind.AtMargin || kind.Token != TToken::Word)
+      Fail(kind.Line, "an item starts with its kind");
     ++FAt;
     TLayoutItem item;
     item.Kind = kind.Value;
@@ -221,7 +223,8 @@ class TParser {
     std::vector<std::string> values;
     const auto allowed = [&](const TLexeme& lexeme) {
       return lexeme.Token == shape.Token &&
-             (shape.Words.empty() || std::ranges::find(shape.Words, lexeme.Value) != shape.Words.end());
+             (shape.Words.empty() ||
+              std::ranges::find(shape.Words, lexeme.Value) != shape.Words.end());
     };
     const auto limit = shape.Count < 0 ? ~std::size_t{0} : static_cast<std::size_t>(shape.Count);
     while (values.size() < limit && ItemGoesOn() && allowed(FLexemes[FAt])) {

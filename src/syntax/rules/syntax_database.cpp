@@ -21,9 +21,10 @@ const TSyntaxElement* TSyntaxDatabase::FindFirst(std::string_view name, TAccept 
     const auto found = std::find_if(Elements.begin(), Elements.end(), matches);
     return found == Elements.end() ? nullptr : &*found;
   }
-  auto entry = std::lower_bound(
-      FByName.begin(), FByName.end(), name,
-      [this](std::uint32_t index, std::string_view wanted) { return Elements[index].Name < wanted; });
+  auto entry = std::lower_bound(FByName.begin(), FByName.end(), name,
+                                [this](std::uint32_t index, std::string_view wanted) {
+                                  return Elements[index].Name < wanted;
+                                });
   for (; entry != FByName.end() && Elements[*entry].Name == name; ++entry)
     if (accept(Elements[*entry])) return &Elements[*entry];
   return nullptr;
@@ -41,8 +42,8 @@ const TSyntaxMember* TSyntaxDatabase::FindMember(const TSyntaxElement& element,
 }
 
 const TSyntaxMember* TSyntaxDatabase::FindFunction(std::string_view name) const {
-  const TSyntaxElement* element =
-      FindFirst(name, [](const TSyntaxElement& candidate) { return candidate.Function.has_value(); });
+  const TSyntaxElement* element = FindFirst(
+      name, [](const TSyntaxElement& candidate) { return candidate.Function.has_value(); });
   return element ? &*element->Function : nullptr;
 }
 

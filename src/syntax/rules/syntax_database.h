@@ -56,12 +56,12 @@ struct TSyntaxElement {
   std::string Name;
   std::string Type;
   std::string Flag;
-  std::optional<std::string> Text;        ///< when the element's only child is text
+  std::optional<std::string> Text;         ///< when the element's only child is text
   std::string Comment;                     ///< of an `object`: text of its first `comment`
   std::vector<std::string> Comments;       ///< of a `list`: text of every `comment`
   std::vector<TSyntaxMember> Members;      ///< of an `object`: every child element with a name
   std::vector<TSyntaxConstant> Constants;  ///< of a `list`: every child element with a name
-  std::optional<TSyntaxMember> Function;   ///< of a top-level `method` or `data`: itself as a member
+  std::optional<TSyntaxMember> Function;  ///< of a top-level `method` or `data`: itself as a member
 };
 
 class TSyntaxDatabase {

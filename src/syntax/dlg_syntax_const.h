@@ -1,0 +1,4 @@
+#pragma once
+
+#include "dialogs/base/dlg_base.h"
+#include "syntax/xml_document.h"

@@ -1,0 +1,322 @@
+#include "syntax/rules/assistant_model.h"
+
+#include <cstddef>
+#include <unordered_map>
+
+namespace {
+
+constexpr std::string_view kBooleanType = "bool";  // and the list of its constants
+
+// The members of each type met along a chain: a long one meets few types many times.
+class TMemberLookup {
+ public:
+  explicit TMemberLookup(const TSyntaxDatabase& database) : FDatabase(database) {}
+
+  struct TEntry {
+    const TSyntaxElement* Object = nullptr;
+    TMemberItems Items;
+  };
+  const TEntry& Of(const std::string& type) {
+    const auto [entry, isNew] = FEntries.try_emplace(type);
+    const TSyntaxElement* element = isNew ? FDatabase.FindElement(type) : nullptr;
+    if (element != nullptr && element->Kind == TSyntaxKind::Object) {
+      entry->second = {element, TMemberItems(*element)};
+    }
+    return entry->second;
+  }
+
+ private:
+  const TSyntaxDatabase& FDatabase;
+  std::unordered_map<std::string, TEntry> FEntries;
+};
+
+std::vector<TParamRow> RowsOf(const TSyntaxMember* member, const TLineAnalysis& line) {
+  std::vector<TParamRow> rows;
+  if (member != nullptr) {
+    for (const TSyntaxParam& param : member->Params) {
+      if (param.Required) {
+        rows.push_back({param.Name, false, false});
+      } else {
+        rows.push_back({"[" + param.Name + "]", true, false});
+      }
+    }
+  }
+  while (static_cast<int>(rows.size()) < line.ValueCount()) rows.push_back({"<?>", true, false});
+  for (int i = 0; i < line.ValueCount(); ++i) {
+    rows[static_cast<std::size_t>(i)].Checked = !line.Value(i).empty();
+  }
+  return rows;
+}
+
+}  // namespace
+
+void TAssistantModel::AnalyseHostLine(TSyntaxView syntax, std::optional<std::string_view> line,
+                                      int cursor) {
+  FTypes.Restart();
+  FItemsSource.reset();
+  FLineEdited = false;
+  FAnalysis.CutHostLine(line, cursor, syntax.Names);
+  WalkToPosition(syntax);
+  LineRewritten();
+  FChanges |= TypeItemsChanged;
+}
+
+void TAssistantModel::EditLine(TSyntaxView syntax, std::string_view text) {
+  if (text == FAnalysis.Expression()) return;
+  const bool wasFunction = FAnalysis.FunctionMode();
+  const int wasPosition = FAnalysis.Position();
+  FLineEdited = true;
+  FAnalysis.SetExpression(std::string(text), syntax.Names);
+  ShowEditedLine(syntax, wasFunction, wasPosition);
+}
+
+void TAssistantModel::ShowEditedLine(TSyntaxView syntax, bool wasFunction, int wasPosition) {
+  // The shown type belongs to the object at the old position, and to an object only.
+  const bool typeIsStale = (wasFunction && !FAnalysis.FunctionMode()) ||
+                           FAnalysis.Position() != wasPosition || FAnalysis.SegmentCount() == 0;
+  if (typeIsStale) {
+    ShowPosition(syntax);
+  } else {
+    ApplyType(syntax);
+    const bool typed = !FAnalysis.FunctionMode() && !FType.empty();
+    if (typed && !FAnalysis.MemberName().empty()) FTypes.Record(FAnalysis.Position(), FType);
+  }
+  ShowMember(syntax);
+}
+
+void TAssistantModel::LeaveLine(TSyntaxView syntax) {
+  if (!std::exchange(FLineEdited, false)) return;
+  if (FAnalysis.Position() > 0 || FAnalysis.ObjectText() != FTypes.FirstObject()) {
+    WalkToPosition(syntax);
+  }
+}
+
+void TAssistantModel::Step(TSyntaxView syntax, int position) {
+  const bool toNext = position == FAnalysis.Position() + 1 && position < FAnalysis.SegmentCount();
+  if (toNext && !FReturnType.empty()) FTypes.Record(position, FReturnType);
+  FAnalysis.SelectSegment(position);
+  ShowPosition(syntax);
+}
+
+// The types of the objects before the position give its own; their members take the database's
+// spelling on the way.
+void TAssistantModel::WalkToPosition(TSyntaxView syntax) {
+  TMemberLookup members(syntax.Database);
+  for (int position = 0; position < FAnalysis.Position(); ++position) {
+    const std::string_view object = FAnalysis.ObjectTextAt(position);
+    if (position == 0) FTypes.NoteFirstObject(object, false, syntax.Names);
+    const std::string type = FTypes.TypeAt(position, object, syntax.Names);
+    if (type.empty()) continue;
+    const auto& [element, items] = members.Of(type);
+    const std::string_view written = FAnalysis.MemberNameAt(position);
+    const int item = items.Find(written);
+    if (item < 0) continue;
+    if (written != items.Name(item)) {
+      FAnalysis.RespellMemberAt(position, items.Name(item));
+      LineRewritten();
+    }
+    const TSyntaxMember* member = TSyntaxDatabase::FindMember(*element, items.Name(item));
+    if (member != nullptr && !member->ValueType().empty()) {
+      FTypes.Record(position + 1, member->ValueType());
+    }
+  }
+  ShowPosition(syntax);
+}
+
+void TAssistantModel::ShowPosition(TSyntaxView syntax) {
+  const bool function = FAnalysis.FunctionMode();
+  const std::string_view object = FAnalysis.ObjectText();
+  if (FAnalysis.Position() == 0) FTypes.NoteFirstObject(object, function, syntax.Names);
+  FType = function ? std::string() : FTypes.TypeAt(FAnalysis.Position(), object, syntax.Names);
+  ApplyType(syntax);
+}
+
+void TAssistantModel::ChooseType(TSyntaxView syntax, std::string_view type) {
+  if (FAnalysis.FunctionMode()) return;
+  const int index = syntax.Names.Types.IndexOf(type);
+  FType = index < 0 ? std::string_view() : syntax.Names.Types.At(index);
+  if (!FType.empty()) FTypes.Record(FAnalysis.Position(), FType);
+  ApplyType(syntax);
+}
+
+void TAssistantModel::ApplyType(TSyntaxView syntax) {
+  FillMembers(syntax);
+  SelectWrittenMember(syntax);
+}
+
+void TAssistantModel::FillMembers(TSyntaxView syntax) {
+  ClearMember();
+  FSelectedItem = -1;
+  FTypeHelp = {};
+  if (FAnalysis.FunctionMode()) {
+    FTypeHelp.Own = TAssistantText::VisualBasicFunction;
+    OfferMembers(syntax, nullptr);
+    return;
+  }
+  const TSyntaxElement* element = FType.empty() ? nullptr : syntax.Database.FindElement(FType);
+  if (element != nullptr && element->Kind == TSyntaxKind::Object) {
+    FTypeHelp.Text = element->Comment;
+    OfferMembers(syntax, element);
+    return;
+  }
+  if (FType.empty()) FTypeHelp.Own = TAssistantText::ChooseType;
+  if (element != nullptr) FTypeHelp.Text = element->Text.value_or(std::string());
+  OfferNoMembers();
+}
+
+// Without an object the functions are offered.
+void TAssistantModel::OfferMembers(TSyntaxView syntax, const TSyntaxElement* object) {
+  FMemberBoxEnabled = true;
+  FMemberHelp.Own = TAssistantText::ChooseMember;
+  TItemsSource source{object == nullptr, object == nullptr ? std::string() : FType};
+  if (FItemsSource == source) return;
+  FItems = object == nullptr ? TMemberItems(syntax.Database) : TMemberItems(*object);
+  FItemsSource = std::move(source);
+  FChanges |= MemberItemsChanged;
+}
+
+void TAssistantModel::OfferNoMembers() {
+  FMemberBoxEnabled = false;
+  if (FItems.Count() > 0) FChanges |= MemberItemsChanged;
+  FItems = {};
+  FItemsSource.reset();
+}
+
+void TAssistantModel::SelectWrittenMember(TSyntaxView syntax) {
+  const int item = FItems.Find(FAnalysis.MemberName());
+  if (item < 0) return;
+  FSelectedItem = item;
+  if (FAnalysis.MemberName() != FItems.Name(item)) {
+    FAnalysis.ReplaceMember(FItems.Name(item), syntax.Names);
+    LineRewritten();
+  }
+  ShowMember(syntax);
+}
+
+void TAssistantModel::ChooseMember(TSyntaxView syntax, int item) {
+  if (item < 0 || item >= FItems.Count()) return;
+  const bool wasFunction = FAnalysis.FunctionMode();
+  FSelectedItem = item;
+  FAnalysis.ReplaceMember(FItems.Name(item), syntax.Names);
+  LineRewritten();
+  if (wasFunction && !FAnalysis.FunctionMode()) ShowPosition(syntax);
+  ShowMember(syntax);
+}
+
+void TAssistantModel::DeleteMember(TSyntaxView syntax) {
+  if (!DeleteEnabled()) return;
+  const int wasPosition = FAnalysis.Position();
+  FAnalysis.DeleteMember(syntax.Names);
+  LineRewritten();
+  ShowEditedLine(syntax, false, wasPosition);
+}
+
+const TSyntaxMember* TAssistantModel::WrittenMember(TSyntaxView syntax) const {
+  if (FAnalysis.FunctionMode()) return syntax.Database.FindFunction(FAnalysis.MemberName());
+  const TSyntaxElement* element = FType.empty() ? nullptr : syntax.Database.FindElement(FType);
+  return element == nullptr ? nullptr
+                            : TSyntaxDatabase::FindMember(*element, FAnalysis.MemberName());
+}
+
+void TAssistantModel::ShowMember(TSyntaxView syntax) {
+  ClearParam();
+  const TSyntaxMember* member = FAnalysis.MemberName().empty() ? nullptr : WrittenMember(syntax);
+  FReturnsValue = member != nullptr && member->Return.has_value();
+  FReturnType = member == nullptr ? std::string() : member->ValueType();
+  if (member != nullptr) {
+    FMemberHelp = {TAssistantText::None, member->Comment, std::nullopt};
+    if (member->Return) FMemberHelp.Returned = member->Return->Help;
+  }
+  SetParamRows(RowsOf(member, FAnalysis));
+}
+
+void TAssistantModel::ClearMember() {
+  FReturnType.clear();
+  FReturnsValue = false;
+  FMemberHelp = {};
+  SetParamRows({});
+  ClearParam();
+}
+
+void TAssistantModel::ClearParam() {
+  FSelectedParam = -1;
+  FPanel = {};
+  ShowValue({});
+}
+
+void TAssistantModel::SelectParam(TSyntaxView syntax, int index) {
+  ClearParam();
+  if (index < 0 || index >= static_cast<int>(FParamRows.size())) return;
+  FSelectedParam = index;
+  ShowValue(FAnalysis.Value(index));
+  const TSyntaxMember* member = WrittenMember(syntax);
+  const auto place = static_cast<std::size_t>(index);
+  if (member == nullptr || place >= member->Params.size()) return;
+  const TSyntaxParam& param = member->Params[place];
+  FPanel = {param.Required ? TParamKind::Required : TParamKind::Optional, param.Type, param.List,
+            param.Default, param.Help};
+  if (param.List.empty() && param.Type == kBooleanType) FPanel.List = kBooleanType;
+}
+
+void TAssistantModel::SetValue(TSyntaxView syntax, std::string_view text) {
+  if (FSelectedParam < 0 || text == FValue) return;
+  if (!FCallFrame) FCallFrame = FAnalysis.CallFrame();
+  FAnalysis.SetParam(*FCallFrame, FSelectedParam, text, syntax.Names);
+  FChanges |= LineChanged;
+  FValue = text;
+  FParamRows[static_cast<std::size_t>(FSelectedParam)].Checked = !text.empty();
+  FChanges |= ParamRowsChanged;
+}
+
+void TAssistantModel::ToggleParamCheck(TSyntaxView syntax, int index) {
+  FChanges |= ParamRowsChanged;
+  if (index < 0 || index >= static_cast<int>(FParamRows.size())) return;
+  const TParamRow& row = FParamRows[static_cast<std::size_t>(index)];
+  if (!row.Enabled || !row.Checked) return;
+  if (index != FSelectedParam) SelectParam(syntax, index);
+  SetValue(syntax, {});
+  FChanges |= ValueChanged;
+}
+
+void TAssistantModel::ClickUseReturn(TSyntaxView syntax) {
+  // A greyed box goes to checked when clicked, as an empty one does.
+  const bool wanted = UseReturnBox().State != TCheckState::Checked && FReturnsValue;
+  if (wanted == FAnalysis.Parenthesised()) return;
+  FAnalysis.SetUseReturn(wanted, syntax.Names);
+  LineRewritten();
+}
+
+TUseReturnBox TAssistantModel::UseReturnBox() const {
+  if (!FAnalysis.Parenthesised()) return {TCheckState::Unchecked, FReturnsValue};
+  return {FReturnsValue ? TCheckState::Checked : TCheckState::Greyed, true};
+}
+
+bool TAssistantModel::DeleteEnabled() const {
+  return !FAnalysis.FunctionMode() && !FAnalysis.MemberText().empty();
+}
+
+std::string TAssistantModel::Result() const {
+  return FAnalysis.Prefix() + FAnalysis.Expression() + FAnalysis.Suffix();
+}
+
+int TAssistantModel::ResultCursor() const {
+  return static_cast<int>(FAnalysis.Prefix().size() + FAnalysis.Expression().size());
+}
+
+void TAssistantModel::LineRewritten() {
+  FCallFrame.reset();
+  FChanges |= LineChanged;
+}
+
+void TAssistantModel::SetParamRows(std::vector<TParamRow> rows) {
+  if (rows == FParamRows) return;
+  FParamRows = std::move(rows);
+  FChanges |= ParamRowsChanged;
+}
+
+void TAssistantModel::ShowValue(std::string_view value) {
+  FCallFrame.reset();
+  if (value == FValue) return;
+  FValue = value;
+  FChanges |= ValueChanged;
+}

@@ -1,0 +1,293 @@
+#include "syntax/rules/assistant_model.h"
+
+#include <gtest/gtest.h>
+
+#include "sample_syntax.h"
+
+namespace {
+
+using TValues = std::vector<std::string>;
+
+class AssistantModel : public testing::Test {
+ protected:
+  // "^" in the line stands for the cursor.
+  void Analyse(std::string marked) {
+    const std::size_t cursor = marked.find('^');
+    FModel.AnalyseHostLine(FSyntax.View(), marked.erase(cursor, 1), static_cast<int>(cursor));
+  }
+  std::string Expression() const { return FModel.Analysis().Expression(); }
+  int Position() const { return FModel.Analysis().Position(); }
+  std::string SelectedItem() const {
+    const int item = FModel.SelectedItem();
+    return item < 0 ? std::string() : FModel.MemberItems().Text(item);
+  }
+  TValues Items() const {
+    TValues items;
+    for (int i = 0; i < FModel.MemberItems().Count(); ++i) {
+      items.push_back(FModel.MemberItems().Text(i));
+    }
+    return items;
+  }
+  TValues Rows() const {  // "+" enabled, "x" checked
+    TValues rows;
+    for (const TParamRow& row : FModel.ParamRows()) {
+      rows.push_back(row.Text + (row.Enabled ? "+" : "") + (row.Checked ? "x" : ""));
+    }
+    return rows;
+  }
+  void Type(std::string_view text) {  // as keys into the value box
+    for (std::size_t length = 1; length <= text.size(); ++length) {
+      FModel.SetValue(FSyntax.View(), text.substr(0, length));
+    }
+  }
+
+  const TSampleSyntax FSyntax;
+  TAssistantModel FModel;
+};
+
+TEST_F(AssistantModel, TypesAlongAChainOfFiveMembers) {
+  Analyse("x = app.comptes.item(1).ECRITURES.item(2).categorie.nom^.x + 1");
+  EXPECT_EQ(Position(), 5);
+  EXPECT_EQ(FModel.SelectedType(), "Categorie");
+  EXPECT_EQ(SelectedItem(), "Nom");
+  EXPECT_EQ(FModel.ReturnType(), "Texte");
+  EXPECT_EQ(FModel.Result(), "x = app.Comptes.Item(1).Ecritures.Item(2).Categorie.Nom.x + 1");
+  EXPECT_EQ(FModel.ResultCursor(), 58);  // past the blank that belongs to the expression
+
+  const char* types[] = {"Application", "Comptes", "Compte", "Ecritures", "Ecriture", "Categorie"};
+  for (int position = 4; position >= 0; --position) {
+    FModel.Step(FSyntax.View(), position);
+    EXPECT_EQ(FModel.SelectedType(), types[position]);
+  }
+  for (int position = 1; position <= 5; ++position) {
+    FModel.Step(FSyntax.View(), position);
+    EXPECT_EQ(FModel.SelectedType(), types[position]);
+  }
+  FModel.Step(FSyntax.View(), 6);
+  EXPECT_EQ(FModel.SelectedType(), "Texte");
+  EXPECT_FALSE(FModel.MemberBoxEnabled());
+  EXPECT_EQ(FModel.TypeHelp().Text, "une suite de lettres");
+  FModel.Step(FSyntax.View(), 99);
+  EXPECT_EQ(Position(), 7);
+  EXPECT_EQ(FModel.SelectedType(), "");
+}
+
+TEST_F(AssistantModel, OffersMembersAndParameters) {
+  FModel.SetDeclared("c=compte");
+  Analyse("c.ad^d 1, , \"s\", 4");
+  EXPECT_EQ(FModel.SelectedType(), "Compte");
+  EXPECT_EQ(FModel.TypeHelp().Text, "aide sur Compte");
+  EXPECT_EQ(Items(), (TValues{"Add()", "Ecritures", "Nom", "Solde()"}));
+  EXPECT_EQ(FModel.MemberItems().Image(0), 0);
+  EXPECT_EQ(FModel.MemberItems().Image(1), 2);
+  EXPECT_EQ(SelectedItem(), "Add()");
+  EXPECT_EQ(Expression(), "c.Add 1, , \"s\", 4");
+  EXPECT_EQ(FModel.MemberHelp().Text, "aide sur Add");
+  EXPECT_FALSE(FModel.MemberHelp().Returned.has_value());
+  EXPECT_EQ(Rows(), (TValues{"Montantx", "[Force]+", "[Style]+x", "<?>+x"}));
+
+  struct {
+    TParamKind Kind;
+    std::string List, Default, Help, Value;
+  } const panels[] = {{TParamKind::Required, "", "", "", "1"},
+                      {TParamKind::Optional, "bool", "", "", ""},
+                      {TParamKind::Optional, "Styles", "0", "le style", "\"s\""},
+                      {TParamKind::Absent, "", "", "", "4"}};
+  for (int i = 0; i < 4; ++i) {
+    FModel.SelectParam(FSyntax.View(), i);
+    EXPECT_EQ(FModel.ParamPanel().Kind, panels[i].Kind) << i;
+    EXPECT_EQ(FModel.ParamPanel().List, panels[i].List) << i;
+    EXPECT_EQ(FModel.ParamPanel().Default, panels[i].Default) << i;
+    EXPECT_EQ(FModel.ParamPanel().Help, panels[i].Help) << i;
+    EXPECT_EQ(FModel.Value(), panels[i].Value) << i;
+  }
+}
+
+TEST_F(AssistantModel, RewritesWithEachAction) {
+  const TSyntaxView syntax = FSyntax.View();
+  FModel.SetDeclared("c=Compte");
+  Analyse("If c.No^m = 1 Then");
+  FModel.ChooseMember(syntax, FModel.MemberItems().Find("ADD"));
+  EXPECT_EQ(FModel.Result(), "If c.Add = 1 Then");
+  FModel.SelectParam(syntax, 1);
+  Type("True");
+  EXPECT_EQ(FModel.Result(), "If c.Add , True = 1 Then");
+  EXPECT_EQ(Rows(), (TValues{"Montant", "[Force]+x", "[Style]+"}));
+  FModel.ToggleParamCheck(syntax, 1);
+  EXPECT_EQ(FModel.Result(), "If c.Add = 1 Then");
+  EXPECT_EQ(FModel.Value(), "");
+  FModel.TakeChanges();
+  FModel.ToggleParamCheck(syntax, 2);
+  EXPECT_EQ(FModel.Result(), "If c.Add = 1 Then");
+  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ParamRowsChanged);
+  FModel.DeleteMember(syntax);
+  EXPECT_EQ(FModel.Result(), "If c = 1 Then");
+  EXPECT_EQ(FModel.ResultCursor(), 4);
+  EXPECT_FALSE(FModel.DeleteEnabled());
+  EXPECT_EQ(FModel.MemberHelp().Own, TAssistantText::ChooseMember);
+}
+
+TEST_F(AssistantModel, KeepsTheOtherValuesWhileOneIsTyped) {
+  FModel.SetDeclared("c=Compte");
+  Analyse("y = c.Ad^d(1, 2).Nom");
+  FModel.SelectParam(FSyntax.View(), 0);
+  FModel.SetValue(FSyntax.View(), "");
+  EXPECT_EQ(Expression(), "c.Add(, 2).Nom");
+  Type("f(\"a, b)\", [c");
+  Type("\"(\"");
+  EXPECT_EQ(Expression(), "c.Add(\"(\", 2).Nom");
+}
+
+TEST_F(AssistantModel, UseReturnBoxFollowsParenthesesAndReturn) {
+  struct {
+    const char* Line;
+    TCheckState State;
+    bool Enabled;
+    const char* AfterClick;
+    TCheckState NextState;
+    bool NextEnabled;
+  } const cases[] = {
+      {"c.Solde^", TCheckState::Unchecked, true, "c.Solde()", TCheckState::Checked, true},
+      {"c.Sol^de()", TCheckState::Checked, true, "c.Solde", TCheckState::Unchecked, true},
+      {"c.Ad^d(1, 2)", TCheckState::Greyed, true, "c.Add 1, 2", TCheckState::Unchecked, false},
+      {"c.Add^ 1", TCheckState::Unchecked, false, "c.Add 1", TCheckState::Unchecked, false},
+  };
+  FModel.SetDeclared("c=Compte");
+  for (const auto& test : cases) {
+    Analyse(test.Line);
+    FModel.Step(FSyntax.View(), 0);
+    EXPECT_EQ(FModel.UseReturnBox().State, test.State) << test.Line;
+    EXPECT_EQ(FModel.UseReturnBox().Enabled, test.Enabled) << test.Line;
+    FModel.ClickUseReturn(FSyntax.View());
+    EXPECT_EQ(Expression(), test.AfterClick) << test.Line;
+    EXPECT_EQ(FModel.UseReturnBox().State, test.NextState) << test.Line;
+    EXPECT_EQ(FModel.UseReturnBox().Enabled, test.NextEnabled) << test.Line;
+  }
+}
+
+TEST_F(AssistantModel, FunctionModeOffersTheFunctions) {
+  const TSyntaxView syntax = FSyntax.View();
+  Analyse("x = msg^box(\"a\") & b");
+  EXPECT_FALSE(FModel.TypeBoxEnabled());
+  EXPECT_TRUE(FModel.MemberBoxEnabled());
+  EXPECT_EQ(Items(), (TValues{"Left()", "MsgBox()"}));
+  EXPECT_EQ(FModel.Result(), "x = MsgBox(\"a\") & b");
+  EXPECT_EQ(FModel.TypeHelp().Own, TAssistantText::VisualBasicFunction);
+  EXPECT_EQ(FModel.MemberHelp().Returned, "le bouton");
+  EXPECT_EQ(Rows(), (TValues{"Promptx", "[Buttons]+"}));
+  EXPECT_FALSE(FModel.DeleteEnabled());
+  FModel.ChooseMember(syntax, 0);
+  EXPECT_EQ(FModel.Result(), "x = Left(\"a\") & b");
+  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
+
+  for (const std::optional<std::string_view> line : {std::optional<std::string_view>(), {""}}) {
+    FModel.AnalyseHostLine(syntax, line, 0);
+    EXPECT_EQ(FModel.Result(), "");
+    EXPECT_EQ(Items(), (TValues{"Left()", "MsgBox()"}));
+    EXPECT_EQ(FModel.MemberHelp().Own, TAssistantText::ChooseMember);
+  }
+}
+
+TEST_F(AssistantModel, DeclaresAnUndeclaredVariableWithItsChosenType) {
+  const TSyntaxView syntax = FSyntax.View();
+  struct {
+    const char* Line;
+    const char* Type;
+    std::optional<std::string> Declared;
+  } const cases[] = {
+      {"v.so^lde", "compte", "c=Compte,v=Compte"},
+      {"v^", "Compte", "c=Compte,v=Compte"},  // no member yet, as when a line is begun
+      {"v.so^lde", "", std::nullopt},
+      {"v(1).so^lde", "Compte", std::nullopt},
+      {"c.so^lde", "Categorie", std::nullopt},
+      {"app.comp^tes", "Categorie", std::nullopt},
+  };
+  for (const auto& test : cases) {
+    FModel.SetDeclared("c=Compte");
+    Analyse(test.Line);
+    FModel.ChooseType(syntax, test.Type);
+    EXPECT_EQ(FModel.RecordUndeclaredType(syntax), test.Declared) << test.Line;
+  }
+  FModel.SetDeclared("c=Compte");
+  Analyse("v.So^lde");
+  EXPECT_EQ(FModel.TypeHelp().Own, TAssistantText::ChooseType);
+  EXPECT_FALSE(FModel.MemberBoxEnabled());
+  FModel.ChooseType(syntax, "Compte");
+  FModel.Step(syntax, 1);
+  FModel.Step(syntax, 0);
+  EXPECT_EQ(FModel.SelectedType(), "Compte");
+  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), "c=Compte,v=Compte");
+  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
+}
+
+TEST_F(AssistantModel, FollowsTheUserTypingTheLine) {
+  const TSyntaxView syntax = FSyntax.View();
+  FModel.SetDeclared("c=Compte");
+  Analyse("y = ^");
+  const std::string typed = "c.ecritures.item(1).X";
+  for (std::size_t length = 1; length <= typed.size(); ++length) {
+    FModel.EditLine(syntax, typed.substr(0, length));
+  }
+  FModel.LeaveLine(syntax);
+  EXPECT_EQ(FModel.SelectedType(), "Compte");
+  EXPECT_EQ(SelectedItem(), "Ecritures");
+  EXPECT_EQ(FModel.Result(), "y =c.Ecritures.item(1).X ");
+  FModel.Step(syntax, 1);
+  FModel.Step(syntax, 2);
+  EXPECT_EQ(FModel.SelectedType(), "Ecriture");
+
+  FModel.EditLine(syntax, "app.comptes.count 1, 2");
+  EXPECT_EQ(Position(), 2);
+  FModel.LeaveLine(syntax);
+  EXPECT_EQ(FModel.SelectedType(), "");  // the type of a count is none that is offered
+  FModel.Step(syntax, 1);
+  EXPECT_EQ(FModel.SelectedType(), "Comptes");
+  EXPECT_EQ(Rows(), (TValues{"<?>+x", "<?>+x"}));
+  EXPECT_EQ(Expression(), "app.Comptes.Count 1, 2");
+
+  // Another first object drops what was chosen for the one before, and a shorter chain the
+  // position's type.
+  FModel.EditLine(syntax, "v");
+  EXPECT_EQ(Position(), 0);
+  FModel.LeaveLine(syntax);
+  FModel.ChooseType(syntax, "Compte");
+  FModel.EditLine(syntax, "w.Nom");
+  FModel.LeaveLine(syntax);
+  EXPECT_EQ(FModel.SelectedType(), "");
+  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
+}
+
+TEST_F(AssistantModel, SaysWhatChanged) {
+  const TSyntaxView syntax = FSyntax.View();
+  FModel.SetDeclared("c=Compte");
+  Analyse("c.Nom^");
+  EXPECT_EQ(FModel.TakeChanges() & TAssistantModel::TypeItemsChanged,
+            TAssistantModel::TypeItemsChanged);
+  FModel.Step(syntax, 0);
+  FModel.TakeChanges();
+  FModel.EditLine(syntax, "c.Nom 1");
+  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ParamRowsChanged);
+  FModel.EditLine(syntax, "c.nom 1");  // respelled under the user's hands
+  EXPECT_NE(FModel.TakeChanges() & TAssistantModel::LineChanged, 0U);
+  FModel.SelectParam(syntax, 0);
+  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ValueChanged);
+  FModel.SetValue(syntax, "1");
+  EXPECT_EQ(FModel.TakeChanges(), 0U);
+  FModel.SetValue(syntax, "12");
+  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::LineChanged | TAssistantModel::ParamRowsChanged);
+}
+
+TEST_F(AssistantModel, OpensOnAnEmptyDatabase) {
+  const TSyntaxDatabase database;
+  TSyntaxNames names;
+  names.BuildWords(database);
+  names.BuildTypes(database);
+  FModel.AnalyseHostLine({database, names}, "a.b(1).c", 8);
+  FModel.Step({database, names}, 0);
+  FModel.ChooseType({database, names}, "Compte");
+  EXPECT_EQ(FModel.SelectedType(), "");
+  EXPECT_EQ(FModel.MemberItems().Count(), 0);
+  EXPECT_EQ(FModel.Result(), "a.b(1).c");
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "syntax/rules/syntax_database.h"
+
+/// Feeds the builder from a text in the small part of XML that tests write: no entities, no white
+/// space inside tags but one blank before an attribute, double quotes only.
+inline TSyntaxDatabase DatabaseFromXml(std::string_view xml) {
+  TSyntaxDatabaseBuilder builder;
+  const auto take = [&xml](std::string_view end) {
+    const std::size_t at = xml.find(end);
+    const std::string_view part = xml.substr(0, at);
+    xml.remove_prefix(at == std::string_view::npos ? xml.size() : at + end.size());
+    return part;
+  };
+  while (!xml.empty()) {
+    if (xml.front() != '<') {
+      const std::string_view text = xml.substr(0, xml.find('<'));
+      // In pieces, as a streaming reader gives it.
+      builder.Characters(text.substr(0, text.size() / 2));
+      builder.Characters(text.substr(text.size() / 2));
+      xml.remove_prefix(text.size());
+    } else if (xml.starts_with("<![CDATA[")) {
+      builder.CDataSection(take("]]>").substr(9));
+    } else if (xml.starts_with("<!--")) {
+      take("-->");
+      builder.OtherNode();
+    } else if (xml.starts_with("</")) {
+      take(">");
+      builder.EndElement();
+    } else {
+      std::string_view tag = take(">").substr(1);
+      const bool closed = tag.ends_with('/');
+      if (closed) tag.remove_suffix(1);
+      const std::string_view name = tag.substr(0, tag.find(' '));
+      tag.remove_prefix(name.size());
+      std::vector<TSyntaxDatabaseBuilder::TAttribute> attributes;
+      while (!tag.empty()) {
+        const std::size_t equals = tag.find('='), end = tag.find('"', equals + 2);
+        attributes.emplace_back(tag.substr(1, equals - 1),
+                                tag.substr(equals + 2, end - equals - 2));
+        tag.remove_prefix(end + 1);
+      }
+      builder.StartElement(name, attributes);
+      if (closed) builder.EndElement();
+    }
+  }
+  return builder.Finish();
+}
