@@ -68,7 +68,7 @@ void TControl::Create(const RECT& bounds, HFONT font) {
     }
   }
   const auto params = WindowParams();
-  DWORD style = params.Style | WS_CHILD | WS_CLIPSIBLINGS | WS_GROUP;
+  DWORD style = params.Style | WS_CHILD | WS_GROUP;
   if (!HasFlag("hidden")) style |= WS_VISIBLE;
   if (HasFlag("disabled")) style |= WS_DISABLED;
   // Numbers from 100 up stay clear of the system's own IDOK, IDCANCEL and so on.

@@ -46,6 +46,7 @@ class TBitBtn : public TButton {
   using TButton::TButton;
 
   void DpiChanged(int dpi) override;
+  void Draw(const DRAWITEMSTRUCT& item) const override;
 
  protected:
   TWindowParams WindowParams() const override;
@@ -54,7 +55,6 @@ class TBitBtn : public TButton {
 
  private:
   TImageList FImages;
-  TIconHandle FIcon;
 };
 
 /// A button with a glyph that leaves the focus where it is when it is clicked with the mouse.

@@ -88,7 +88,7 @@ void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
     if (element.Kind == TSyntaxKind::Const && element.Text) Methods.Add(element.Name);
     if (element.Kind == TSyntaxKind::Method) Functions.Add(element.Name);
     for (const TSyntaxMember& member : element.Members)
-      if (!member.Name.empty()) Methods.Add(dotted.assign(".").append(member.Name));
+      if (!member.Name.empty()) Methods.Add(dotted.assign(1, '.').append(member.Name));
     for (const TSyntaxConstant& constant : element.Constants) Constants.Add(constant.Name);
   }
 }
@@ -102,6 +102,6 @@ void TSyntaxNames::BuildTypes(const TSyntaxDatabase& database) {
     if (element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type)
       Types.Add(element.Name);
     else if (element.Kind == TSyntaxKind::Const)
-      Predefined.Add(line.assign(element.Name).append("=").append(element.Type));
+      Predefined.Add(line.assign(element.Name).append(1, '=').append(element.Type));
   }
 }
