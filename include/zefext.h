@@ -177,6 +177,18 @@ void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result);
  *           none of the assistant's functions was called yet */
 unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
 
+/* ---- Filter -------------------------------------------------------------------------------- */
+
+/* Lets the user choose the operation type to filter entries by, and for the type "CB/Chq" a card or
+ * cheque book.
+ *   types, cards  what there is to choose from, in their order
+ *   selection     in: what was chosen before, or empty; out, when the user confirmed: the type, for
+ *                 "CB/Chq" the card or cheque book; empty when nothing was chosen
+ * Returns 1 when the user confirmed, else 0: the filter is then to be removed. A null or unknown
+ * handle gives 0 at once. */
+unsigned char ZEFEXT_API VCLSelectTypOp(ZefStringList types, ZefStringList cards,
+                                        ZefString selection);
+
 #ifdef __cplusplus
 }
 #endif
