@@ -50,6 +50,12 @@ if(ZEF_OUTSIDE_BENCHES)
   zef_outside_program(outside_bench ${ZEF_OUTSIDE_BENCHES})
 endif()
 
+# So are the facilities measured.
+file(GLOB ZEF_PLATFORM_BENCHES CONFIGURE_DEPENDS benchmarks/platform/*.cpp)
+add_executable(platform_bench ${ZEF_PLATFORM_BENCHES})
+set_target_properties(platform_bench PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_libraries(platform_bench PRIVATE zefext_objects)
+
 # The tour runs the example host where it is built.
 file(GLOB ZEF_TOUR CONFIGURE_DEPENDS tests/tour/*.cpp)
 if(TARGET ZEF AND ZEF_TOUR)

@@ -141,10 +141,10 @@ void TRadioGroup::Created() {
     // frame's neighbours, not its children: that is where the system's dialog keys look for them.
     const DWORD group = FItems.empty() ? WS_GROUP | TabStopStyle() : 0;
     const auto id = static_cast<INT_PTR>(100) + Form().NextControlId();
-    const HWND button = CreateWindowExW(
-        0, WC_BUTTONW, Utf8ToWide(item).c_str(),
-        WS_CHILD | WS_VISIBLE | BS_AUTORADIOBUTTON | group, 0, 0, 0, 0,
-        Form().Handle(), reinterpret_cast<HMENU>(id), TApplication::Instance(), nullptr);
+    const HWND button = CreateWindowExW(0, WC_BUTTONW, Utf8ToWide(item).c_str(),
+                                        WS_CHILD | WS_VISIBLE | BS_AUTORADIOBUTTON | group, 0, 0, 0,
+                                        0, Form().Handle(), reinterpret_cast<HMENU>(id),
+                                        TApplication::Instance(), nullptr);
     if (!button) throw std::runtime_error("window refused: " + Name());
     SetWindowName(button, Name() + std::to_string(FItems.size()));
     Attach(button);

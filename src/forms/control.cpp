@@ -24,7 +24,7 @@ int SystemColor(const std::string& name) {
   if (name == "window") return COLOR_WINDOW;
   if (name == "info") return COLOR_INFOBK;
   if (name == "face") return COLOR_BTNFACE;
-  if (name == "inactive-caption") return COLOR_INACTIVECAPTION;
+  if (name == "inactive-border") return COLOR_INACTIVEBORDER;
   if (name == "inactive-gradient") return COLOR_GRADIENTINACTIVECAPTION;
   if (name == "inactive-text") return COLOR_INACTIVECAPTIONTEXT;
   return -1;

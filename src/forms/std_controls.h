@@ -79,6 +79,9 @@ class TEdit : public TControl {
   void SetModified(bool modified);
   /// Selection as bytes of Text(): start and length.
   void SetSelection(int start, int length);
+  /// Selection in characters of the control: start and end.
+  std::pair<DWORD, DWORD> SelectionUnits() const;
+  void SetSelectionUnits(DWORD start, DWORD end);
 
   void HandleCommand(WORD code) override;
 
