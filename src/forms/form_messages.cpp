@@ -141,6 +141,8 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
+  // Inside a window of the host, the tooltips belong to that window and would outlive the form.
+  if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
   FTooltips = nullptr;
   FEntered = nullptr;
   Abandon();
