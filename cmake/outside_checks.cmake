@@ -57,10 +57,18 @@ add_executable(platform_tests ${ZEF_PLATFORM_TESTS})
 set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
 target_link_libraries(platform_tests PRIVATE zefext_objects gtest_main)
 
-file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*.cpp)
-if(ZEF_OUTSIDE_BENCHES)
-  zef_outside_program(outside_bench ${ZEF_OUTSIDE_BENCHES})
-endif()
+file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
+zef_outside_program(outside_bench benchmarks/outside/main.cpp ${ZEF_OUTSIDE_BENCHES})
+target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
+add_library(empty SHARED benchmarks/outside/empty.cpp)
+set_target_properties(empty PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_options(empty PRIVATE -s)
+
+# So are the facilities measured.
+file(GLOB ZEF_PLATFORM_BENCHES CONFIGURE_DEPENDS benchmarks/platform/*.cpp)
+add_executable(platform_bench ${ZEF_PLATFORM_BENCHES})
+set_target_properties(platform_bench PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_libraries(platform_bench PRIVATE zefext_objects)
 
 # The tour runs the example host where it is built.
 file(GLOB ZEF_TOUR CONFIGURE_DEPENDS tests/tour/*.cpp)

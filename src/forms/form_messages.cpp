@@ -141,7 +141,7 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
-  // They belong to the window around an embedded form, and would outlive it.
+  // Inside a window of the host, the tooltips belong to that window and would outlive the form.
   if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
   FTooltips = nullptr;
   FEntered = nullptr;

@@ -186,6 +186,22 @@ void TFormDriver::AskAbout(std::string_view name) {
   Ask(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
 }
 
+void TFormDriver::WaitActive() const {
+  const HWND root = GetAncestor(FForm, GA_ROOT);
+  FUser->WaitUntil(ClassOf(FForm) + " to be active",
+                   [root] { return GetForegroundWindow() == root; });
+}
+
+void TFormDriver::Press(WORD virtualKey, unsigned modifiers) {
+  WaitActive();
+  FUser->Press(virtualKey, modifiers);
+}
+
+void TFormDriver::Type(std::string_view utf8) {
+  WaitActive();
+  FUser->Type(utf8);
+}
+
 void TFormDriver::TabTo(std::string_view name) {
   constexpr int Round = 60;
   for (int stop = 0; stop < Round; ++stop) {
