@@ -306,6 +306,7 @@ void TMainWindow::SwitchTrace() {
     if (const std::optional<std::string> text = ToAnsi(line)) FLibrary.ShowDebugText(*text);
   });
   FLibrary.Version();
+  SetFocus(FEditor.Handle());
 }
 
 void TMainWindow::ClearLog() { FLog.Clear(); }

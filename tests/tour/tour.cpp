@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "commands.h"
 #include "tour/tour_host.h"
 #include "user/window.h"
 
@@ -96,14 +97,16 @@ void Dialogs(TTourHost& host) {
     user.Press(static_cast<WORD>(menu), mdAlt);
     user.Press(static_cast<WORD>(command));
   };
-  choose('O', 'T');
-  TFormDriver trace = user.WaitForForm("TDlgDebug");
   choose('B', 'M');
   TFormDriver modal = user.WaitForForm("TDlgBase");
   host.Picture(modal, "modal");
   modal.Click("ButtonOK");
   modal.WaitGone();
 
+  choose('O', 'T');
+  TFormDriver trace = user.WaitForForm("TDlgDebug");
+  user.WaitUntil("the host's window",
+                 [&] { return GetForegroundWindow() == host.Window().Handle(); });
   choose('B', 'N');
   TFormDriver modeless = user.WaitForForm("TDlgBase");
   modeless.TabTo("ButtonHelp");
@@ -122,20 +125,24 @@ void Dialogs(TTourHost& host) {
   window.CloseBox();
   view.WaitGone();
 
+  trace.Click("Memo");
   host.Picture(trace, "trace");
   const std::string lines = trace.Text("Memo");
-  for (const char* call : {"0001 : VCLGetVersion() = 1102", "VCLInvokeModalDialog(null) = 0",
-                           "VCLFreeNonModalDialog(", "VCLDialogHasChanged("})
+  for (const char* call :
+       {"0001 : VCLGetVersion() = 1102", "VCLFreeNonModalDialog(", "VCLDialogHasChanged("})
     Expect(lines.find(call) != std::string::npos, call);
 }
 
 /// The help of the word under the mouse.
 void Bubble(TTourHost& host) {
-  GUITHREADINFO gui{};
-  gui.cbSize = sizeof gui;
-  GetGUIThreadInfo(GetWindowThreadProcessId(host.Window().Handle(), nullptr), &gui);
-  POINT word{gui.rcCaret.left + 10, (gui.rcCaret.top + gui.rcCaret.bottom) / 2};
-  ClientToScreen(gui.hwndCaret, &word);
+  const HWND editor = GetDlgItem(host.Window().Handle(), IDC_EDITOR);
+  const std::string script = host.Script();
+  std::string before = script.substr(0, script.find("MsgBox texte"));
+  std::erase(before, '\n');  // the control counts a line's end as one
+  const auto place =
+      static_cast<DWORD>(SendMessageW(editor, EM_POSFROMCHAR, Wide(before).size(), 0));
+  POINT word{LOWORD(place) + 10, HIWORD(place) + 5};
+  ClientToScreen(editor, &word);
   host.User().PointAt(word);
   Expect(host.User().WaitForBubble().starts_with("MsgBox("), "the help of MsgBox");
   host.PictureOfAll("word");
