@@ -34,7 +34,7 @@ LRESULT CALLBACK TForm::FormProc(HWND window, UINT message, WPARAM wParam, LPARA
 LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = FHandle;
   LRESULT result = 0;
-  if (HandleMessage(message, wParam, lParam, result)) return result;
+  if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) WindowGone();
   return result;
