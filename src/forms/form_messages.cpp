@@ -149,6 +149,8 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
+  // They belong to the window around an embedded form, and would outlive it.
+  if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
   FTooltips = nullptr;
   FEntered = nullptr;
   Abandon();
