@@ -201,6 +201,7 @@ class TForm : public TComponent {
   bool FCentred = true;
   int FNextControlId = 0;
   bool FActivating = false;
+  bool FDying = false;
   int FDpi = 96;
   TFontHandle FFont;
   TControl* FActiveControl = nullptr;
