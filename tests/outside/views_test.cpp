@@ -232,7 +232,8 @@ TEST_F(Views, HelpFileOfAViewIsEveryonesFromThenOn) {
 TEST_F(Views, ComeAndGoAThousandTimesAndLeaveNothing) {
   constexpr int WarmUp = 100;
   constexpr int Cycles = 1000;
-  constexpr std::size_t Slack = 256 * 1024;
+  constexpr std::size_t Slack = 64 * 1024;
+  constexpr int SystemsOwnObjects = 4;  // it makes and drops a few as it likes
   TCensus early;
   std::size_t bytes = 0;
   for (int cycle = 0; cycle < WarmUp + Cycles; ++cycle) {
@@ -249,10 +250,12 @@ TEST_F(Views, ComeAndGoAThousandTimesAndLeaveNothing) {
     if (cycle % 2) Library->VCLFreeNonModalDialog(dialog);
     DestroyWindow(holder);
     if (cycle % 2 == 0) Library->VCLFreeNonModalDialog(dialog);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
   }
   const TCensus late = TCensus::Take();
   EXPECT_EQ(late.NewSince(early), "");
-  EXPECT_LE(late.GdiObjects, early.GdiObjects);
+  EXPECT_LE(late.GdiObjects, early.GdiObjects + SystemsOwnObjects);
   EXPECT_LE(CommittedBytes(), bytes + Slack);
 }
 
