@@ -34,7 +34,7 @@ LRESULT CALLBACK TForm::FormProc(HWND window, UINT message, WPARAM wParam, LPARA
 LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = FHandle;
   LRESULT result = 0;
-  if (HandleMessage(message, wParam, lParam, result)) return result;
+  if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) WindowGone();
   return result;
@@ -141,6 +141,8 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
+  // They belong to the window around an embedded form, and would outlive it.
+  if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
   FTooltips = nullptr;
   FEntered = nullptr;
   Abandon();
