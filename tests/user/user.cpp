@@ -37,8 +37,6 @@ TFormDriver TUser::WaitForForm(std::string_view className, int ms) {
   HWND form = nullptr;
   WaitUntil(
       Say("the form ", className), [&] { return (form = FindForm(className)) != nullptr; }, ms);
-  // Shown is not yet in place and in front.
-  Settle();
   return TFormDriver(*this, form);
 }
 
