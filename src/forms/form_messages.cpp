@@ -72,8 +72,16 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_CLOSE:
       Close();
       return true;
+    case WM_ACTIVATE:
+    case WM_SETFOCUS:
+      // Left to itself the system would focus the first control now, and select an edit's text,
+      // before the control that is to have the focus gets it.
+      return FActivating;
     case WM_SIZE:
-      if (wParam != SIZE_MINIMIZED) ArrangeControls();
+      if (wParam == SIZE_MINIMIZED) return false;
+      ArrangeControls();
+      // Children are not clipped: the form's background would cover those that merely moved.
+      RedrawWindow(FHandle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
       return false;
     case WM_GETMINMAXINFO: {
       RECT frame{0, 0, FDesignSize.cx, FDesignSize.cy};

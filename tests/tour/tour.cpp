@@ -84,7 +84,7 @@ void FunctionCall(TTourHost& host) {
   form.TabTo("ListParam");
   form.Press(VK_F1);
   host.User().WaitForBubble();
-  host.PictureOfAll("bubble");
+  host.Picture(host.Window(), "bubble");
   form.Press(VK_ESCAPE);
   form.WaitGone();
 }
