@@ -3,6 +3,7 @@
 // Numbers of the windows and commands, stable: macros, tests and assistive tools rely on them.
 
 #define ZEF_MAIN_WINDOW_CLASS L"ZefMainWindow"
+#define ZEF_GUEST_WINDOW_CLASS L"ZefGuestWindow"
 
 enum {
   IDC_EDITOR = 100,
@@ -15,5 +16,11 @@ enum {
   IDM_CONSTANTS = 211,
   IDM_TYPES = 212,
   IDM_CLEAR_LOG = 220,
+  IDM_TRACE = 221,
+  IDM_MODAL = 230,
+  IDM_MODELESS = 231,
+  IDM_VIEW = 232,
+  IDM_VIEW_CHANGED = 240,
+  IDM_VIEW_CLEAR = 241,
   IDM_ABOUT = 290,
 };

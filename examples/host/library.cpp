@@ -8,6 +8,10 @@ namespace {
 
 std::wstring Quoted(const std::string& text) { return L"\"" + ToWide(text) + L"\""; }
 
+std::wstring Number(const void* handle) {
+  return std::to_wstring(reinterpret_cast<std::uintptr_t>(handle));
+}
+
 /// The library owns the text and keeps it only until its next call.
 std::string Copied(const char* text) { return text ? text : ""; }
 
@@ -33,8 +37,7 @@ bool TLibrary::Load(const std::wstring& file, HWND mainWindow, const std::string
   Version();
   if (FSetMainWindow.Address) {
     FSetMainWindow(mainWindow);
-    FLog.Add(L"VCLSetMainWindowHandle(" +
-             std::to_wstring(reinterpret_cast<std::uintptr_t>(mainWindow)) + L")");
+    FLog.Add(L"VCLSetMainWindowHandle(" + Number(mainWindow) + L")");
   }
   if (FSetMainHelpFile.Address) {
     FSetMainHelpFile(helpFile.c_str());
@@ -125,4 +128,77 @@ std::optional<std::string> TLibrary::SyntaxNewTypes() {
   FLog.Add(L"VCLSyntaxGetNewTypes() = " + std::to_wstring(changed) + L", " + Quoted(types));
   if (!changed) return std::nullopt;
   return types;
+}
+
+bool TLibrary::InvokeModalDialog() {
+  if (!FInvokeModal.Address) return false;
+  const TRunning running(FRunning);
+  // The library defines the low byte only.
+  const int result = FInvokeModal(nullptr) & 0xFF;
+  FLog.Add(L"VCLInvokeModalDialog(null) = " + std::to_wstring(result));
+  return result != 0;
+}
+
+ZefDialog TLibrary::OpenDialog(HWND parent) {
+  if (!FInvokeNonModal.Address) return nullptr;
+  ZefDialog dialog = nullptr;
+  FInvokeNonModal(parent, nullptr, &dialog);
+  FLog.Add(L"VCLInvokeNonModalDialog(" + Number(parent) + L", null) = " + Number(dialog));
+  return dialog;
+}
+
+void TLibrary::FreeDialog(ZefDialog dialog) {
+  if (!FFreeNonModal.Address) return;
+  const int result = FFreeNonModal(dialog) & 0xFF;
+  FLog.Add(L"VCLFreeNonModalDialog(" + Number(dialog) + L") = " + std::to_wstring(result));
+}
+
+HWND TLibrary::CreateView(HWND parent, ZefDialog& view) {
+  view = nullptr;
+  if (!FCreateView.Address) return nullptr;
+  // Declared as an interface, received as a handle.
+  IUnknown* made = nullptr;
+  const HWND window = FCreateView(parent, nullptr, made);
+  view = reinterpret_cast<ZefDialog>(made);
+  FLog.Add(L"CreateExampleView(" + Number(parent) + L", null) = " + Number(window) + L", " +
+           Number(view));
+  return window;
+}
+
+void TLibrary::GiveToView(ZefDialog view, IExClass1* services) {
+  if (!FGiveToView.Address) return;
+  FGiveToView(services, view);
+  FLog.Add(L"VCLExDlgDlwdGive(" + Number(services) + L", " + Number(view) + L")");
+}
+
+void TLibrary::ShowView(ZefDialog view) {
+  if (!FDialogShow.Address) return;
+  FDialogShow(view);
+  FLog.Add(L"VCLDialogShow(" + Number(view) + L")");
+}
+
+bool TLibrary::ViewChanged(ZefDialog view) {
+  if (!FHasChanged.Address) return false;
+  const int changed = FHasChanged(view);
+  FLog.Add(L"VCLDialogHasChanged(" + Number(view) + L") = " + std::to_wstring(changed));
+  return changed != 0;
+}
+
+void TLibrary::ClearViewChanged(ZefDialog view) {
+  if (!FClearHasChanged.Address) return;
+  FClearHasChanged(view);
+  FLog.Add(L"VCLDialogClearHasChanged(" + Number(view) + L")");
+}
+
+void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth) {
+  if (!FShowHint.Address) return;
+  FShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y), maxWidth);
+  FLog.Add(L"VCLShowHint(" + Number(owner) + L", " + Quoted(text) + L", " +
+               std::to_wstring(place.x) + L", " + std::to_wstring(place.y) + L", " +
+               std::to_wstring(maxWidth) + L")",
+           TCallLog::TDetail::Colouring);
+}
+
+void TLibrary::ShowDebugText(const std::string& text) {
+  if (FShowDebugText.Address) FShowDebugText(text.c_str());
 }

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "call_log.h"
 #include "zefext.h"
@@ -39,6 +40,21 @@ class TLibrary {
   /// The variable types as the last dialog changed them, or nothing when it did not.
   std::optional<std::string> SyntaxNewTypes();
 
+  bool InvokeModalDialog();
+  /// A dialog inside the parent; null when there is none.
+  ZefDialog OpenDialog(HWND parent);
+  void FreeDialog(ZefDialog dialog);
+  /// A view inside the parent, still hidden, and its handle; it goes with the parent.
+  HWND CreateView(HWND parent, ZefDialog& view);
+  void GiveToView(ZefDialog view, IExClass1* services);
+  void ShowView(ZefDialog view);
+  bool ViewChanged(ZefDialog view);
+  void ClearViewChanged(ZefDialog view);
+
+  void ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth);
+  /// Not in the log of calls, whose lines it shows.
+  void ShowDebugText(const std::string& text);
+
  private:
   struct TImport {
     const char* Name;
@@ -47,8 +63,8 @@ class TLibrary {
   template <class TFunction>
   struct TFunctionImport : TImport {
     template <class... TArguments>
-    auto operator()(TArguments... arguments) const {
-      return reinterpret_cast<TFunction>(Address)(arguments...);
+    auto operator()(TArguments&&... arguments) const {
+      return reinterpret_cast<TFunction>(Address)(std::forward<TArguments>(arguments)...);
     }
   };
 
@@ -66,9 +82,25 @@ class TLibrary {
   TFunctionImport<unsigned char(ZEFEXT_API*)(const char** types)> FGetNewTypes{
       {"VCLSyntaxGetNewTypes"}};
 
-  TImport* const FImports[10] = {&FGetVersion, &FSetMainWindow, &FSetMainHelpFile, &FFree,
-                                 &FIsMethod,   &FIsConstant,    &FHelpBox,         &FConstHelpBox,
-                                 &FTypesBox,   &FGetNewTypes};
+  TFunctionImport<decltype(&VCLInvokeModalDialog)> FInvokeModal{{"VCLInvokeModalDialog"}};
+  TFunctionImport<decltype(&VCLInvokeNonModalDialog)> FInvokeNonModal{{"VCLInvokeNonModalDialog"}};
+  TFunctionImport<decltype(&VCLFreeNonModalDialog)> FFreeNonModal{{"VCLFreeNonModalDialog"}};
+  TFunctionImport<decltype(&VCLDialogShow)> FDialogShow{{"VCLDialogShow"}};
+  TFunctionImport<decltype(&VCLDialogHasChanged)> FHasChanged{{"VCLDialogHasChanged"}};
+  TFunctionImport<decltype(&VCLDialogClearHasChanged)> FClearHasChanged{
+      {"VCLDialogClearHasChanged"}};
+  // Exported as C++ compilers decorate them; these are the names that this one gives them.
+  TFunctionImport<decltype(&CreateExampleView)> FCreateView{
+      {"_Z17CreateExampleViewPvPKcRP8IUnknown@12"}};
+  TFunctionImport<decltype(&VCLExDlgDlwdGive)> FGiveToView{{"_Z16VCLExDlgDlwdGiveP9IExClass1Pv@8"}};
+  TFunctionImport<decltype(&VCLShowHint)> FShowHint{{"VCLShowHint"}};
+  TFunctionImport<decltype(&VCLShowDebugText)> FShowDebugText{{"VCLShowDebugText"}};
+
+  TImport* const FImports[20] = {
+      &FGetVersion,      &FSetMainWindow,  &FSetMainHelpFile, &FFree,       &FIsMethod,
+      &FIsConstant,      &FHelpBox,        &FConstHelpBox,    &FTypesBox,   &FGetNewTypes,
+      &FInvokeModal,     &FInvokeNonModal, &FFreeNonModal,    &FDialogShow, &FHasChanged,
+      &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

@@ -306,9 +306,19 @@ TEST_F(ViewsWithEdits, TakeTheirKeysInTheHostsPlainMessageLoop) {
     form.Mnemonic('B');
     form.WaitText("Outcome", "rejected");
     form.TabTo("HelpBtn");
-    form.Press(VK_F1);
+    form.Press('V');  // no text there, so a mnemonic
+    form.WaitText("Outcome", "accepted");
+    form.TabTo("NoteMemo");
+    form.Press('V');
+    EXPECT_EQ(form.Text("NoteMemo"), "v");
+    for (const char* name : {"NameEdit", "NoteMemo", "Active", "HelpBtn"}) {
+      form.TabTo(name);
+      form.Press(VK_F1);
+    }
   });
-  const std::vector<THelpServer::TRequest> asked{{MainWindow, HELP_CONTEXT, 9, HelpFile}};
+  const THelpServer::TRequest topic{MainWindow, HELP_CONTEXT, 0, HelpFile};
+  const THelpServer::TRequest button{MainWindow, HELP_CONTEXT, 9, HelpFile};
+  const std::vector<THelpServer::TRequest> asked{topic, topic, topic, button};
   EXPECT_EQ(HelpServer->Requests(), asked);
 }
 

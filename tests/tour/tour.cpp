@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "commands.h"
 #include "tour/tour_host.h"
 #include "user/window.h"
 
@@ -89,11 +90,73 @@ void FunctionCall(TTourHost& host) {
   form.WaitGone();
 }
 
+/// The base dialog, modal and inside a window of the host, then a view; their calls traced.
+void Dialogs(TTourHost& host) {
+  TUser& user = host.User();
+  const auto choose = [&](char menu, char command) {
+    user.Press(static_cast<WORD>(menu), mdAlt);
+    user.Press(static_cast<WORD>(command));
+  };
+  choose('B', 'M');
+  TFormDriver modal = user.WaitForForm("TDlgBase");
+  host.Picture(modal, "modal");
+  modal.Click("ButtonOK");
+  modal.WaitGone();
+
+  choose('O', 'T');
+  TFormDriver trace = user.WaitForForm("TDlgDebug");
+  user.WaitUntil("the host's window",
+                 [&] { return GetForegroundWindow() == host.Window().Handle(); });
+  choose('B', 'N');
+  TFormDriver modeless = user.WaitForForm("TDlgBase");
+  modeless.TabTo("ButtonHelp");
+  user.Press(VK_F1);
+  user.WaitForBubble();
+  host.PictureOfAll("modeless");
+  TFormDriver(user, GetParent(modeless.Handle())).CloseBox();
+  modeless.WaitGone();
+
+  choose('B', 'V');
+  TFormDriver view = user.WaitForForm("TExampleView");
+  TFormDriver window(user, GetParent(view.Handle()));
+  choose('V', 'M');
+  user.WaitUntil("the answer", [&] { return window.Caption() == "Vue - non modifiée"; });
+  host.PictureOfAll("view");
+  window.CloseBox();
+  view.WaitGone();
+
+  trace.Click("Memo");
+  host.Picture(trace, "trace");
+  const std::string lines = trace.Text("Memo");
+  for (const char* call :
+       {"0001 : VCLGetVersion() = 1102", "VCLFreeNonModalDialog(", "VCLDialogHasChanged("})
+    Expect(lines.find(call) != std::string::npos, call);
+}
+
+/// The help of the word under the mouse.
+void Bubble(TTourHost& host) {
+  const HWND editor = GetDlgItem(host.Window().Handle(), IDC_EDITOR);
+  const std::string script = host.Script();
+  std::string before = script.substr(0, script.find("MsgBox texte"));
+  std::erase(before, '\n');  // the control counts a line's end as one
+  const auto place =
+      static_cast<DWORD>(SendMessageW(editor, EM_POSFROMCHAR, Wide(before).size(), 0));
+  POINT word{LOWORD(place) + 10, HIWORD(place) + 5};
+  ClientToScreen(editor, &word);
+  host.User().PointAt(word);
+  Expect(host.User().WaitForBubble().starts_with("MsgBox("), "the help of MsgBox");
+  host.PictureOfAll("word");
+  host.User().PointAt({word.x, word.y + 200});
+  host.User().WaitForNoBubble();
+}
+
 constexpr TStop Stops[] = {
     {"assistant", 1, "SoldeAu(Date, zefPointee", Assistant},
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
     {"member", 2, "texte & ", Member},
     {"function", 2, "MsgBox texte", FunctionCall},
+    {"dialogs", 1, "SoldeAu(", Dialogs},
+    {"bubble", 2, "MsgBox texte", Bubble},
 };
 
 bool Make(const TStop& stop, const std::wstring& directory) {
