@@ -74,7 +74,8 @@ TEntriesWindow::TEntriesWindow(TLibrary& library, HWND owner) : FLibrary(library
   ReleaseDC(nullptr, screen);
   RECT place;
   GetWindowRect(owner, &place);
-  CreateWindowExW(0, ZEF_ENTRIES_WINDOW_CLASS, L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+  CreateWindowExW(0, ZEF_ENTRIES_WINDOW_CLASS, L"",
+                  WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
                   place.left + MulDiv(60, FDpi, 96), place.top + MulDiv(90, FDpi, 96),
                   MulDiv(600, FDpi, 96), MulDiv(320, FDpi, 96), owner, nullptr,
                   windowClass.hInstance, this);
@@ -92,7 +93,9 @@ void TEntriesWindow::Filter() {
   const std::optional<std::string> chosen =
       FLibrary.SelectTypOp(AllAnsi(Types), AllAnsi(Cards), ToAnsi(FFilter).value_or(""));
   FFilter = ToWide(chosen.value_or(""));
-  if (FHandle) ShowEntries();
+  if (!FHandle) return;
+  ShowEntries();
+  SetForegroundWindow(FHandle);
 }
 
 void TEntriesWindow::CreateList() {

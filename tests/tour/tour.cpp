@@ -194,8 +194,10 @@ void Filter(TTourHost& host) {
   form = open();
   form.Click("ButtonCancel");
   form.WaitGone();
+  TFormDriver all = entries("Toutes les écritures", 11);
   host.PictureOfAll("all");
-  entries("Toutes les écritures", 11).CloseBox();
+  all.CloseBox();
+  all.WaitGone();
 }
 
 /// The host's window comes back where it was left.
