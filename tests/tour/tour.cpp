@@ -155,7 +155,7 @@ void Bubble(TTourHost& host) {
 void Filter(TTourHost& host) {
   TUser& user = host.User();
   const auto open = [&] {
-    host.Window().ClickFormAt({800, 100});
+    host.Window().ClickFormAt({500, 16});  // beside the tabs: nothing covers it
     user.Press('O', mdAlt);
     user.Press('F');
     return user.WaitForForm("TDlgSelectTypOp");
