@@ -11,8 +11,9 @@
 class TCallLog {
  public:
   enum class TDetail {
-    Service,   ///< shown in the pane and written
-    Colouring  ///< written only: asked at every word, it would bury the services
+    Service,      ///< shown in the pane and written
+    Colouring,    ///< written only: asked at every word, it would bury the services
+    Preparation,  ///< written only: the texts and lists that a service is handed
   };
 
   TCallLog() = default;

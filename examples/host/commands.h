@@ -4,12 +4,14 @@
 
 #define ZEF_MAIN_WINDOW_CLASS L"ZefMainWindow"
 #define ZEF_GUEST_WINDOW_CLASS L"ZefGuestWindow"
+#define ZEF_ENTRIES_WINDOW_CLASS L"ZefEntriesWindow"
 
 enum {
   IDC_EDITOR = 100,
   IDC_TABS = 101,
   IDC_LOG = 102,
   IDC_STATUS = 103,
+  IDC_ENTRIES = 104,
 
   IDM_QUIT = 200,
   IDM_ASSISTANT = 210,
@@ -17,6 +19,7 @@ enum {
   IDM_TYPES = 212,
   IDM_CLEAR_LOG = 220,
   IDM_TRACE = 221,
+  IDM_FILTER = 222,
   IDM_MODAL = 230,
   IDM_MODELESS = 231,
   IDM_VIEW = 232,

@@ -190,6 +190,72 @@ void TLibrary::ClearViewChanged(ZefDialog view) {
   FLog.Add(L"VCLDialogClearHasChanged(" + Number(view) + L")");
 }
 
+void TLibrary::Prepared(const std::wstring& call) {
+  FLog.Add(call, TCallLog::TDetail::Preparation);
+}
+
+ZefStringList TLibrary::NewList(const std::vector<std::string>& lines) {
+  ZefStringList list = nullptr;
+  FListCreate(&list, false, false, false);
+  Prepared(L"VCLStringListCreate(0, 0, 0) = " + Number(list));
+  for (const std::string& line : lines) {
+    const int index = FListAdd(list, line.c_str());
+    Prepared(L"VCLStringListAdd(" + Number(list) + L", " + Quoted(line) + L") = " +
+             std::to_wstring(index));
+  }
+  return list;
+}
+
+void TLibrary::FreeList(ZefStringList list) {
+  FListFree(list);
+  Prepared(L"VCLStringListFree(" + Number(list) + L")");
+}
+
+std::optional<std::string> TLibrary::SelectTypOp(const std::vector<std::string>& types,
+                                                 const std::vector<std::string>& cards,
+                                                 const std::string& selection) {
+  if (!FSelectTypOp.Address) return std::nullopt;
+  const TRunning running(FRunning);
+  const ZefStringList typeList = NewList(types);
+  const ZefStringList cardList = NewList(cards);
+  ZefString choice = nullptr;
+  FStringCreate(&choice);
+  Prepared(L"VCLAnsiStringCreate() = " + Number(choice));
+  FStringSet(choice, selection.c_str());
+  Prepared(L"VCLAnsiStringSet(" + Number(choice) + L", " + Quoted(selection) + L")");
+
+  const bool confirmed = FSelectTypOp(typeList, cardList, choice) != 0;
+  FLog.Add(L"VCLSelectTypOp(" + Number(typeList) + L", " + Number(cardList) + L", " +
+           Number(choice) + L") = " + std::to_wstring(confirmed));
+
+  const char* text = nullptr;
+  FStringGet(choice, &text);
+  const std::string chosen = Copied(text);
+  FLog.Add(L"VCLAnsiStringGet(" + Number(choice) + L") = " + Quoted(chosen));
+  FStringFree(choice);
+  Prepared(L"VCLAnsiStringFree(" + Number(choice) + L")");
+  FreeList(cardList);
+  FreeList(typeList);
+  if (!confirmed) return std::nullopt;
+  return chosen;
+}
+
+std::string TLibrary::Setting(const std::string& name) {
+  if (!FGetRegConf.Address) return {};
+  char value[255];
+  const long error = FGetRegConf(value, sizeof value, name.c_str(), true);
+  FLog.Add(L"GetRegConf(" + Quoted(name) + L", 1) = " + std::to_wstring(error) +
+           (error == 0 ? L", " + Quoted(value) : std::wstring()));
+  return error == 0 ? value : "";
+}
+
+void TLibrary::KeepSetting(const std::string& name, const std::string& value) {
+  if (!FSetRegConf.Address) return;
+  const long error = FSetRegConf(name.c_str(), value.c_str(), true);
+  FLog.Add(L"SetRegConf(" + Quoted(name) + L", " + Quoted(value) + L", 1) = " +
+           std::to_wstring(error));
+}
+
 void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth) {
   if (!FShowHint.Address) return;
   FShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y), maxWidth);

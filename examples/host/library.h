@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "call_log.h"
 #include "zefext.h"
@@ -51,6 +52,15 @@ class TLibrary {
   bool ViewChanged(ZefDialog view);
   void ClearViewChanged(ZefDialog view);
 
+  /// The type, card or cheque book that the user chose; nothing when the filter is to go.
+  std::optional<std::string> SelectTypOp(const std::vector<std::string>& types,
+                                         const std::vector<std::string>& cards,
+                                         const std::string& selection);
+
+  /// A setting of the current user; empty when there is none or it is longer than a line.
+  std::string Setting(const std::string& name);
+  void KeepSetting(const std::string& name, const std::string& value);
+
   void ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth);
   /// Not in the log of calls, whose lines it shows.
   void ShowDebugText(const std::string& text);
@@ -96,11 +106,28 @@ class TLibrary {
   TFunctionImport<decltype(&VCLShowHint)> FShowHint{{"VCLShowHint"}};
   TFunctionImport<decltype(&VCLShowDebugText)> FShowDebugText{{"VCLShowDebugText"}};
 
-  TImport* const FImports[20] = {
+  TFunctionImport<decltype(&VCLAnsiStringCreate)> FStringCreate{{"VCLAnsiStringCreate"}};
+  TFunctionImport<decltype(&VCLAnsiStringSet)> FStringSet{{"VCLAnsiStringSet"}};
+  TFunctionImport<decltype(&VCLAnsiStringGet)> FStringGet{{"VCLAnsiStringGet"}};
+  TFunctionImport<decltype(&VCLAnsiStringFree)> FStringFree{{"VCLAnsiStringFree"}};
+  TFunctionImport<decltype(&VCLStringListCreate)> FListCreate{{"VCLStringListCreate"}};
+  TFunctionImport<decltype(&VCLStringListAdd)> FListAdd{{"VCLStringListAdd"}};
+  TFunctionImport<decltype(&VCLStringListFree)> FListFree{{"VCLStringListFree"}};
+  TFunctionImport<decltype(&VCLSelectTypOp)> FSelectTypOp{{"VCLSelectTypOp"}};
+  TFunctionImport<decltype(&GetRegConf)> FGetRegConf{{"GetRegConf"}};
+  TFunctionImport<decltype(&SetRegConf)> FSetRegConf{{"SetRegConf"}};
+
+  ZefStringList NewList(const std::vector<std::string>& lines);
+  void FreeList(ZefStringList list);
+  void Prepared(const std::wstring& call);
+
+  TImport* const FImports[30] = {
       &FGetVersion,      &FSetMainWindow,  &FSetMainHelpFile, &FFree,       &FIsMethod,
       &FIsConstant,      &FHelpBox,        &FConstHelpBox,    &FTypesBox,   &FGetNewTypes,
       &FInvokeModal,     &FInvokeNonModal, &FFreeNonModal,    &FDialogShow, &FHasChanged,
-      &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText};
+      &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText,
+      &FStringCreate,    &FStringSet,      &FStringGet,       &FStringFree, &FListCreate,
+      &FListAdd,         &FListFree,       &FSelectTypOp,     &FGetRegConf, &FSetRegConf};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

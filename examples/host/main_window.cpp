@@ -8,6 +8,7 @@
 
 #include "ansi.h"
 #include "commands.h"
+#include "window_place.h"
 
 // A command whose export the library lacks is greyed; a service that arrives takes one line here.
 struct TMainWindow::TCommand {
@@ -33,7 +34,9 @@ const TMainWindow::TMenu TMainWindow::Menus[5] = {
       {IDM_MODELESS, L"Boîte &non modale", &TMainWindow::OpenDialog, "VCLInvokeNonModalDialog"},
       {IDM_VIEW, L"&Vue incorporée", &TMainWindow::OpenView, "VCLDialogShow"}}},
     {L"&Outils",
-     {{IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, "VCLShowDebugText"},
+     {{IDM_FILTER, L"&Filtrer par type d'opération…", &TMainWindow::FilterEntries,
+       "VCLSelectTypOp"},
+      {IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, "VCLShowDebugText"},
       {IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
     {L"&Aide", {{IDM_ABOUT, L"À &propos de ZEF…", &TMainWindow::ShowAbout, nullptr}}},
 };
@@ -77,7 +80,7 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
   const int macro = std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1);
   FMacros[static_cast<std::size_t>(macro)].Position = commandLine.Position;
   ShowMacro(macro);
-  ShowWindow(FHandle, show);
+  ShowWindow(FHandle, PutBackPlace(FLibrary, FHandle, show));
   SetFocus(FEditor.Handle());
   if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
   return true;
@@ -309,6 +312,12 @@ void TMainWindow::SwitchTrace() {
   SetFocus(FEditor.Handle());
 }
 
+void TMainWindow::FilterEntries() {
+  if (!FEntries || !FEntries->Handle())
+    FEntries = std::make_unique<TEntriesWindow>(FLibrary, FHandle);
+  FEntries->Filter();
+}
+
 void TMainWindow::ClearLog() { FLog.Clear(); }
 
 void TMainWindow::ShowAbout() {
@@ -370,8 +379,10 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       if (FLibrary.Busy()) return 0;
       FViewWindow.reset();
       FDialogWindow.reset();
+      FEntries.reset();
       HideWordHelp();
       FLog.SetTrace({});
+      KeepPlace(FLibrary, FHandle);
       FLibrary.Unload();
       DestroyWindow(FHandle);
       return 0;

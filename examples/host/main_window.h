@@ -8,6 +8,7 @@
 
 #include "call_log.h"
 #include "command_line.h"
+#include "entries_window.h"
 #include "guest_window.h"
 #include "library.h"
 #include "macros.h"
@@ -55,6 +56,7 @@ class TMainWindow {
   void OpenGuest(std::unique_ptr<TGuestWindow>& window, TGuestWindow::TGuest guest);
   void ShowWordHelp(const std::wstring& name, POINT below);
   void HideWordHelp();
+  void FilterEntries();
   void SwitchTrace();
   void ClearLog();
   void ShowAbout();
@@ -77,6 +79,7 @@ class TMainWindow {
   int FMacro = -1;
   std::unique_ptr<TGuestWindow> FViewWindow;
   std::unique_ptr<TGuestWindow> FDialogWindow;
+  std::unique_ptr<TEntriesWindow> FEntries;
   std::unique_ptr<TScriptHelp> FHelp;  ///< read when the mouse first rests on a name
   HWND FBubbleOwner = nullptr;
   bool FTracing = false;

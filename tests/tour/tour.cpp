@@ -8,6 +8,7 @@
 
 #include "commands.h"
 #include "tour/tour_host.h"
+#include "user/items.h"
 #include "user/window.h"
 
 namespace {
@@ -148,6 +149,73 @@ void Bubble(TTourHost& host) {
   host.User().WaitForNoBubble();
 }
 
+/// The type filter with each kind of choice, and what the host shows after it.
+void Filter(TTourHost& host) {
+  TUser& user = host.User();
+  const auto open = [&] {
+    host.Window().ClickFormAt({500, 16});  // beside the tabs: nothing covers it
+    user.Press('O', mdAlt);
+    user.Press('F');
+    return user.WaitForForm("TDlgSelectTypOp");
+  };
+  const auto entries = [&](const std::string& caption, size_t count) {
+    user.WaitUntil(caption, [&] {
+      const HWND window = user.FindForm(Utf8(ZEF_ENTRIES_WINDOW_CLASS));
+      return window && TextOf(window) == caption &&
+             ItemsOf(GetDlgItem(window, IDC_ENTRIES)).size() == count;
+    });
+    return user.WaitForForm(Utf8(ZEF_ENTRIES_WINDOW_CLASS));
+  };
+
+  TFormDriver form = open();
+  host.Picture(form, "nothing");
+  form.Select("ListTypOp", "Prélèvement");
+  host.Picture(form, "type");
+  form.Select("ListTypOp", "CB/Chq");
+  host.Picture(form, "card_type");
+  form.Select("ListCB", "Chéquier n° 102");
+  host.Picture(form, "card");
+  form.Select("ListTypOp", "Espèces");
+  host.Picture(form, "card_kept");
+  form.Select("ListTypOp", "CB/Chq");
+  form.Click("ButtonOK");
+  form.WaitGone();
+  host.Picture(entries("Écritures - filtre : Chéquier n° 102", 2), "filtered");
+
+  form = open();
+  Expect(form.SelectedItem("ListCB") == "Chéquier n° 102", "the earlier choice");
+  form.Select("ListTypOp", "Virement");
+  form.Press(VK_RETURN);
+  form.WaitGone();
+  entries("Écritures - filtre : Virement", 2);
+
+  form = open();
+  form.Click("ButtonCancel");
+  form.WaitGone();
+  TFormDriver all = entries("Toutes les écritures", 11);
+  host.PictureOfAll("all");
+  all.CloseBox();
+  all.WaitGone();
+}
+
+/// The host's window comes back where it was left.
+void Place(TTourHost& host) {
+  const RECT first = BoundsOf(host.Window().Handle());
+  const auto move = [](TTourHost& moved, const RECT& place) {
+    SetWindowPos(moved.Window().Handle(), nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER);
+  };
+  const RECT other = {150, 120, 950, 720};
+  move(host, other);
+  host.Quit();
+  TTourHost again(host, "again");
+  const RECT found = BoundsOf(again.Window().Handle());
+  again.PictureOfAll("picture");
+  move(again, first);
+  again.Quit();
+  Expect(EqualRect(&found, &other), "the place where the window was left");
+}
+
 constexpr TStop Stops[] = {
     {"assistant", 1, "SoldeAu(Date, zefPointee", Assistant},
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
@@ -155,6 +223,8 @@ constexpr TStop Stops[] = {
     {"function", 2, "MsgBox texte", FunctionCall},
     {"dialogs", 1, "SoldeAu(", Dialogs},
     {"bubble", 2, "MsgBox texte", Bubble},
+    {"filter", 1, "SoldeAu(", Filter},
+    {"place", 1, "SoldeAu(", Place},
 };
 
 bool Make(const TStop& stop, const std::wstring& directory) {
