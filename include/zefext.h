@@ -43,7 +43,8 @@ void ZEFEXT_API VCLFree(void);
 typedef struct ZefDialogObject* ZefDialog;
 
 /* Shows the base dialog until the user closes it. With a help file, its Help button opens that
- * instead of the main one. The result is the dialog's outcome (0 or 1); only its low byte counts. */
+ * instead of the main one. The result is the dialog's outcome (0 or 1); only its low byte counts.
+ */
 int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile);
 
 /* Shows a base dialog inside a window of the host and returns at once. The handle is the host's
@@ -71,6 +72,24 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
  *   types   comma text of name=type: the variable types declared in the script */
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
+
+/* Runs the constant picker on a value: named constants of the syntax database, joined by "+".
+ *   text    the value to start from
+ *   result  receives the value built, or the text unchanged when the user cancelled; never null
+ *           afterwards; valid until the next call of this function or VCLSyntaxHelpBox */
+void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result);
+
+/* Runs the editor of a script's variable types.
+ *   text    the variables, as comma text of name=type entries
+ *   result  receives the edited ones, or the text unchanged when the user cancelled; never null
+ *           afterwards; valid until the next call of this function or VCLSyntaxGetNewTypes */
+void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result);
+
+/* Whether the variable types changed: by the last VCLSyntaxTypesBox that the user confirmed, or in
+ * the last VCLSyntaxHelpBox, when the user gave an undeclared variable a type. Returns 1 or 0.
+ *   result  receives all variables as comma text when they changed, else the empty text; null when
+ *           none of the assistant's functions was called yet */
+unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
 
 #ifdef __cplusplus
 }

@@ -78,6 +78,8 @@ class TControl : public TComponent {
   virtual bool HandleNotify(const NMHDR& /*header*/, LRESULT& /*result*/) { return false; }
   /// WM_HSCROLL or WM_VSCROLL from this control.
   virtual void HandleScroll() {}
+  /// WM_DRAWITEM for this control.
+  virtual void Draw(const DRAWITEMSTRUCT& /*item*/) const {}
   virtual void SetFont(HFONT font);
   /// Called when the form's DPI changed, after font and bounds.
   virtual void DpiChanged(int /*dpi*/) {}

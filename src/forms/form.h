@@ -181,7 +181,7 @@ class TForm : public TComponent {
   void ScaleTo(int dpi);
   void ArrangeControls();
   void Place();
-  void FocusFirst();
+  void FocusFirst(TControl* first);
   void RunModal(const TModalState& state);
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
   bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
@@ -199,6 +199,7 @@ class TForm : public TComponent {
   SIZE FDesignSize{};
   bool FCentred = true;
   int FNextControlId = 0;
+  bool FActivating = false;
   int FDpi = 96;
   TFontHandle FFont;
   TControl* FActiveControl = nullptr;

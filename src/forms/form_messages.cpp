@@ -54,6 +54,13 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_VSCROLL:
       if (TControl* control = FindControl(reinterpret_cast<HWND>(lParam))) control->HandleScroll();
       return true;
+    case WM_DRAWITEM: {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+      const TControl* control = FindControl(item.hwndItem);
+      if (control) control->Draw(item);
+      result = TRUE;
+      return control != nullptr;
+    }
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORLISTBOX:

@@ -100,6 +100,7 @@ void TDlgSyntax::FocusFirstChoice() {
 void TDlgSyntax::FormShow() {
   XMLSyntax.SetActive(true);
   RefreshTypeNames();
+  ShowState();
 }
 
 void TDlgSyntax::FormHide() {
@@ -206,5 +207,7 @@ void TDlgSyntax::RadioParamClick() {
 // ---- confirming ----
 
 void TDlgSyntax::ButtonOKClick() {
+  // Enter confirms from inside the line box, which then never loses the focus.
+  FModel.LeaveLine(Syntax());
   if (const auto types = FModel.RecordUndeclaredType(Syntax())) FTypes->ReplaceVariables(*types);
 }

@@ -74,7 +74,12 @@ void TDlgSyntax::ShowState() {
 
 void TDlgSyntax::ShowLine(unsigned changes) {
   const TLineAnalysis& line = FModel.Analysis();
-  if (changes & TAssistantModel::LineChanged) ShowText(*EditLigne, line.Expression());
+  if ((changes & TAssistantModel::LineChanged) && EditLigne->Text() != line.Expression()) {
+    // While the user types in it, his caret stays where it is.
+    const auto [start, end] = EditLigne->SelectionUnits();
+    EditLigne->SetText(line.Expression());
+    if (FLineFocused) EditLigne->SetSelectionUnits(start, end);
+  }
   if (!FLineFocused) EditLigne->SetSelection(line.ObjectRange().Start, line.ObjectRange().Length);
   ShowText(*EditObjet, line.ObjectText());
   UpDown->SetPosition(line.Position());

@@ -93,15 +93,19 @@ void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
   }
 }
 
+void CollectTypeNames(const TSyntaxDatabase& database, TStringList& names) {
+  for (const TSyntaxElement& element : database.Elements)
+    if ((element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type) &&
+        !element.Name.empty())
+      names.Add(element.Name);
+}
+
 void TSyntaxNames::BuildTypes(const TSyntaxDatabase& database) {
   Types.Clear();
+  CollectTypeNames(database, Types);
   Predefined.Clear();
   std::string line;
-  for (const TSyntaxElement& element : database.Elements) {
-    if (element.Name.empty()) continue;
-    if (element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type)
-      Types.Add(element.Name);
-    else if (element.Kind == TSyntaxKind::Const)
+  for (const TSyntaxElement& element : database.Elements)
+    if (element.Kind == TSyntaxKind::Const && !element.Name.empty())
       Predefined.Add(line.assign(element.Name).append(1, '=').append(element.Type));
-  }
 }
