@@ -100,7 +100,8 @@ bool TFormDriver::ItemChecked(std::string_view name, std::string_view item) cons
 }
 
 std::string TFormDriver::RadioItem(std::string_view name) const {
-  for (const HWND button : Descendants(Control(name)))
+  Control(name);
+  for (int item = 0; const HWND button = Find(Say(name, item)); ++item)
     if (Ask(button, BM_GETCHECK) == BST_CHECKED) return TextOf(button);
   return {};
 }
@@ -188,8 +189,10 @@ void TFormDriver::AskAbout(std::string_view name) {
 void TFormDriver::TabTo(std::string_view name) {
   constexpr int Round = 60;
   for (int stop = 0; stop < Round; ++stop) {
-    if (Focus() == name) return;
+    const std::string before = Focus();
+    if (before == name) return;
     Press(VK_TAB);
+    FUser->WaitUntil("Tab to move the focus", [&] { return Focus() != before; });
   }
   throw TUserError(Say("Tab does not lead to ", name));
 }

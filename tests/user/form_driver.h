@@ -40,7 +40,8 @@ class TFormDriver {
   /// BST_UNCHECKED, BST_CHECKED or BST_INDETERMINATE of a check box.
   int Checked(std::string_view name) const;
   bool ItemChecked(std::string_view name, std::string_view item) const;
-  /// The caption of the radio button that is on in a group, or empty.
+  /// The caption of the radio button that is on in a group, or empty. The buttons are named as
+  /// their group with their number from 0 behind.
   std::string RadioItem(std::string_view name) const;
   int Position(std::string_view upDown) const;
 

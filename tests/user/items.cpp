@@ -178,7 +178,10 @@ POINT PointOnItem(HWND control, int index) {
   const HWND list = kind == TKind::ListBox ? control : OpenList(control);
   Ask(list, LB_SETTOPINDEX, item);
   Ask(list, LB_GETITEMRECT, item, reinterpret_cast<LPARAM>(&rect));
-  return ToScreen(list, {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+  const POINT point = ToScreen(list, {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+  if (WindowFromPoint(point) != list)
+    throw TUserError("an item of " + NameOf(control) + " cannot be seen in its list");
+  return point;
 }
 
 POINT PointOnItemCheckBox(HWND control, int index) {

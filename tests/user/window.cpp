@@ -33,6 +33,7 @@ void Describe(HWND window, int depth, std::string& tree) {
               NameOf(window), "\" '", TextOf(window).substr(0, 80), "' (", bounds.left, ",",
               bounds.top, ")-(", bounds.right, ",", bounds.bottom, ")",
               IsWindowEnabled(window) ? "" : " disabled", Shown(window) ? "" : " hidden", "\n");
+  if (!Shown(window)) return;
   for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
     Describe(child, depth + 1, tree);
 }
@@ -56,6 +57,11 @@ std::string ClassOf(HWND window) {
 }
 
 std::string TextOf(HWND window) {
+  // An owner-drawn combo box without strings answers with the address of an item.
+  const LONG style = GetWindowLongW(window, GWL_STYLE);
+  if (ClassOf(window) == "ComboBox" && (style & (CBS_OWNERDRAWFIXED | CBS_OWNERDRAWVARIABLE)) &&
+      !(style & CBS_HASSTRINGS))
+    return {};
   std::wstring text(static_cast<size_t>(Ask(window, WM_GETTEXTLENGTH)) + 1, L'\0');
   const LRESULT length =
       Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
