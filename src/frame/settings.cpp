@@ -10,7 +10,9 @@ namespace {
 constexpr char RootKey[] = "Software";
 constexpr char CompanyKey[] = "KAVEN";
 constexpr char ProductKey[] = "ZEF";
-constexpr std::uint32_t LongestSetting = 255;
+/// Room for what settings commonly hold, and the most that is read of one.
+constexpr std::uint32_t UsualSetting = 255;
+constexpr std::uint32_t LongestSetting = 1u << 22;
 
 TRegistryHive HiveOf(bool currentUser) {
   return currentUser ? TRegistryHive::CurrentUser : TRegistryHive::LocalMachine;
@@ -61,14 +63,31 @@ long StoreSetting(const char* name, const char* value, bool currentUser) {
   return result == ERROR_SUCCESS ? key.SetText(name, value ? value : "") : result;
 }
 
-void WriteSetting(const std::string& name, const std::string& value, bool currentUser) {
-  StoreSetting(name.c_str(), value.c_str(), currentUser);
+bool WriteSetting(const std::string& name, const std::string& value, bool currentUser) {
+  return StoreSetting(name.c_str(), value.c_str(), currentUser) == ERROR_SUCCESS;
 }
 
 std::string ReadSetting(const std::string& name, bool currentUser) {
-  char buffer[LongestSetting];
-  const long result = QuerySetting(buffer, LongestSetting, name.c_str(), currentUser);
-  return result == ERROR_SUCCESS ? buffer : "";
+  std::string text;
+  for (std::uint32_t size = UsualSetting; size <= LongestSetting; size *= 4) {
+    text.resize(size);
+    const long result = QuerySetting(text.data(), size, name.c_str(), currentUser);
+    if (result == ERROR_SUCCESS) return text.c_str();
+    if (result != ERROR_MORE_DATA) break;
+  }
+  return {};
+}
+
+bool RemoveSetting(const std::string& name, bool currentUser) {
+  TRegistryKey key;
+  const long opened = CreateSettings(key, currentUser);
+  return opened == ERROR_SUCCESS && key.DeleteValue(name.c_str()) == ERROR_SUCCESS;
+}
+
+std::vector<std::string> SettingNames(bool currentUser) {
+  TRegistryKey key;
+  return OpenSettings(key, currentUser) == ERROR_SUCCESS ? key.ValueNames()
+                                                         : std::vector<std::string>();
 }
 
 std::string DigestOf(const std::string& text) { return Md5Text(text); }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 /// The library's and the host's settings: texts in the registry, below the host's own key, in the
 /// current user's hive or else the machine's. Texts are in the process's ANSI code page.
@@ -15,11 +16,17 @@ long QuerySetting(char* buffer, std::uint32_t size, const char* name, bool curre
 /// code; 87 for a null name. A null value is empty.
 long StoreSetting(const char* name, const char* value, bool currentUser);
 
-/// Writes a setting whether or not it succeeds.
-void WriteSetting(const std::string& name, const std::string& value, bool currentUser);
+/// Writes a setting; false when it could not be, and is as before.
+bool WriteSetting(const std::string& name, const std::string& value, bool currentUser);
 
-/// The setting, or an empty text when it cannot be read or has more than 254 bytes.
+/// The setting whatever its length, or an empty text when it cannot be read.
 std::string ReadSetting(const std::string& name, bool currentUser);
+
+/// False when the setting is still there.
+bool RemoveSetting(const std::string& name, bool currentUser);
+
+/// The names of all settings, in no special order.
+std::vector<std::string> SettingNames(bool currentUser);
 
 /// The MD5 digest of a text as 32 lower-case hexadecimal digits.
 std::string DigestOf(const std::string& text);

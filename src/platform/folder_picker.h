@@ -15,7 +15,7 @@ class TFolderPicker {
     void* Owner = nullptr;  ///< window, may be null
     std::string Title;      ///< above the tree
     std::uint32_t Flags = 0;
-    std::string RootPath;    ///< where the tree starts; when empty or not there:
+    std::string RootPath;   ///< where the tree starts; when empty or not there:
     int SpecialFolder = 0;  ///< the shell's number of a folder, 0 the desktop
   };
   /// Each may be empty; they are raised while Run runs.

@@ -52,5 +52,6 @@ class TLibrary {
   ZEF_EXPORT(VCLSyntaxIsMethod);
   ZEF_EXPORT(VCLSyntaxIsConstant);
   ZEF_EXPORT(VCLSyntaxHelpBox);
+  ZEF_EXPORT(VCLSelectDirList);
 #undef ZEF_EXPORT
 };

@@ -23,9 +23,6 @@ class TDirectoryFiles {
   virtual bool Move(const std::string& from, const std::string& to) = 0;
 };
 
-/// Marks a directory as one that holds the host's data.
-inline constexpr char kDataMarker[] = "\\ZEF.INI";
-
 enum class TEntering { Failed, AlreadyThere, Entered };
 
 /// Makes a directory current unless it is already (letter case ignored).
