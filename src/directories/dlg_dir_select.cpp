@@ -68,7 +68,7 @@ void TDlgDirSelect::InitDialog() {
 void TDlgDirSelect::LoadList() {
   {
     const TUpdate update(*this);
-    FList.Load(FSettings);
+    FList.Load(TUserSettings());
     const bool imported = ImportCurrent();
     FillList();
     ClearFields();
@@ -220,7 +220,8 @@ void TDlgDirSelect::BtnMoveClick() {
 
 void TDlgDirSelect::ButtonOKClick() {
   FChosenPath.clear();
-  FList.Save(FSettings);
+  TUserSettings settings;
+  FList.Save(settings);
   if (Selected() >= 0) FChosenPath = FList.Entry(Selected()).Path;
 }
 

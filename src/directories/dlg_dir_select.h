@@ -57,7 +57,6 @@ class TDlgDirSelect : public TDlgBase {
   TCheckBox* BoxDefault = nullptr;
   TBffolder* Brownse = nullptr;
 
-  TUserSettings FSettings;
   TDiskFiles FFiles;
   TDirectoryList FList;
   std::string FChosenPath;

@@ -1,28 +1,23 @@
 #include "directories/system_stores.h"
 
-#include "frame/settings.h"
 #include "platform/file_system.h"
 
 namespace {
-
-constexpr bool kCurrentUser = true;
 
 /// Marks a directory as one that holds the host's data.
 constexpr char kDataMarker[] = "\\ZEF.INI";
 
 }  // namespace
 
-std::string TUserSettings::Read(const std::string& name) const {
-  return ReadSetting(name, kCurrentUser);
-}
+std::string TUserSettings::Read(const std::string& name) const { return FSettings.Read(name); }
 
-std::vector<std::string> TUserSettings::Names() const { return SettingNames(kCurrentUser); }
+std::vector<std::string> TUserSettings::Names() const { return FSettings.Names(); }
 
 bool TUserSettings::Write(const std::string& name, const std::string& value) {
-  return WriteSetting(name, value, kCurrentUser);
+  return FSettings.Write(name, value);
 }
 
-bool TUserSettings::Remove(const std::string& name) { return RemoveSetting(name, kCurrentUser); }
+bool TUserSettings::Remove(const std::string& name) { return FSettings.Remove(name); }
 
 std::string TDiskFiles::Current() const { return CurrentDirectoryPath(); }
 

@@ -24,6 +24,8 @@ class TRegistryKey {
   /// Opens the key for writing, made if it is not there.
   long Create(const TRegistryKey& parent, const char* name);
 
+  bool IsOpen() const { return FKey != nullptr; }
+
   struct TValue {
     std::uint32_t Size;  ///< in: bytes there is room for; out: bytes that the value has
     bool Text;           ///< the value is of one of the kinds that hold text
