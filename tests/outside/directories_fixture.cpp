@@ -1,6 +1,7 @@
 #include "outside/directories_fixture.h"
 
 #include <commctrl.h>
+#include <shlobj.h>
 
 #include <fstream>
 
@@ -50,7 +51,14 @@ std::string TPickerDriver::SelectedName() const {
 
 void TPickerDriver::WaitSelected(std::string_view name) const {
   FUser.WaitUntil("the folder " + std::string(name) + " to be selected",
-                  [&] { return SelectedName() == name; });
+                  [&] { return SelectedName().ends_with(name); });
+}
+
+void TPickerDriver::Select(const std::string& path, std::string_view shownName) {
+  FUser.Note("select the folder " + path);
+  SendMessageW(Form.Handle(), BFFM_SETSELECTIONW, TRUE,
+               reinterpret_cast<LPARAM>(Wide(path).c_str()));
+  WaitSelected(shownName);
 }
 
 void TPickerDriver::TypeName(std::string_view utf8) {

@@ -14,10 +14,12 @@ class TPickerDriver {
   TFormDriver Form;
 
   std::string Status() const;
-  /// Waits until the tree shows this folder's name as the selected one.
+  /// Waits until the selected folder shows this name, or a label before it.
   void WaitSelected(std::string_view name) const;
   void Ok() { Leave("#1"); }
   void Cancel() { Leave("#2"); }
+  /// As a program that opened the picker does, and a click on the folder would.
+  void Select(const std::string& path, std::string_view shownName);
   void TypeName(std::string_view utf8);
 
  private:
