@@ -25,6 +25,18 @@ endfunction()
 zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext.dll zefext)
 zef_copy_outside(${PROJECT_SOURCE_DIR}/include/zefext.h "")
 zef_copy_outside(${PROJECT_SOURCE_DIR}/src/resources/zefext.def "")
+
+# The library once more, with views that only tests need.
+file(WRITE ${PROJECT_BINARY_DIR}/test_views.rc
+     "TTESTVIEW FORM \"${PROJECT_SOURCE_DIR}/tests/views/TTestView.form\"\n")
+set_source_files_properties(${PROJECT_BINARY_DIR}/test_views.rc PROPERTIES OBJECT_DEPENDS
+                            ${PROJECT_SOURCE_DIR}/tests/views/TTestView.form)
+add_library(zefext_views SHARED tests/views/test_view.cpp ${PROJECT_BINARY_DIR}/layouts.rc
+                                ${PROJECT_BINARY_DIR}/test_views.rc src/resources/zefext.def)
+set_target_properties(zefext_views PROPERTIES PREFIX "")
+target_link_libraries(zefext_views PRIVATE zefext_objects)
+zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext_views.dll zefext_views)
+
 add_custom_target(outside_files ALL DEPENDS ${ZEF_OUTSIDE_COPIES})
 
 function(zef_outside_program name)
@@ -45,10 +57,18 @@ add_executable(platform_tests ${ZEF_PLATFORM_TESTS})
 set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
 target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main)
 
-file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*.cpp)
-if(ZEF_OUTSIDE_BENCHES)
-  zef_outside_program(outside_bench ${ZEF_OUTSIDE_BENCHES})
-endif()
+file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
+zef_outside_program(outside_bench benchmarks/outside/main.cpp ${ZEF_OUTSIDE_BENCHES})
+target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
+add_library(empty SHARED benchmarks/outside/empty.cpp)
+set_target_properties(empty PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_options(empty PRIVATE -s)
+
+# So are the facilities measured.
+file(GLOB ZEF_PLATFORM_BENCHES CONFIGURE_DEPENDS benchmarks/platform/*.cpp)
+add_executable(platform_bench ${ZEF_PLATFORM_BENCHES})
+set_target_properties(platform_bench PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_libraries(platform_bench PRIVATE zefext_objects)
 
 # The tour runs the example host where it is built.
 file(GLOB ZEF_TOUR CONFIGURE_DEPENDS tests/tour/*.cpp)

@@ -162,6 +162,8 @@ class TForm : public TComponent {
   virtual void WindowDestroyed() {}
   TControl& Child(std::string_view name) const;
   HWND ParentWindow() const { return FParentWindow; }
+  /// Moves a form with a window of its own to where its layout says.
+  void Place();
   const TLayoutItem& Layout() const { return FLayout; }
 
  private:
@@ -180,7 +182,6 @@ class TForm : public TComponent {
   static BOOL CALLBACK AddTooltip(HWND child, LPARAM self);
   void ScaleTo(int dpi);
   void ArrangeControls();
-  void Place();
   void FocusFirst(TControl* first);
   void RunModal(const TModalState& state);
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
@@ -200,6 +201,7 @@ class TForm : public TComponent {
   bool FCentred = true;
   int FNextControlId = 0;
   bool FActivating = false;
+  bool FDying = false;
   int FDpi = 96;
   TFontHandle FFont;
   TControl* FActiveControl = nullptr;

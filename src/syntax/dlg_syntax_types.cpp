@@ -45,11 +45,11 @@ void TDlgSyntaxTypes::RefreshLists() {
 void TDlgSyntaxTypes::RefreshTypes() {
   if (FTypesSource == XMLSyntax.Database()) return;
   FTypesSource = XMLSyntax.Database();
-  TSyntaxNames names;
-  names.BuildTypes(*FTypesSource);
+  TStringList names({.Sorted = true});
+  CollectTypeNames(*FTypesSource, names);
   BoxTypes->BeginUpdate();
   BoxTypes->ClearItems();
-  for (int i = 0; i < names.Types.Count(); ++i) BoxTypes->AddItem(names.Types.At(i));
+  for (int i = 0; i < names.Count(); ++i) BoxTypes->AddItem(names.At(i));
   BoxTypes->EndUpdate();
 }
 

@@ -15,6 +15,29 @@ bool MadeBySystem(HWND window) {
   return Classes.contains(ClassOf(window));
 }
 
+/// The module whose code a thread started in, or null.
+HMODULE StartModule(DWORD thread) {
+  using TQuery = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+  constexpr int StartAddress = 9;
+  const auto query = reinterpret_cast<TQuery>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtQueryInformationThread")));
+  void* start = nullptr;
+  const HANDLE handle = OpenThread(THREAD_QUERY_INFORMATION, FALSE, thread);
+  query(handle, StartAddress, &start, sizeof start, nullptr);
+  if (handle) CloseHandle(handle);
+  HMODULE module = nullptr;
+  GetModuleHandleExW(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      static_cast<LPCWSTR>(start), &module);
+  return module;
+}
+
+std::string ModuleName(HMODULE module) {
+  if (!module) return "no module";
+  wchar_t name[MAX_PATH];
+  return Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), module, name, MAX_PATH)});
+}
+
 std::set<DWORD> OwnThreads() {
   std::set<DWORD> threads;
   const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
@@ -33,9 +56,7 @@ std::set<std::string> OwnModules() {
   std::set<std::string> names;
   for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE));
        ++index) {
-    wchar_t name[MAX_PATH];
-    names.insert(
-        Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), modules[index], name, MAX_PATH)}));
+    names.insert(ModuleName(modules[index]));
   }
   return names;
 }
@@ -76,6 +97,7 @@ std::string TCensus::NewSince(const TCensus& earlier) const {
     if (!earlier.Windows.contains(window))
       news += Say("window ", ClassOf(window), " '", TextOf(window), "'\n");
   for (const DWORD thread : Threads)
-    if (!earlier.Threads.contains(thread)) news += Say("thread ", std::hex, thread, "\n");
+    if (!earlier.Threads.contains(thread))
+      news += Say("thread ", std::hex, thread, " of ", ModuleName(StartModule(thread)), "\n");
   return news;
 }

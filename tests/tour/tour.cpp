@@ -25,7 +25,7 @@ void Expect(bool fulfilled, const char* what) {
 /// the host receives the rewritten line.
 void Assistant(TTourHost& host) {
   host.Picture(host.Window(), "host");
-  host.User().Press(VK_F1);
+  host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
   form.WaitText("EditMethod", "SoldeAu(Date, zefPointee + zefRapprochee)");
   host.Picture(form, "opened");
@@ -49,7 +49,7 @@ void Assistant(TTourHost& host) {
 /// A long chain of members, walked back and forth, then left by Cancel.
 void Chain(TTourHost& host) {
   const std::string before = host.Script();
-  host.User().Press(VK_F1);
+  host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
   const int last = form.Position("UpDown");
   host.Picture(form, "opened");
@@ -64,7 +64,7 @@ void Chain(TTourHost& host) {
 /// An object without a member yet: type and member are picked from their lists.
 void Member(TTourHost& host) {
   const std::string before = host.Script();
-  host.User().Press(VK_F1);
+  host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
   form.Select("BoxType", "Budget");
   host.User().WaitUntil("members", [&] { return !form.Items("BoxMethod").empty(); });
@@ -78,13 +78,13 @@ void Member(TTourHost& host) {
 
 /// A function of the language; its parameters explained.
 void FunctionCall(TTourHost& host) {
-  host.User().Press(VK_F1);
+  host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
   host.Picture(form, "opened");
   form.TabTo("ListParam");
   form.Press(VK_F1);
   host.User().WaitForBubble();
-  host.PictureOfAll("bubble");
+  host.Picture(host.Window(), "bubble");
   form.Press(VK_ESCAPE);
   form.WaitGone();
 }

@@ -47,7 +47,7 @@ void TTourHost::GoTo(std::string_view text) {
   if (place == std::string::npos) throw TUserError(Say("the script does not hold ", text));
   const std::string_view before(script.data(), place);
   const size_t lineStart = before.rfind('\n') + 1;  // 0 in the first line
-  FUser->Press(VK_HOME, mdControl);
+  FWindow->Press(VK_HOME, mdControl);
   for (auto lines = std::ranges::count(before, '\n'); lines > 0; --lines) FUser->Press(VK_DOWN);
   for (size_t column = Wide(before.substr(lineStart)).size(); column > 0; --column)
     FUser->Press(VK_RIGHT);
@@ -58,6 +58,8 @@ std::string TTourHost::FileFor(const std::string& name) const {
 }
 
 void TTourHost::Picture(const TFormDriver& form, const std::string& name) {
+  // Out of the way, so that no hint pops up under it.
+  FUser->PointAt({GetSystemMetrics(SM_CXSCREEN) - 2, GetSystemMetrics(SM_CYSCREEN) - 2});
   form.SavePicture(FileFor(name));
 }
 

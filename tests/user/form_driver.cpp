@@ -42,6 +42,14 @@ void TFormDriver::WaitGone() const {
   FUser->WaitUntil("the form to go", [this] { return Gone(); });
 }
 
+void TFormDriver::WaitPainted() const {
+  FUser->Note("wait for the form to be drawn");
+  FUser->WaitUntil("the form to be drawn", [this] {
+    Ask(FForm, WM_NULL);  // by its answer the thread has taken note of what the display uncovered
+    return !GetUpdateRect(FForm, nullptr, FALSE);
+  });
+}
+
 // ---- looking -----------------------------------------------------------------------------------
 
 std::string TFormDriver::Caption() const { return TextOf(FForm); }
@@ -184,6 +192,22 @@ void TFormDriver::AskAbout(std::string_view name) {
   info.hItemHandle = control;
   info.MousePos = point;
   Ask(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
+}
+
+void TFormDriver::WaitActive() const {
+  const HWND root = GetAncestor(FForm, GA_ROOT);
+  FUser->WaitUntil(ClassOf(FForm) + " to be active",
+                   [root] { return GetForegroundWindow() == root; });
+}
+
+void TFormDriver::Press(WORD virtualKey, unsigned modifiers) {
+  WaitActive();
+  FUser->Press(virtualKey, modifiers);
+}
+
+void TFormDriver::Type(std::string_view utf8) {
+  WaitActive();
+  FUser->Type(utf8);
 }
 
 void TFormDriver::TabTo(std::string_view name) {

@@ -21,6 +21,8 @@ class TFormDriver {
   HWND Control(std::string_view name) const;
   bool Gone() const { return !Exists() || !IsWindowVisible(FForm); }
   void WaitGone() const;
+  /// Nothing of the form itself is left to be drawn. In this process only.
+  void WaitPainted() const;
 
   // ---- looking ----
 
@@ -56,11 +58,12 @@ class TFormDriver {
   void CloseBox();
   /// The question mark of the caption bar, then the control. In this process only.
   void AskAbout(std::string_view name);
-  void Press(WORD virtualKey, unsigned modifiers = mdNone) { FUser->Press(virtualKey, modifiers); }
-  void Mnemonic(char letter) { FUser->Press(static_cast<WORD>(letter), mdAlt); }
+  /// Keys are sent once the form is the active window.
+  void Press(WORD virtualKey, unsigned modifiers = mdNone);
+  void Mnemonic(char letter) { Press(static_cast<WORD>(letter), mdAlt); }
   /// By Tab alone; throws when a whole round does not meet the control.
   void TabTo(std::string_view name);
-  void Type(std::string_view utf8) { FUser->Type(utf8); }
+  void Type(std::string_view utf8);
   /// Clicks into the edit and types the text in place of what is there.
   void Fill(std::string_view name, std::string_view utf8);
   /// By mouse, opening the list of a combo box.
@@ -72,6 +75,7 @@ class TFormDriver {
   void SavePicture(const std::string& file) const;
 
  private:
+  void WaitActive() const;
   bool Exists() const { return IsWindow(FForm) != FALSE; }
   HWND Find(std::string_view name) const;
   /// Throws unless a click there meets the control.

@@ -92,14 +92,25 @@ void TUser::Type(std::string_view utf8) {
 
 void TUser::Click(POINT screen, int clicks) {
   Note(Say(clicks, " click(s) at ", screen.x, ",", screen.y));
+  PointAt(screen);
   SendClick(screen, clicks);
   Settle();
 }
 
+// The display reports a pointer that was moved a little later, and may put it back for a moment to
+// where it had been: a click that follows at once could end there.
 void TUser::PointAt(POINT screen) {
-  MovePointer(screen);
-  Settle();
+  WaitUntil("the pointer to stay where it is put", [&] {
+    MovePointer(screen);
+    Settle();
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    return pointer.x == screen.x && pointer.y == screen.y;
+  });
 }
+
+// An answer at least means that the program has looked at its display since.
+void TUser::Settle() { Ask(GetForegroundWindow(), WM_NULL); }
 
 void TUser::Note(std::string step) {
   const std::lock_guard lock(FStepsGuard);
