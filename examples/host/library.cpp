@@ -126,3 +126,13 @@ std::optional<std::string> TLibrary::SyntaxNewTypes() {
   if (!changed) return std::nullopt;
   return types;
 }
+
+TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
+  if (!FSelectDirList.Address) return {};
+  const TRunning running(FRunning);
+  unsigned char cancelled = 0;
+  const bool changed = FSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
+  FLog.Add(L"VCLSelectDirList(\"\", " + std::to_wstring(showList) + L") = " +
+           std::to_wstring(changed) + L", " + std::to_wstring(cancelled));
+  return {changed, cancelled != 0};
+}

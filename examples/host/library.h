@@ -27,6 +27,13 @@ class TLibrary {
   /// Whether one of its dialogs is open; the library must not be unloaded then.
   bool Busy() const { return FRunning > 0; }
 
+  struct TDirectoryChoice {
+    bool Changed = false;  ///< the current directory is another one now
+    bool Cancelled = false;
+  };
+  /// Opens the default accounts directory, without a window when there is one, or shows the list.
+  TDirectoryChoice SelectDirectory(bool showList);
+
   unsigned long Version();
   bool IsMethod(const std::string& word);
   bool IsConstant(const std::string& word);
@@ -65,10 +72,11 @@ class TLibrary {
       {"VCLSyntaxTypesBox"}};
   TFunctionImport<unsigned char(ZEFEXT_API*)(const char** types)> FGetNewTypes{
       {"VCLSyntaxGetNewTypes"}};
+  TFunctionImport<decltype(&VCLSelectDirList)> FSelectDirList{{"VCLSelectDirList"}};
 
-  TImport* const FImports[10] = {&FGetVersion, &FSetMainWindow, &FSetMainHelpFile, &FFree,
+  TImport* const FImports[11] = {&FGetVersion, &FSetMainWindow, &FSetMainHelpFile, &FFree,
                                  &FIsMethod,   &FIsConstant,    &FHelpBox,         &FConstHelpBox,
-                                 &FTypesBox,   &FGetNewTypes};
+                                 &FTypesBox,   &FGetNewTypes,   &FSelectDirList};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

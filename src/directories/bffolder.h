@@ -17,6 +17,8 @@ class TBffolder : public TComponent {
   /// meanwhile. True when the user chose a folder, which is the selected one then. False at once
   /// when it is running already.
   bool Execute();
+  /// Ends a running Execute as the user's Cancel does; it returns later.
+  void Cancel() { FPicker.Cancel(); }
 
   /// Shown above the tree.
   void SetTitle(std::string title) { FTitle = std::move(title); }

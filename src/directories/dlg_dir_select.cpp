@@ -48,6 +48,7 @@ void TDlgDirSelect::Bind(TFormBinder& binder) {
   binder.Handler("BtnBrowseClick", [this] { BtnBrowseClick(); });
   binder.Handler("BtnMoveClick", [this] { BtnMoveClick(); });
   binder.Handler("ButtonOKClick", [this] { ButtonOKClick(); });
+  binder.Handler("FormHide", [this] { FormHide(); });
   binder.CloseQueryHandler("FormCloseQuery", [this] { return FormCloseQuery(); });
 }
 
@@ -239,3 +240,6 @@ bool TDlgDirSelect::FormCloseQuery() {
   }
   return false;
 }
+
+// Freed under its picker: that must not stay behind alone.
+void TDlgDirSelect::FormHide() { Brownse->Cancel(); }

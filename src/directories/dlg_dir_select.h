@@ -40,6 +40,7 @@ class TDlgDirSelect : public TDlgBase {
   void BrownseSelectionChanged(const std::string& folder);
   void ButtonOKClick();
   bool FormCloseQuery();
+  void FormHide();
 
   int Selected() const { return ListRep->ItemIndex(); }
   bool ImportCurrent();

@@ -147,12 +147,12 @@ bool FlushToDisk(const std::wstring& path, DWORD attributes) {
 
 bool CopyNode(const std::wstring& from, const std::wstring& to, const TNode& node) {
   if (node.Directory()) return CreateDirectoryExW(from.c_str(), to.c_str(), nullptr) != FALSE;
-  if (CopyFileExW(from.c_str(), to.c_str(), nullptr, nullptr, nullptr, COPY_FILE_FAIL_IF_EXISTS) &&
-      FlushToDisk(to, node.Attributes)) {
-    return true;
-  }
-  // A part of a copy; one that was there before is in a directory of ours, so there is none.
-  DeleteNode(to, node);
+  const bool copied = CopyFileExW(from.c_str(), to.c_str(), nullptr, nullptr, nullptr,
+                                  COPY_FILE_FAIL_IF_EXISTS) != FALSE;
+  const bool begun = copied || GetLastError() != ERROR_FILE_EXISTS;
+  if (copied && FlushToDisk(to, node.Attributes)) return true;
+  // Half a copy goes; a file that someone else put there stays.
+  if (begun) DeleteNode(to, node);
   return false;
 }
 

@@ -218,6 +218,10 @@ void TFolderPicker::EnableOk(bool enabled) {
   }
 }
 
+void TFolderPicker::Cancel() {
+  if (Open()) PostMessageW(static_cast<HWND>(FWindow), WM_COMMAND, IDCANCEL, 0);
+}
+
 std::uint32_t ShellVersion() {
   const TSystemLibrary shell(L"shell32.dll");
   const auto getVersion = shell.Function<DLLGETVERSIONPROC>("DllGetVersion");

@@ -43,6 +43,8 @@ class TFolderPicker {
   void SetSelection(const std::string& folder);
   void SetStatusText(const std::string& text);
   void EnableOk(bool enabled);
+  /// As the user's Cancel, once the picker gets to it.
+  void Cancel();
 
  private:
   struct TShell;

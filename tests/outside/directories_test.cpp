@@ -205,7 +205,7 @@ TEST_F(Directories, ManyEntriesUnderASpoiltCountOpenAtOnce) {
 /// What the host does while the dialog is open.
 const TLibrary* BusyLibrary = nullptr;
 
-void CALLBACK ChooseAgain(HWND window, UINT, UINT_PTR timer, DWORD) {
+void CALLBACK ChooseAgainThenFree(HWND window, UINT, UINT_PTR timer, DWORD) {
   KillTimer(window, timer);
   unsigned char cancelled = 2;
   EXPECT_EQ(BusyLibrary->VCLSelectDirList("", static_cast<unsigned char>(1), &cancelled), 0);
@@ -215,7 +215,24 @@ void CALLBACK ChooseAgain(HWND window, UINT, UINT_PTR timer, DWORD) {
 
 TEST_F(Directories, OneChoiceAtATimeAndFreedWhileOpen) {
   BusyLibrary = &*Library;
-  const auto outcome = Choose(
-      "", true, [&](TScriptedUser&, TFormDriver&) { SetTimer(MainWindow, 1, 10, ChooseAgain); });
-  EXPECT_EQ(outcome, (TOutcome{0, 1}));
+  Store({{"Comptes", MakeDirectory("comptes")}});
+  using TOpen = void (*)(TScriptedUser&, TFormDriver&);
+  const TOpen boxes[] = {[](TScriptedUser&, TFormDriver&) {},
+                         [](TScriptedUser& user, TFormDriver& form) {
+                           form.Click("BtnAdd");
+                           user.WaitForForm("TInputBox");
+                         },
+                         [](TScriptedUser& user, TFormDriver& form) {
+                           form.Select("ListRep", "Comptes");
+                           form.Click("BtnBrowse");
+                           TPickerDriver(user).WaitSelected("comptes");
+                         }};
+  for (const TOpen open : boxes) {
+    const auto outcome = Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
+      open(user, form);
+      SetTimer(MainWindow, 1, 10, ChooseAgainThenFree);
+    });
+    EXPECT_EQ(outcome, (TOutcome{0, 1}));
+    EXPECT_TRUE(IsWindowEnabled(MainWindow));
+  }
 }

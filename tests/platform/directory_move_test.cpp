@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
+#include <thread>
 
 #include "platform/code_page.h"
 #include "platform/file_system.h"
@@ -161,6 +163,30 @@ TEST_P(MoveDirectory, LongPaths) {
   ExpectAllWhereItWas();
 }
 
+/// Where moving is copying.
+class CopyDirectory : public MoveDirectory {};
+
+// Half-way a file cannot be copied: someone has put another of its name where it would go.
+TEST_P(CopyDirectory, IsTakenBackWhenItFails) {
+  for (int i = 0; i < 300; ++i) Write(Source / ("a" + std::to_string(i)), "comptes");
+  Write(Source / "vide" / "dernier", "comptes");
+  Before = Contents(Source);
+  std::atomic<bool> done = false;
+  std::thread someone([&] {
+    while (!done && !fs::exists(Moved() / "vide")) std::this_thread::yield();
+    Write(Moved() / "vide" / "dernier", "d'un autre");
+  });
+  const bool moved = Move();
+  done = true;
+  someone.join();
+  EXPECT_FALSE(moved);
+  EXPECT_EQ(Contents(Source), Before);
+  const std::map<std::string, std::string> left = {
+      {".", "dir"}, {"vide", "dir"}, {"vide\\dernier", "d'un autre"}};
+  EXPECT_EQ(Contents(Moved()), left);
+}
+
+INSTANTIATE_TEST_SUITE_P(Volumes, CopyDirectory, testing::Values(true));
 INSTANTIATE_TEST_SUITE_P(Volumes, MoveDirectory, testing::Bool(), [](const auto& info) {
   return std::string(info.param ? "AnotherVolume" : "SameVolume");
 });
