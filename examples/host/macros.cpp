@@ -1,0 +1,56 @@
+#include "macros.h"
+
+#include <optional>
+#include <string_view>
+
+namespace {
+
+constexpr std::wstring_view TypesMark = L"'types:";
+
+std::wstring ReadMacro(int id) {
+  const HRSRC found = FindResourceW(nullptr, MAKEINTRESOURCEW(id), L"MACRO");
+  if (!found) return {};
+  const auto* bytes = static_cast<const char*>(LockResource(LoadResource(nullptr, found)));
+  const int size = static_cast<int>(SizeofResource(nullptr, found));
+  const int length = MultiByteToWideChar(CP_UTF8, 0, bytes, size, nullptr, 0);
+  std::wstring text(static_cast<std::size_t>(length), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, bytes, size, text.data(), length);
+  return text;
+}
+
+std::optional<int> TypesLine(const TScriptEditor& editor) {
+  for (int line = 0; line < editor.LineCount(); ++line) {
+    if (editor.Line(line).starts_with(TypesMark)) return line;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::vector<TMacro> LoadMacros() {
+  return {{L"Épargne du mois", ReadMacro(1), {}},
+          {L"Alerte budget", ReadMacro(2), {}},
+          {L"Dépenses par tiers", ReadMacro(3), {}}};
+}
+
+std::wstring DeclaredTypes(const TScriptEditor& editor) {
+  const std::optional<int> line = TypesLine(editor);
+  if (!line) return {};
+  std::wstring_view types = editor.Line(*line);
+  types.remove_prefix(TypesMark.size());
+  while (types.starts_with(L' ')) types.remove_prefix(1);
+  return std::wstring(types);
+}
+
+void SetDeclaredTypes(TScriptEditor& editor, const std::wstring& types) {
+  if (types == DeclaredTypes(editor)) return;
+  const std::optional<int> line = TypesLine(editor);
+  const std::wstring text = std::wstring(TypesMark) + L' ' + types;
+  if (!line) {
+    editor.InsertLine(0, text);
+  } else if (types.empty()) {
+    editor.DeleteLine(*line);
+  } else {
+    editor.SetLine(*line, text);
+  }
+}
