@@ -22,7 +22,7 @@ endforeach()
 
 if(ZEF_BENCH)
   find_package(benchmark REQUIRED)
-  file(GLOB ZEF_RULE_BENCHES CONFIGURE_DEPENDS bench/rules/*.cpp)
+  file(GLOB ZEF_RULE_BENCHES CONFIGURE_DEPENDS benchmarks/rules/*.cpp)
   add_executable(rules_bench ${ZEF_RULE_BENCHES})
   target_link_libraries(rules_bench PRIVATE zef_rules benchmark::benchmark benchmark::benchmark_main)
 endif()

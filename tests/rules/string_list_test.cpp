@@ -108,7 +108,7 @@ TEST_P(StringListModel, RandomOperationsAgreeWithTheModel) {
 
   TStringList list(c.Options);
   TModel model(c.Options);
-  for (int step = 0; step < 6000; ++step) {
+  for (int step = 0; step < 4000; ++step) {
     const int dice = below(100);
     const int count = static_cast<int>(model.Lines().size());
     if (dice < c.DeleteShare) {
