@@ -1,0 +1,79 @@
+#include "outside/census.h"
+
+#include <winternl.h>
+// Keeps its place: these headers need the ones above.
+#include <psapi.h>
+#include <tlhelp32.h>
+
+#include <array>
+#include <format>
+#include <iterator>
+
+#include "user/window.h"
+
+namespace {
+bool MadeBySystem(HWND window) {
+  static const std::set<std::string> Classes{"IME", "MSCTFIME UI", "OleMainThreadWndClass"};
+  return Classes.contains(ClassOf(window));
+}
+
+std::set<DWORD> OwnThreads() {
+  std::set<DWORD> threads;
+  const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry))
+    if (entry.th32OwnerProcessID == GetCurrentProcessId()) threads.insert(entry.th32ThreadID);
+  CloseHandle(snapshot);
+  return threads;
+}
+
+std::set<std::string> OwnModules() {
+  std::array<HMODULE, 512> modules;
+  DWORD bytes = 0;
+  EnumProcessModules(GetCurrentProcess(), modules.data(), sizeof modules, &bytes);
+  std::set<std::string> names;
+  for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE)); ++index) {
+    wchar_t name[MAX_PATH];
+    names.insert(Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), modules[index], name, MAX_PATH)}));
+  }
+  return names;
+}
+
+/// From the table that the system shares with each process: GetGuiResources counts nothing on some
+/// systems that these tests run on.
+int OwnGdiObjects() {
+  struct TEntry {
+    void* Object;
+    DWORD Owner;
+    WORD Unique;
+    WORD Type;
+    void* UserData;
+  };
+  constexpr size_t TableSlot = 0x94;  // in the process environment block of 32-bit processes
+  constexpr int Entries = 0x4000;
+  const char* block = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
+  const TEntry* table = *reinterpret_cast<TEntry* const*>(block + TableSlot);
+  int count = 0;
+  for (int index = 0; table && index < Entries; ++index)
+    if (table[index].Type) ++count;
+  return count;
+}
+}  // namespace
+
+TCensus TCensus::Take() {
+  TCensus census{{}, OwnThreads(), OwnModules(), OwnGdiObjects()};
+  for (const HWND window : TopWindows(GetCurrentProcessId()))
+    if (!MadeBySystem(window)) census.Windows.insert(window);
+  return census;
+}
+
+std::string TCensus::NewSince(const TCensus& earlier) const {
+  std::string news;
+  for (const HWND window : Windows)
+    if (!earlier.Windows.contains(window))
+      news += std::format("window {} '{}'\n", ClassOf(window), TextOf(window));
+  for (const DWORD thread : Threads)
+    if (!earlier.Threads.contains(thread)) news += std::format("thread {:#x}\n", thread);
+  return news;
+}

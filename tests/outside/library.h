@@ -1,0 +1,53 @@
+#pragma once
+
+#include <windows.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "zefext.h"
+
+/// One function of the library, found by its name when it is called.
+template <class TFunction>
+class TExport {
+ public:
+  TExport(HMODULE module, const char* name) : FModule(module), FName(name) {}
+
+  template <class... TArguments>
+  auto operator()(TArguments... arguments) const {
+    const auto function = reinterpret_cast<TFunction>(
+        reinterpret_cast<void*>(GetProcAddress(FModule, FName)));
+    if (!function) throw std::runtime_error(std::string("the library does not export ") + FName);
+    return function(arguments...);
+  }
+
+ private:
+  HMODULE FModule;
+  const char* FName;
+};
+
+/// The library under test, loaded by its name as a host loads it, and unloaded with this object.
+class TLibrary {
+ public:
+  TLibrary() : Module(LoadLibraryA("zefext.dll")) {
+    if (!Module) throw std::runtime_error("zefext.dll cannot be loaded: error " + std::to_string(GetLastError()));
+  }
+  TLibrary(const TLibrary&) = delete;
+  TLibrary& operator=(const TLibrary&) = delete;
+  ~TLibrary() { FreeLibrary(Module); }
+
+  const HMODULE Module;
+
+#define ZEF_EXPORT(name) const TExport<decltype(&::name)> name{Module, #name}
+  ZEF_EXPORT(VCLGetVersion);
+  ZEF_EXPORT(VCLSetMainWindowHandle);
+  ZEF_EXPORT(VCLSetMainHelpFile);
+  ZEF_EXPORT(VCLFree);
+  ZEF_EXPORT(VCLInvokeModalDialog);
+  ZEF_EXPORT(VCLInvokeNonModalDialog);
+  ZEF_EXPORT(VCLFreeNonModalDialog);
+  ZEF_EXPORT(VCLSyntaxIsMethod);
+  ZEF_EXPORT(VCLSyntaxIsConstant);
+  ZEF_EXPORT(VCLSyntaxHelpBox);
+#undef ZEF_EXPORT
+};

@@ -1,0 +1,82 @@
+#include "outside/outside_test.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "outside/watchdog.h"
+
+namespace {
+constexpr int TestSeconds = 90;
+constexpr int GoneMs = 10000;  ///< the system's own worker threads may stay for a while
+constexpr wchar_t MainClass[] = L"OutsideTestsMain";
+
+HWND CreateMainWindow() {
+  WNDCLASSW mainClass{};
+  mainClass.lpfnWndProc = DefWindowProcW;
+  mainClass.hInstance = GetModuleHandleW(nullptr);
+  mainClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  mainClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_APPWORKSPACE + 1);
+  mainClass.lpszClassName = MainClass;
+  RegisterClassW(&mainClass);
+  const HWND window =
+      CreateWindowExW(0, MainClass, L"Zefkor", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 100, 100,
+                      1200, 800, nullptr, nullptr, mainClass.hInstance, nullptr);
+  ShowWindow(window, SW_SHOW);
+  SetForegroundWindow(window);
+  return window;
+}
+
+void ServeMessages() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+}  // namespace
+
+void TOutsideTest::SetUp() {
+  TWatchdog::Allow(TestSeconds);
+  MainWindow = CreateMainWindow();
+  HelpServer.emplace();
+  ServeMessages();
+  FBefore = TCensus::Take();
+  Library.emplace();
+  Library->VCLSetMainWindowHandle(MainWindow);
+  Library->VCLSetMainHelpFile(HelpFile);
+}
+
+void TOutsideTest::TearDown() {
+  if (Library) {
+    Library->VCLFree();
+    Library.reset();
+  }
+  std::string left;
+  const ULONGLONG deadline = GetTickCount64() + GoneMs;
+  do {
+    ServeMessages();
+    left = TCensus::Take().NewSince(FBefore);
+  } while (!left.empty() && GetTickCount64() < deadline && (Sleep(20), true));
+  EXPECT_EQ(left, "");
+  EXPECT_EQ(GetModuleHandleA("zefext.dll"), nullptr);
+  EXPECT_TRUE(IsWindowEnabled(MainWindow));
+  HelpServer.reset();
+  DestroyWindow(MainWindow);
+  UnregisterClassW(MainClass, GetModuleHandleW(nullptr));
+  ServeMessages();
+  TWatchdog::Allow(0);
+}
+
+std::string BesideProgram(std::string_view name) {
+  wchar_t program[MAX_PATH];
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  return (std::filesystem::path(program).parent_path() / name).string();
+}
+
+TDatabaseFile::TDatabaseFile(std::string_view bytes) {
+  std::ofstream file(BesideProgram("VBSZEF.XML"), std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file) throw std::runtime_error("cannot write the database");
+}
+
+TDatabaseFile::~TDatabaseFile() { DeleteFileA(BesideProgram("VBSZEF.XML").c_str()); }

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "outside/census.h"
+#include "outside/help_server.h"
+#include "outside/library.h"
+#include "outside/scripted_user.h"
+#include "user/window.h"
+
+/// A host with a main window and the library loaded, its windows used by a scripted user. When the
+/// test is over, the library is freed and unloaded, and no window, thread or module of it is left.
+class TOutsideTest : public testing::Test {
+ protected:
+  static constexpr char HelpFile[] = "C:\\ZEF\\Zef.hlp";
+
+  void SetUp() override;
+  void TearDown() override;
+
+  /// Makes the call while a user acts as the script says; see TScriptedUser::During.
+  void During(const std::function<void()>& call,
+              const std::function<void(TScriptedUser&)>& script) {
+    TScriptedUser().During(call, script);
+  }
+  /// The host serves its messages while the user acts.
+  void WhileIdle(const std::function<void(TScriptedUser&)>& script) { During([] {}, script); }
+
+  HWND MainWindow = nullptr;
+  std::optional<TLibrary> Library;
+  std::optional<THelpServer> HelpServer;
+
+ private:
+  TCensus FBefore;
+};
+
+/// The syntax database beside the host's program, for as long as this object lives.
+class TDatabaseFile {
+ public:
+  explicit TDatabaseFile(std::string_view bytes);
+  TDatabaseFile(const TDatabaseFile&) = delete;
+  TDatabaseFile& operator=(const TDatabaseFile&) = delete;
+  ~TDatabaseFile();
+};
+
+/// A file that the build put beside the test program, or that the library looks for there.
+std::string BesideProgram(std::string_view name);

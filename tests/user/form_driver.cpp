@@ -1,0 +1,245 @@
+#include "user/form_driver.h"
+
+#include <commctrl.h>
+
+#include <charconv>
+#include <format>
+
+#include "user/items.h"
+#include "user/picture.h"
+#include "user/window.h"
+
+namespace {
+bool IsCombo(HWND control) {
+  const std::string name = ClassOf(control);
+  return name == "ComboBox" || name == WC_COMBOBOXEXA;
+}
+
+bool Within(HWND window, HWND ancestor) {
+  return window == ancestor || IsChild(ancestor, window);
+}
+}  // namespace
+
+HWND TFormDriver::Find(std::string_view name) const {
+  if (name.starts_with('#')) {
+    int id = 0;
+    std::from_chars(name.data() + 1, name.data() + name.size(), id);
+    return GetDlgItem(FForm, id);
+  }
+  for (const HWND control : Descendants(FForm))
+    if (NameOf(control) == name) return control;
+  return nullptr;
+}
+
+HWND TFormDriver::Control(std::string_view name) const {
+  const HWND control = Find(name);
+  if (!control)
+    throw TUserError(std::format("no control {} in {}", name,
+                                 Exists() ? ClassOf(FForm) : std::string("a form that is gone")));
+  return control;
+}
+
+void TFormDriver::WaitGone() const {
+  FUser->Note("wait for the form to go");
+  FUser->WaitUntil("the form to go", [this] { return Gone(); });
+}
+
+// ---- looking -----------------------------------------------------------------------------------
+
+std::string TFormDriver::Caption() const { return TextOf(FForm); }
+std::string TFormDriver::Text(std::string_view name) const { return TextOf(Control(name)); }
+
+void TFormDriver::WaitText(std::string_view name, std::string_view text) const {
+  FUser->Note(std::format("wait for {} to read \"{}\"", name, text));
+  FUser->WaitUntil(std::format("\"{}\" in {}, which reads \"{}\"", text, name, Text(name)),
+                   [&] { return Text(name) == text; });
+}
+
+bool TFormDriver::Enabled(std::string_view name) const {
+  return IsWindowEnabled(Control(name)) != FALSE;
+}
+
+bool TFormDriver::Visible(std::string_view name) const { return Shown(Control(name)); }
+
+std::string TFormDriver::Focus() const {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  if (!GetGUIThreadInfo(GetWindowThreadProcessId(FForm, nullptr), &info)) return {};
+  for (HWND window = info.hwndFocus; window && window != FForm; window = GetParent(window))
+    if (std::string name = NameOf(window); !name.empty()) return name;
+  return {};
+}
+
+void TFormDriver::WaitFocus(std::string_view name) const {
+  FUser->Note(std::format("wait for the focus on {}", name));
+  FUser->WaitUntil(std::format("the focus on {}, not on \"{}\"", name, Focus()),
+                   [&] { return Focus() == name; });
+}
+
+std::pair<int, int> TFormDriver::Selection(std::string_view name) const {
+  // Both ends in the result: 16 bits each are plenty for what a test types.
+  const LRESULT both = Ask(Control(name), EM_GETSEL);
+  return {LOWORD(both), HIWORD(both)};
+}
+
+std::vector<std::string> TFormDriver::Items(std::string_view name) const {
+  return ItemsOf(Control(name));
+}
+
+std::string TFormDriver::SelectedItem(std::string_view name) const {
+  const HWND control = Control(name);
+  const int index = SelectedItemOf(control);
+  return index < 0 ? std::string() : ItemsOf(control).at(static_cast<size_t>(index));
+}
+
+int TFormDriver::Checked(std::string_view name) const {
+  return static_cast<int>(Ask(Control(name), BM_GETCHECK));
+}
+
+bool TFormDriver::ItemChecked(std::string_view name, std::string_view item) const {
+  const HWND control = Control(name);
+  return ::ItemChecked(control, ItemIndex(control, item));
+}
+
+std::string TFormDriver::RadioItem(std::string_view name) const {
+  for (const HWND button : Descendants(Control(name)))
+    if (Ask(button, BM_GETCHECK) == BST_CHECKED) return TextOf(button);
+  return {};
+}
+
+int TFormDriver::Position(std::string_view upDown) const {
+  return static_cast<int>(Ask(Control(upDown), UDM_GETPOS32));
+}
+
+// ---- acting ------------------------------------------------------------------------------------
+
+void TFormDriver::Reach(HWND control, POINT screen) const {
+  const std::string name = NameOf(control);
+  if (!IsWindowEnabled(control)) throw TUserError(name + " is disabled");
+  if (!Shown(control)) throw TUserError(name + " is hidden");
+  const HWND met = WindowFromPoint(screen);
+  if (!Within(met, control) && !Within(control, met))
+    throw TUserError(std::format("{} is covered by {} \"{}\"", name, ClassOf(met), NameOf(met)));
+}
+
+POINT TFormDriver::Inside(HWND control, double x, double y) const {
+  const RECT bounds = BoundsOf(control);
+  return {bounds.left + static_cast<LONG>((bounds.right - bounds.left - 1) * x),
+          bounds.top + static_cast<LONG>((bounds.bottom - bounds.top - 1) * y)};
+}
+
+void TFormDriver::ClickAt(std::string_view name, double x, double y, int clicks) {
+  FUser->Note(std::format("click {}", name));
+  const HWND control = Control(name);
+  const POINT point = Inside(control, x, y);
+  Reach(control, point);
+  FUser->Click(point, clicks);
+}
+
+void TFormDriver::Click(std::string_view name, int clicks) { ClickAt(name, 0.5, 0.5, clicks); }
+
+void TFormDriver::ClickFormAt(POINT client) {
+  ClientToScreen(FForm, &client);
+  FUser->Click(client);
+}
+
+void TFormDriver::PointAt(std::string_view name) {
+  FUser->Note(std::format("point at {}", name));
+  FUser->PointAt(Inside(Control(name), 0.5, 0.5));
+}
+
+POINT TFormDriver::CaptionPoint(LRESULT hit) const {
+  const RECT bounds = BoundsOf(FForm);
+  const LONG y = bounds.top + GetSystemMetrics(SM_CYSIZEFRAME) + GetSystemMetrics(SM_CYCAPTION) / 2;
+  for (LONG x = bounds.right; x > bounds.left; --x)
+    if (Ask(FForm, WM_NCHITTEST, 0, MAKELPARAM(x, y)) == hit) return {x - 2, y};
+  throw TUserError("the caption of " + ClassOf(FForm) + " has no such button");
+}
+
+void TFormDriver::CloseBox() {
+  FUser->Note("click the close box");
+  FUser->Click(CaptionPoint(HTCLOSE));
+}
+
+void TFormDriver::AskAbout(std::string_view name) {
+  FUser->Note(std::format("ask about {} with the question mark", name));
+  const POINT control = Inside(Control(name), 0.5, 0.5);
+  FUser->Click(CaptionPoint(HTHELP));
+  FUser->Click(control);
+}
+
+void TFormDriver::TabTo(std::string_view name) {
+  constexpr int Round = 60;
+  for (int stop = 0; stop < Round; ++stop) {
+    if (Focus() == name) return;
+    Press(VK_TAB);
+  }
+  throw TUserError(std::format("Tab does not lead to {}", name));
+}
+
+void TFormDriver::Fill(std::string_view name, std::string_view utf8) {
+  Click(name);
+  Press(VK_HOME);
+  Press(VK_END, mdShift);
+  if (utf8.empty())
+    Press(VK_DELETE);
+  else
+    Type(utf8);
+}
+
+int TFormDriver::ItemIndex(HWND control, std::string_view item) const {
+  const int index = IndexOfItem(control, item);
+  if (index >= 0) return index;
+  std::string all;
+  for (const std::string& one : ItemsOf(control)) all += " \"" + one + "\"";
+  throw TUserError(std::format("no item \"{}\" in {}, which has{}", item, NameOf(control), all));
+}
+
+void TFormDriver::Select(std::string_view name, std::string_view item) {
+  FUser->Note(std::format("select \"{}\" in {}", item, name));
+  const HWND control = Control(name);
+  const int index = ItemIndex(control, item);
+  if (IsCombo(control)) {
+    // The arrow; a drop-down list opens from anywhere, one with an edit only from there.
+    const RECT bounds = BoundsOf(control);
+    const POINT arrow{bounds.right - 8, bounds.top + 10};
+    Reach(control, arrow);
+    FUser->Click(arrow);
+    const auto open = [control] { return Ask(control, CB_GETDROPPEDSTATE) != 0; };
+    FUser->WaitUntil(std::format("the list of {}", name), open);
+    FUser->Click(PointOnItem(control, index));
+    FUser->WaitUntil(std::format("the list of {} to close", name), [&] { return !open(); });
+  } else {
+    const POINT point = PointOnItem(control, index);
+    Reach(control, point);
+    FUser->Click(point);
+  }
+}
+
+void TFormDriver::DoubleClickItem(std::string_view name, std::string_view item) {
+  FUser->Note(std::format("double-click \"{}\" in {}", item, name));
+  const HWND control = Control(name);
+  const POINT point = PointOnItem(control, ItemIndex(control, item));
+  Reach(control, point);
+  FUser->Click(point, 2);
+}
+
+void TFormDriver::ToggleItem(std::string_view name, std::string_view item) {
+  FUser->Note(std::format("toggle \"{}\" in {}", item, name));
+  const HWND control = Control(name);
+  const POINT point = PointOnItemCheckBox(control, ItemIndex(control, item));
+  Reach(control, point);
+  FUser->Click(point);
+}
+
+void TFormDriver::Step(std::string_view upDown, bool up) {
+  const HWND control = Control(upDown);
+  const bool horizontal = (GetWindowLongW(control, GWL_STYLE) & UDS_HORZ) != 0;
+  const double end = up == horizontal ? 0.75 : 0.25;
+  ClickAt(upDown, horizontal ? end : 0.5, horizontal ? 0.5 : end);
+}
+
+void TFormDriver::SavePicture(const std::string& file) const {
+  FUser->Note("picture " + file);
+  ::SavePicture(BoundsOf(FForm), file);
+}

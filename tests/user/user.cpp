@@ -1,0 +1,113 @@
+#include "user/user.h"
+
+#include <commctrl.h>
+
+#include <format>
+
+#include "user/form_driver.h"
+#include "user/window.h"
+
+namespace {
+constexpr size_t StepsKept = 12;
+constexpr DWORD LookAgainMs = 5;
+}  // namespace
+
+void TUser::WaitUntil(std::string_view what, const std::function<bool()>& ready, int ms) {
+  const ULONGLONG deadline = GetTickCount64() + static_cast<ULONGLONG>(ms);
+  while (!ready()) {
+    if (GetTickCount64() > deadline) throw TUserError(std::format("waited in vain for {}", what));
+    Sleep(LookAgainMs);
+  }
+}
+
+HWND TUser::FindForm(std::string_view className) const {
+  const auto fits = [className](HWND window) {
+    return Shown(window) && IsWindowEnabled(window) && ClassOf(window) == className;
+  };
+  const std::vector<HWND> tops = TopWindows(FProcess);
+  for (const HWND top : tops)
+    if (fits(top)) return top;
+  for (const HWND top : tops)
+    for (const HWND child : Descendants(top))
+      if (fits(child)) return child;
+  return nullptr;
+}
+
+TFormDriver TUser::WaitForForm(std::string_view className, int ms) {
+  Note(std::format("wait for {}", className));
+  HWND form = nullptr;
+  WaitUntil(std::format("the form {}", className),
+            [&] { return (form = FindForm(className)) != nullptr; }, ms);
+  return TFormDriver(*this, form);
+}
+
+TFormDriver TUser::WaitForMessageBox(std::string_view caption, int ms) {
+  Note(std::format("wait for the message box \"{}\"", caption));
+  HWND box = nullptr;
+  WaitUntil(
+      std::format("the message box \"{}\"", caption),
+      [&] {
+        for (const HWND window : TopWindows(FProcess))
+          if (Shown(window) && ClassOf(window) == "#32770" && TextOf(window) == caption) box = window;
+        return box != nullptr;
+      },
+      ms);
+  return TFormDriver(*this, box);
+}
+
+HWND TUser::FindBubble() const {
+  for (const HWND window : TopWindows(FProcess)) {
+    const std::string name = ClassOf(window);
+    if (Shown(window) && (name == "THintWindow" || name == TOOLTIPS_CLASSA)) return window;
+  }
+  return nullptr;
+}
+
+std::string TUser::WaitForBubble(int ms) {
+  Note("wait for a bubble");
+  HWND bubble = nullptr;
+  WaitUntil("a bubble", [&] { return (bubble = FindBubble()) != nullptr; }, ms);
+  return TextOf(bubble);
+}
+
+void TUser::WaitForNoBubble(int ms) {
+  Note("wait for the bubble to go");
+  WaitUntil("no bubble", [&] { return !FindBubble(); }, ms);
+}
+
+void TUser::Press(WORD virtualKey, unsigned modifiers) {
+  Note(std::format("press key {:#x}{}{}{}", virtualKey, modifiers & mdShift ? " shift" : "",
+                   modifiers & mdControl ? " control" : "", modifiers & mdAlt ? " alt" : ""));
+  SendKey(virtualKey, modifiers);
+  Settle();
+}
+
+void TUser::Type(std::string_view utf8) {
+  Note(std::format("type \"{}\"", utf8));
+  SendText(Wide(utf8));
+  Settle();
+}
+
+void TUser::Click(POINT screen, int clicks) {
+  Note(std::format("{} click(s) at {},{}", clicks, screen.x, screen.y));
+  SendClick(screen, clicks);
+  Settle();
+}
+
+void TUser::PointAt(POINT screen) {
+  MovePointer(screen);
+  Settle();
+}
+
+void TUser::Note(std::string step) {
+  const std::lock_guard lock(FStepsGuard);
+  FSteps.push_back(std::move(step));
+  if (FSteps.size() > StepsKept) FSteps.pop_front();
+}
+
+std::string TUser::LastSteps() const {
+  const std::lock_guard lock(FStepsGuard);
+  std::string steps;
+  for (const std::string& step : FSteps) steps += "  " + step + "\n";
+  return steps;
+}

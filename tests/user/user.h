@@ -1,0 +1,59 @@
+#pragma once
+
+#include <windows.h>
+
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "user/input.h"
+#include "user/user_error.h"
+
+class TFormDriver;
+
+/// Someone who uses a program's windows with keyboard and mouse, and waits for what they expect to
+/// see: for a window or a state, never for a time. Every step throws TUserError when it cannot be
+/// done. To be used from a thread that has no window of the program.
+class TUser {
+ public:
+  static constexpr int PatienceMs = 10000;
+
+  explicit TUser(DWORD process) : FProcess(process) {}
+  virtual ~TUser() = default;
+
+  DWORD Process() const { return FProcess; }
+
+  /// The form of that class that is shown and enabled, at any depth; of several the topmost.
+  TFormDriver WaitForForm(std::string_view className, int ms = PatienceMs);
+  /// The message box with that caption.
+  TFormDriver WaitForMessageBox(std::string_view caption, int ms = PatienceMs);
+  /// Null when none is shown.
+  HWND FindForm(std::string_view className) const;
+  /// The text of a hint bubble or tooltip on screen, once there is one.
+  std::string WaitForBubble(int ms = PatienceMs);
+  void WaitForNoBubble(int ms = PatienceMs);
+  void WaitUntil(std::string_view what, const std::function<bool()>& ready, int ms = PatienceMs);
+
+  /// To whatever has the focus.
+  void Press(WORD virtualKey, unsigned modifiers = mdNone);
+  void Type(std::string_view utf8);
+  void Click(POINT screen, int clicks = 1);
+  void PointAt(POINT screen);
+
+  /// The last steps, for whoever has to find out what went wrong. Any thread.
+  std::string LastSteps() const;
+  void Note(std::string step);
+
+ protected:
+  /// Returns when the program has dealt with all input so far, as far as that can be known.
+  virtual void Settle() {}
+
+ private:
+  HWND FindBubble() const;
+
+  DWORD FProcess;
+  mutable std::mutex FStepsGuard;
+  std::deque<std::string> FSteps;
+};
