@@ -9,6 +9,7 @@
 
 TForm::~TForm() {
   std::erase(Application().FForms, this);
+  Application().ReleaseOwnedBy(*this);
   if (FHandle) DestroyWindow(FHandle);
 }
 
