@@ -1,5 +1,6 @@
 # The example host: a program named ZEF.EXE with its syntax database beside it.
 file(GLOB ZEF_HOST_SOURCES CONFIGURE_DEPENDS examples/host/*.cpp examples/host/*.rc)
+file(GLOB ZEF_HOST_RESOURCES CONFIGURE_DEPENDS examples/host/*.manifest examples/host/macros/*.vbs)
 if(ZEF_HOST_SOURCES)
   add_executable(ZEF WIN32 ${ZEF_HOST_SOURCES})
   set_target_properties(ZEF PROPERTIES SUFFIX ".EXE")
@@ -9,6 +10,8 @@ if(ZEF_HOST_SOURCES)
                                          ZEF_VERSION_MINOR=${PROJECT_VERSION_MINOR}
                                          ZEF_VERSION_PATCH=${PROJECT_VERSION_PATCH})
   target_link_options(ZEF PRIVATE -municode -s)
+  set_source_files_properties(${PROJECT_SOURCE_DIR}/examples/host/zef.rc PROPERTIES OBJECT_DEPENDS
+    "${ZEF_HOST_RESOURCES}")
   add_dependencies(ZEF zefext)
   add_custom_command(TARGET ZEF POST_BUILD COMMAND ${CMAKE_COMMAND} -E copy_if_different
     ${PROJECT_SOURCE_DIR}/examples/host/VBSZEF.XML ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/VBSZEF.XML)

@@ -1,14 +1,69 @@
-# The tests that load the shipped library by name, as a host does, and drive it with a scripted user.
+# What uses the shipped library from outside, as a host does: the tests with their scripted user, the
+# tour of the dialogs and the product's benchmarks.
 set(BUILD_GMOCK OFF)
 set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 
+# A user of any program's windows.
+file(GLOB ZEF_USER CONFIGURE_DEPENDS tests/user/*.cpp)
+add_library(scripted_user STATIC ${ZEF_USER})
+target_include_directories(scripted_user PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+target_link_libraries(scripted_user PUBLIC zef_options comctl32 gdi32 user32)
+
+# The tests stand in a directory of their own, beside a copy of the library: it looks for its
+# database beside a file named ZEF.EXE, and each test writes the database it needs there.
+set(ZEF_OUTSIDE_DIR ${PROJECT_BINARY_DIR}/outside)
+file(WRITE ${ZEF_OUTSIDE_DIR}/ZEF.EXE "")
+set(ZEF_OUTSIDE_COPIES "")
+function(zef_copy_outside source dependency)
+  get_filename_component(name ${source} NAME)
+  add_custom_command(OUTPUT ${ZEF_OUTSIDE_DIR}/${name}
+                     COMMAND ${CMAKE_COMMAND} -E copy ${source} ${ZEF_OUTSIDE_DIR}/${name}
+                     DEPENDS ${source} ${dependency})
+  set(ZEF_OUTSIDE_COPIES ${ZEF_OUTSIDE_COPIES} ${ZEF_OUTSIDE_DIR}/${name} PARENT_SCOPE)
+endfunction()
+zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext.dll zefext)
+zef_copy_outside(${PROJECT_SOURCE_DIR}/include/zefext.h "")
+zef_copy_outside(${PROJECT_SOURCE_DIR}/src/resources/zefext.def "")
+add_custom_target(outside_files ALL DEPENDS ${ZEF_OUTSIDE_COPIES})
+
+function(zef_outside_program name)
+  add_executable(${name} ${ARGN} ${PROJECT_SOURCE_DIR}/tests/outside/themed.rc)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+  target_link_libraries(${name} PRIVATE scripted_user ole32 oleacc oleaut32 uuid ws2_32 psapi)
+  target_compile_definitions(${name} PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
+  add_dependencies(${name} outside_files)
+endfunction()
+
 file(GLOB ZEF_OUTSIDE_TESTS CONFIGURE_DEPENDS tests/outside/*.cpp)
-if(ZEF_OUTSIDE_TESTS)
-  add_executable(outside_tests ${ZEF_OUTSIDE_TESTS})
-  target_link_libraries(outside_tests PRIVATE zef_options gtest comctl32 gdi32 user32 ole32
-                                              oleacc oleaut32 uuid ws2_32 psapi)
-  target_compile_definitions(outside_tests
-                             PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
-  add_dependencies(outside_tests zefext)
+zef_outside_program(outside_tests ${ZEF_OUTSIDE_TESTS})
+target_link_libraries(outside_tests PRIVATE gtest)
+
+# What needs Windows but no window is tested from inside.
+file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
+add_executable(platform_tests ${ZEF_PLATFORM_TESTS})
+set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_libraries(platform_tests PRIVATE zefext_objects gtest_main)
+
+file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
+zef_outside_program(outside_bench benchmarks/outside/main.cpp ${ZEF_OUTSIDE_BENCHES})
+target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
+add_library(empty SHARED benchmarks/outside/empty.cpp)
+set_target_properties(empty PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_options(empty PRIVATE -s)
+
+# So are the facilities measured.
+file(GLOB ZEF_PLATFORM_BENCHES CONFIGURE_DEPENDS benchmarks/platform/*.cpp)
+add_executable(platform_bench ${ZEF_PLATFORM_BENCHES})
+set_target_properties(platform_bench PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_link_libraries(platform_bench PRIVATE zefext_objects)
+
+# The tour runs the example host where it is built.
+file(GLOB ZEF_TOUR CONFIGURE_DEPENDS tests/tour/*.cpp)
+if(TARGET ZEF AND ZEF_TOUR)
+  add_executable(tour ${ZEF_TOUR})
+  target_include_directories(tour PRIVATE ${PROJECT_SOURCE_DIR}/examples/host)
+  target_link_libraries(tour PRIVATE scripted_user)
+  target_link_options(tour PRIVATE -municode)
+  add_dependencies(tour ZEF)
 endif()

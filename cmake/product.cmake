@@ -33,15 +33,15 @@ file(GLOB ZEF_WINDOWS_SOURCES CONFIGURE_DEPENDS
 
 # Everything but the library entry, as objects, so that the tests may also reach inside.
 add_library(zefext_objects OBJECT ${ZEF_WINDOWS_SOURCES})
-target_link_libraries(zefext_objects PUBLIC zef_rules)
+target_link_libraries(zefext_objects PUBLIC zef_rules comctl32 comdlg32 gdi32 user32 advapi32 ole32
+                                            oleaut32 uuid)
 target_compile_definitions(zefext_objects
                            PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
 
-add_library(zefext SHARED $<TARGET_OBJECTS:zefext_objects> ${PROJECT_BINARY_DIR}/version.rc
-                          ${PROJECT_BINARY_DIR}/layouts.rc src/resources/zefext.def)
+add_library(zefext SHARED ${PROJECT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/layouts.rc
+                          src/resources/zefext.def)
 set_target_properties(zefext PROPERTIES PREFIX "")
-target_link_libraries(zefext PRIVATE zef_rules comctl32 comdlg32 gdi32 user32 advapi32 ole32
-                                     oleaut32 uuid)
+target_link_libraries(zefext PRIVATE zefext_objects)
 target_link_options(zefext PRIVATE -Wl,--gc-sections -s -Wl,--enable-stdcall-fixup)
 
 include(cmake/host.cmake)

@@ -43,7 +43,8 @@ void ZEFEXT_API VCLFree(void);
 typedef struct ZefDialogObject* ZefDialog;
 
 /* Shows the base dialog until the user closes it. With a help file, its Help button opens that
- * instead of the main one. The result is the dialog's outcome (0 or 1); only its low byte counts. */
+ * instead of the main one. The result is the dialog's outcome (0 or 1); only its low byte counts.
+ */
 int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile);
 
 /* Shows a base dialog inside a window of the host and returns at once. The handle is the host's
@@ -52,6 +53,92 @@ void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDi
 
 /* Destroys such a dialog. The result is its outcome (low byte), or 0 when the handle is refused. */
 int ZEFEXT_API VCLFreeNonModalDialog(ZefDialog dialog);
+
+/* ---- Strings and string lists -------------------------------------------------------------- */
+
+/* A text of any length, and an ordered list of such texts, both made and freed by the host and kept
+ * by the library. A handle that is null, freed or foreign is refused: the function then does
+ * nothing (counts and indexes are -1). Texts may hold any byte but zero. */
+typedef struct ZefStringObject* ZefString;
+typedef struct ZefStringListObject* ZefStringList;
+
+/* Makes an empty string; *handle is null when there is no memory for it. */
+void ZEFEXT_API VCLAnsiStringCreate(ZefString* handle);
+
+/* Gives the destination the source's text. The characters are shared until one side changes. */
+void ZEFEXT_API VCLAnsiStringCopy(ZefString destination, ZefString source);
+
+void ZEFEXT_API VCLAnsiStringFree(ZefString handle);
+
+/* Copies the text into the string. */
+void ZEFEXT_API VCLAnsiStringSet(ZefString handle, const char* text);
+
+/* *text receives the string's characters, never null for a live handle; valid until the string is
+ * next changed or freed. A refused handle gives null. */
+void ZEFEXT_API VCLAnsiStringGet(ZefString handle, const char** text);
+
+/* Appends the source's text to the destination. */
+void ZEFEXT_API VCLAnsiStringConcat(ZefString destination, ZefString source);
+
+/* Makes an empty list; *list is null when there is no memory for it.
+ *   allowDuplicates  ignored: no list ever holds two equal lines
+ *   caseSensitive    0: letter case is ignored when lines or names are compared
+ *   sorted           0: lines stand in order of arrival; else in the order of the user's locale */
+void ZEFEXT_API VCLStringListCreate(ZefStringList* list, unsigned char allowDuplicates,
+                                    unsigned char caseSensitive, unsigned char sorted);
+
+void ZEFEXT_API VCLStringListFree(ZefStringList list);
+
+/* The 0-based index of the line that now holds the text: a new one, or the equal one that was there
+ * already. */
+int ZEFEXT_API VCLStringListAdd(ZefStringList list, const char* text);
+
+void ZEFEXT_API VCLStringListClear(ZefStringList list);
+
+/* The number of lines. */
+int ZEFEXT_API VCLStringListCount(ZefStringList list);
+
+/* Copies a line into a string. Only indexes from 1 on are read: index 0, the first line, and
+ * negative ones leave the string as it was. An index past the last line raises the system's
+ * structured exception EXCEPTION_ARRAY_BOUNDS_EXCEEDED: ask VCLStringListCount first. */
+void ZEFEXT_API VCLStringListGet(ZefStringList list, int index, ZefString line);
+
+/* value receives what follows the first "=" of the first line that has the name before it; an empty
+ * text when there is none. */
+void ZEFEXT_API VCLStringListGetParam(ZefStringList list, ZefString name, ZefString value);
+
+/* Changes the value of the first line of that name, or adds the line name=value. An empty value
+ * removes the line. In a sorted list the line moves to its place. */
+void ZEFEXT_API VCLStringListSetParam(ZefStringList list, ZefString name, ZefString value);
+
+/* text receives the lines, separated by commas; a line that holds a blank, a control character, a
+ * comma or a double quote stands between double quotes, its own ones doubled, and so does an empty
+ * line that is the only one. */
+void ZEFEXT_API VCLStringListGetCommaText(ZefStringList list, ZefString text);
+
+/* Replaces the lines by those of a comma text. Outside double quotes, blanks and control characters
+ * part lines like commas, but several in a row make no empty line. A double quote opens at the
+ * start of a line only, and need not be closed. A comma at the end makes a last, empty line. */
+void ZEFEXT_API VCLStringListSetCommaText(ZefStringList list, ZefString text);
+
+/* ---- Settings and digest ------------------------------------------------------------------- */
+
+/* Reads a text that SetRegConf wrote into the same hive.
+ *   buffer       receives the text with its terminating zero; an empty text when reading fails
+ *   size         of the buffer in bytes
+ *   currentUser  0: the machine's settings; else the current user's
+ * The result is the system's error code: 0; 2 while nothing was written; 87 when buffer or name is
+ * null; 234 when the buffer is too small. */
+long ZEFEXT_API GetRegConf(char* buffer, unsigned long size, const char* name,
+                           unsigned char currentUser);
+
+/* Writes a text. The result is the system's error code: 0; 5 without the right to write; 87 when
+ * name is null. */
+long ZEFEXT_API SetRegConf(const char* name, const char* value, unsigned char currentUser);
+
+/* digest receives the MD5 digest of the text's bytes: 32 lower-case hexadecimal digits and a zero,
+ * 33 bytes. */
+void ZEFEXT_API MD5(char* digest, const char* text);
 
 /* ---- Visual Basic assistant ---------------------------------------------------------------- */
 
@@ -71,6 +158,36 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
  *   types   comma text of name=type: the variable types declared in the script */
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
+
+/* Runs the constant picker on a value: named constants of the syntax database, joined by "+".
+ *   text    the value to start from
+ *   result  receives the value built, or the text unchanged when the user cancelled; never null
+ *           afterwards; valid until the next call of this function or VCLSyntaxHelpBox */
+void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result);
+
+/* Runs the editor of a script's variable types.
+ *   text    the variables, as comma text of name=type entries
+ *   result  receives the edited ones, or the text unchanged when the user cancelled; never null
+ *           afterwards; valid until the next call of this function or VCLSyntaxGetNewTypes */
+void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result);
+
+/* Whether the variable types changed: by the last VCLSyntaxTypesBox that the user confirmed, or in
+ * the last VCLSyntaxHelpBox, when the user gave an undeclared variable a type. Returns 1 or 0.
+ *   result  receives all variables as comma text when they changed, else the empty text; null when
+ *           none of the assistant's functions was called yet */
+unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
+
+/* ---- Filter -------------------------------------------------------------------------------- */
+
+/* Lets the user choose the operation type to filter entries by, and for the type "CB/Chq" a card or
+ * cheque book.
+ *   types, cards  what there is to choose from, in their order
+ *   selection     in: what was chosen before, or empty; out, when the user confirmed: the type, for
+ *                 "CB/Chq" the card or cheque book; empty when nothing was chosen
+ * Returns 1 when the user confirmed, else 0: the filter is then to be removed. A null or unknown
+ * handle gives 0 at once. */
+unsigned char ZEFEXT_API VCLSelectTypOp(ZefStringList types, ZefStringList cards,
+                                        ZefString selection);
 
 /* ---- Update -------------------------------------------------------------------------------- */
 

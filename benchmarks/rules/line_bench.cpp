@@ -58,7 +58,7 @@ int Cursor(const benchmark::State& state, const std::string& line) {
 }
 
 void CutChain(benchmark::State& state) {
-  const std::string line = "x = " + Chain(state.range(0));
+  const std::string line = Chain(state.range(0));
   const int cursor = Cursor(state, line);
   for (auto _ : state) benchmark::DoNotOptimize(CutLine(line, cursor));
   Report(state, line);

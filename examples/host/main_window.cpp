@@ -68,10 +68,9 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
                        windowClass.hInstance, this)) {
     return false;
   }
-  FMacros[static_cast<std::size_t>(
-              std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1))]
-      .Position = commandLine.Position;
-  ShowMacro(commandLine.Script);
+  const int macro = std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1);
+  FMacros[static_cast<std::size_t>(macro)].Position = commandLine.Position;
+  ShowMacro(macro);
   ShowWindow(FHandle, show);
   SetFocus(FEditor.Handle());
   if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
@@ -180,7 +179,7 @@ void TMainWindow::ShowMacro(int index) {
     left.Text = FEditor.Text();
     left.Position = FEditor.Position();
   }
-  FMacro = std::clamp(index, 0, static_cast<int>(FMacros.size()) - 1);
+  FMacro = index;
   const TMacro& shown = FMacros[static_cast<std::size_t>(FMacro)];
   SendMessageW(FTabs, TCM_SETCURSEL, static_cast<WPARAM>(FMacro), 0);
   FEditor.SetText(shown.Text);
@@ -238,7 +237,12 @@ void TMainWindow::RunAssistant() {
 }
 
 void TMainWindow::RunConstants() {
-  const std::optional<std::string> text = ToAnsi(FEditor.SelectedText());
+  const std::optional<std::wstring> selected = FEditor.SelectedText();
+  if (!selected) {
+    Tell(L"Sélectionnez une partie d'une seule ligne.");
+    return;
+  }
+  const std::optional<std::string> text = ToAnsi(*selected);
   if (!text) {
     Tell(L"La sélection contient des caractères que l'assistant ne connaît pas.");
     return;

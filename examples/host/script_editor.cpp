@@ -18,7 +18,7 @@ constexpr COLORREF MethodColour = RGB(0, 112, 128);
 constexpr COLORREF ConstantColour = RGB(128, 0, 128);
 
 constexpr wchar_t Indent[] = L"    ";
-constexpr int FontTwips = 11 * 20;
+constexpr int FontTwips = 10 * 20;
 
 constexpr GUID TextDocumentId = {
     0x8CC497C0, 0xA1DF, 0x11CE, {0x80, 0x98, 0x00, 0xAA, 0x00, 0x47, 0xBE, 0x5D}};
@@ -39,11 +39,14 @@ bool FontExists(const wchar_t* name) {
   return found;
 }
 
-const wchar_t* FixedFont() {
-  for (const wchar_t* name : {L"Consolas", L"Courier New"}) {
+/// A scalable font, of fixed width where the system has one: asked for a font that is not there,
+/// the control may take a bitmap font of one size only.
+const wchar_t* ScriptFont() {
+  for (const wchar_t* name :
+       {L"Consolas", L"Courier New", L"DejaVu Sans Mono", L"Liberation Mono"}) {
     if (FontExists(name)) return name;
   }
-  return L"Courier";
+  return L"Tahoma";
 }
 
 std::vector<std::wstring> SplitLines(const std::wstring& text) {
@@ -130,9 +133,8 @@ bool TScriptEditor::Create(HWND parent, int id, TNames names) {
   format.dwEffects = CFE_AUTOCOLOR;
   format.yHeight = FontTwips;
   format.bCharSet = DEFAULT_CHARSET;
-  format.bPitchAndFamily = FIXED_PITCH | FF_MODERN;
-  lstrcpynW(format.szFaceName, FixedFont(), LF_FACESIZE);
-  SendMessageW(FHandle, EM_SETCHARFORMAT, SCF_ALL, reinterpret_cast<LPARAM>(&format));
+  lstrcpynW(format.szFaceName, ScriptFont(), LF_FACESIZE);
+  SendMessageW(FHandle, EM_SETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&format));
   // Else the control takes another font for each script it meets.
   const LRESULT options = SendMessageW(FHandle, EM_GETLANGOPTIONS, 0, 0);
   SendMessageW(FHandle, EM_SETLANGOPTIONS, 0, options & ~(IMF_AUTOFONT | IMF_DUALFONT));
@@ -219,13 +221,14 @@ void TScriptEditor::DeleteLine(int line) {
   ReplaceKeepingCaret(range, std::wstring());
 }
 
-std::wstring TScriptEditor::SelectedText() const {
+std::optional<std::wstring> TScriptEditor::SelectedText() const {
   const CHARRANGE range = Selection();
   std::wstring text(static_cast<std::size_t>(range.cpMax - range.cpMin) + 1, L'\0');
   const LRESULT copied =
       SendMessageW(FHandle, EM_GETSELTEXT, 0, reinterpret_cast<LPARAM>(text.data()));
   text.resize(static_cast<std::size_t>(copied));
-  return text.find_first_of(L"\r\n") == std::wstring::npos ? text : std::wstring();
+  if (text.find_first_of(L"\r\n") != std::wstring::npos) return std::nullopt;
+  return text;
 }
 
 void TScriptEditor::ReplaceSelection(const std::wstring& text) {

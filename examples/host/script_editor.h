@@ -5,6 +5,7 @@
 #include <richedit.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,8 +42,8 @@ class TScriptEditor {
   void InsertLine(int line, const std::wstring& text);
   void DeleteLine(int line);
 
-  /// Empty when the selection runs over several lines: it is no part of a line then.
-  std::wstring SelectedText() const;
+  /// Nothing when the selection runs over several lines: it is no part of a line then.
+  std::optional<std::wstring> SelectedText() const;
   void ReplaceSelection(const std::wstring& text);
 
   /// Colours the lines that differ from those coloured before.

@@ -6,6 +6,7 @@
 
 #include "forms/form.h"
 #include "forms/std_controls.h"
+#include "forms/theme.h"
 #include "platform/code_page.h"
 
 // ---- button ----
@@ -37,9 +38,9 @@ void TButton::HandleCommand(WORD code) {
 
 TControl::TWindowParams TBitBtn::WindowParams() const {
   auto params = TButton::WindowParams();
-  // Without a caption the glyph is all there is to see; the window's text is then for screen
-  // readers only.
-  if (!HasFlag("caption")) params.Style |= BS_ICON;
+  // The system greys a picture to a blot, so a button that is all picture draws itself; its text is
+  // then for screen readers only.
+  if (!HasFlag("caption")) params.Style |= BS_OWNERDRAW;
   return params;
 }
 
@@ -56,19 +57,31 @@ void TBitBtn::DpiChanged(int dpi) {
   const auto glyph = Word("glyph", "");
   if (glyph.empty()) return;
   TImageList images({glyph}, dpi);
-  if (!HasFlag("caption")) {
-    TIconHandle icon = images.Icon(0);
-    Send(BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon.Get()));
-    FIcon = std::move(icon);
-    return;
+  if (HasFlag("caption")) {
+    BUTTON_IMAGELIST list{};
+    list.himl = images.Handle();
+    list.margin = {Form().Scaled(4), 0, 0, 0};
+    list.uAlign = BUTTON_IMAGELIST_ALIGN_LEFT;
+    // Hosts without the newer common controls refuse this: the caption then stands alone.
+    Send(BCM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(&list));
   }
-  BUTTON_IMAGELIST list{};
-  list.himl = images.Handle();
-  list.margin = {Form().Scaled(4), 0, 0, 0};
-  list.uAlign = BUTTON_IMAGELIST_ALIGN_LEFT;
-  // Hosts without the newer common controls refuse this: the caption then stands alone.
-  Send(BCM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(&list));
   FImages = std::move(images);
+}
+
+void TBitBtn::Draw(const DRAWITEMSTRUCT& item) const {
+  const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+  RECT area = item.rcItem;
+  DrawButtonFrame(Handle(), item.hDC, area, pressed, Enabled());
+  int width = 0;
+  int height = 0;
+  ImageList_GetIconSize(FImages.Handle(), &width, &height);
+  const int shift = pressed ? 1 : 0;
+  FImages.Draw(0, item.hDC, (area.left + area.right - width) / 2 + shift,
+               (area.top + area.bottom - height) / 2 + shift, Enabled());
+  if (item.itemState & ODS_FOCUS) {
+    InflateRect(&area, -3, -3);
+    DrawFocusRect(item.hDC, &area);
+  }
 }
 
 // ---- speed button ----
@@ -128,10 +141,10 @@ void TRadioGroup::Created() {
     // frame's neighbours, not its children: that is where the system's dialog keys look for them.
     const DWORD group = FItems.empty() ? WS_GROUP | TabStopStyle() : 0;
     const auto id = static_cast<INT_PTR>(100) + Form().NextControlId();
-    const HWND button = CreateWindowExW(
-        0, WC_BUTTONW, Utf8ToWide(item).c_str(),
-        WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | BS_AUTORADIOBUTTON | group, 0, 0, 0, 0,
-        Form().Handle(), reinterpret_cast<HMENU>(id), TApplication::Instance(), nullptr);
+    const HWND button = CreateWindowExW(0, WC_BUTTONW, Utf8ToWide(item).c_str(),
+                                        WS_CHILD | WS_VISIBLE | BS_AUTORADIOBUTTON | group, 0, 0, 0,
+                                        0, Form().Handle(), reinterpret_cast<HMENU>(id),
+                                        TApplication::Instance(), nullptr);
     if (!button) throw std::runtime_error("window refused: " + Name());
     SetWindowName(button, Name() + std::to_string(FItems.size()));
     Attach(button);

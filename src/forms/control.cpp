@@ -24,7 +24,7 @@ int SystemColor(const std::string& name) {
   if (name == "window") return COLOR_WINDOW;
   if (name == "info") return COLOR_INFOBK;
   if (name == "face") return COLOR_BTNFACE;
-  if (name == "inactive-caption") return COLOR_INACTIVECAPTION;
+  if (name == "inactive-border") return COLOR_INACTIVEBORDER;
   if (name == "inactive-gradient") return COLOR_GRADIENTINACTIVECAPTION;
   if (name == "inactive-text") return COLOR_INACTIVECAPTIONTEXT;
   return -1;
@@ -68,7 +68,7 @@ void TControl::Create(const RECT& bounds, HFONT font) {
     }
   }
   const auto params = WindowParams();
-  DWORD style = params.Style | WS_CHILD | WS_CLIPSIBLINGS | WS_GROUP;
+  DWORD style = params.Style | WS_CHILD | WS_GROUP;
   if (!HasFlag("hidden")) style |= WS_VISIBLE;
   if (HasFlag("disabled")) style |= WS_DISABLED;
   // Numbers from 100 up stay clear of the system's own IDOK, IDCANCEL and so on.

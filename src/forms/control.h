@@ -81,6 +81,8 @@ class TControl : public TComponent {
   /// A key for a window of this control in a modal form, before the form looks at it; true when it
   /// is used up.
   virtual bool TranslateKey(const MSG& /*message*/) { return false; }
+  /// WM_DRAWITEM for this control.
+  virtual void Draw(const DRAWITEMSTRUCT& /*item*/) const {}
   virtual void SetFont(HFONT font);
   /// Called when the form's DPI changed, after font and bounds.
   virtual void DpiChanged(int /*dpi*/) {}

@@ -23,8 +23,12 @@ void TForm::Show() {
     if (OnShow) OnShow();
     if (!Modal()) AddModelessForm(FHandle);
   }
+  TControl* const first = FActiveControl;
+  // The system puts the focus somewhere as it activates the window; only where we put it counts.
+  FActivating = true;
   ShowWindow(FHandle, SW_SHOW);
-  if (fresh) FocusFirst();
+  FActivating = false;
+  if (fresh) FocusFirst(first);
 }
 
 void TForm::Hide() {
@@ -72,9 +76,9 @@ void TForm::Place() {
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void TForm::FocusFirst() {
+void TForm::FocusFirst(TControl* first) {
   HWND target = nullptr;
-  if (FActiveControl && FActiveControl->CanFocus()) target = FActiveControl->Handle();
+  if (first && first->CanFocus()) target = first->Handle();
   if (!target) target = GetNextDlgTabItem(FHandle, nullptr, FALSE);
   if (target) SendMessageW(FHandle, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
 }
@@ -128,6 +132,7 @@ void TForm::SetDefaultButton(TButton& button) {
 }
 
 void TForm::ControlFocused(TControl& control) {
+  if (FActivating) return;
   FActiveControl = &control;
   if (FEntered == &control) return;
   // The focus leaves a control when another of the same form gets it: going to another window and

@@ -184,7 +184,7 @@ class TForm : public TComponent {
   void ScaleTo(int dpi);
   void ArrangeControls();
   void Place();
-  void FocusFirst();
+  void FocusFirst(TControl* first);
   void RunModal(const TModalState& state);
   bool TranslateKey(const MSG& message) const;
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
@@ -203,6 +203,7 @@ class TForm : public TComponent {
   SIZE FDesignSize{};
   bool FCentred = true;
   int FNextControlId = 0;
+  bool FActivating = false;
   int FDpi = 96;
   TFontHandle FFont;
   TControl* FActiveControl = nullptr;

@@ -118,7 +118,8 @@ void TForm::CreateParams(TCreateParams& params) {
     const auto* found = FLayout.Find(property);
     return found && std::ranges::find(found->Values, value) != found->Values.end();
   };
-  params.Style = WS_CAPTION | WS_CLIPCHILDREN;
+  // Children are not clipped: a group box shows the form between its radio buttons.
+  params.Style = WS_CAPTION;
   if (has("icons", "system")) params.Style |= WS_SYSMENU;
   if (has("icons", "minimize")) params.Style |= WS_MINIMIZEBOX;
   if (has("icons", "maximize")) params.Style |= WS_MAXIMIZEBOX;
@@ -128,8 +129,9 @@ void TForm::CreateParams(TCreateParams& params) {
     params.Style |= WS_THICKFRAME;
   } else if (has("border", "dialog")) {
     params.Style |= DS_MODALFRAME;
-    params.ExStyle |= WS_EX_DLGMODALFRAME;
   }
+  // This one also keeps the icon out of the caption.
+  params.ExStyle |= WS_EX_DLGMODALFRAME;
   if (has("border", "sizeable-tool")) params.ExStyle |= WS_EX_TOOLWINDOW;
   if (FLayout.Find("stay-on-top")) params.ExStyle |= WS_EX_TOPMOST;
   params.ExStyle |= WS_EX_CONTROLPARENT;

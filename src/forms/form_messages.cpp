@@ -54,6 +54,13 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_VSCROLL:
       if (TControl* control = FindControl(reinterpret_cast<HWND>(lParam))) control->HandleScroll();
       return true;
+    case WM_DRAWITEM: {
+      const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+      const TControl* control = FindControl(item.hwndItem);
+      if (control) control->Draw(item);
+      result = TRUE;
+      return control != nullptr;
+    }
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORLISTBOX:
@@ -134,6 +141,8 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
+  // Inside a window of the host, the tooltips belong to that window and would outlive the form.
+  if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
   FTooltips = nullptr;
   FEntered = nullptr;
   Abandon();

@@ -28,13 +28,9 @@ class TOwned {
 struct TFreeObject {
   void operator()(HGDIOBJ object) const { DeleteObject(object); }
 };
-struct TFreeIcon {
-  void operator()(HICON icon) const { DestroyIcon(icon); }
-};
 
 using TFontHandle = TOwned<HFONT, TFreeObject>;
 using TBitmapHandle = TOwned<HBITMAP, TFreeObject>;
-using TIconHandle = TOwned<HICON, TFreeIcon>;
 
 /// The device context of a window (null: the screen) for as long as this lives.
 class TWindowDc {

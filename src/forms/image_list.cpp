@@ -34,3 +34,21 @@ TImageList::TImageList(std::initializer_list<std::string_view> glyphs, int dpi) 
     ImageList_Add(Handle(), MakeBitmap(ScaleGlyph(glyph, size)).Get(), nullptr);
   }
 }
+
+void TImageList::Draw(int index, HDC dc, int left, int top, bool enabled) const {
+  IMAGELISTDRAWPARAMS params{};
+  params.cbSize = sizeof params;
+  params.himl = Handle();
+  params.i = index;
+  params.hdcDst = dc;
+  params.x = left;
+  params.y = top;
+  params.rgbBk = CLR_NONE;
+  params.rgbFg = CLR_NONE;
+  params.fStyle = ILD_TRANSPARENT;
+  if (!enabled) {
+    params.fState = ILS_ALPHA;
+    params.Frame = 80;
+  }
+  ImageList_DrawIndirect(&params);
+}

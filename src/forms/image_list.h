@@ -16,9 +16,8 @@ class TImageList {
   /// leaves an empty image. Throws std::runtime_error for an unknown one.
   TImageList(std::initializer_list<std::string_view> glyphs, int dpi);
   HIMAGELIST Handle() const { return FHandle.Get(); }
-  TIconHandle Icon(int index) const {
-    return TIconHandle(ImageList_GetIcon(Handle(), index, ILD_TRANSPARENT));
-  }
+  /// Greyed and pale when not enabled.
+  void Draw(int index, HDC dc, int left, int top, bool enabled) const;
 
  private:
   struct TFree {

@@ -140,6 +140,9 @@ void TImageComboBox::SetBounds(const RECT& bounds) {
   RECT open = bounds;
   open.bottom += Form().Scaled(18) * Number("list-lines", 8) + Form().Scaled(4);
   TControl::SetBounds(open);
+  // Not every version of the control hands the height of its open list on.
+  SetWindowPos(Inner(), nullptr, 0, 0, open.right - open.left, open.bottom - open.top,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void TImageComboBox::SetImages(const TImageList* images) {

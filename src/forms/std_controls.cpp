@@ -47,9 +47,20 @@ void TEdit::SetSelection(int start, int length) {
   const std::string text = Text();
   const auto units = [&](int bytes) {
     const auto count = static_cast<std::size_t>(std::max(bytes, 0));
-    return ToWide(std::string_view(text).substr(0, count)).size();
+    return static_cast<DWORD>(ToWide(std::string_view(text).substr(0, count)).size());
   };
-  Send(EM_SETSEL, units(start), static_cast<LPARAM>(units(start + length)));
+  SetSelectionUnits(units(start), units(start + length));
+}
+
+std::pair<DWORD, DWORD> TEdit::SelectionUnits() const {
+  DWORD start = 0;
+  DWORD end = 0;
+  Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  return {start, end};
+}
+
+void TEdit::SetSelectionUnits(DWORD start, DWORD end) {
+  Send(EM_SETSEL, start, static_cast<LPARAM>(end));
   Send(EM_SCROLLCARET);
 }
 

@@ -46,6 +46,7 @@ class TBitBtn : public TButton {
   using TButton::TButton;
 
   void DpiChanged(int dpi) override;
+  void Draw(const DRAWITEMSTRUCT& item) const override;
 
  protected:
   TWindowParams WindowParams() const override;
@@ -54,7 +55,6 @@ class TBitBtn : public TButton {
 
  private:
   TImageList FImages;
-  TIconHandle FIcon;
 };
 
 /// A button with a glyph that leaves the focus where it is when it is clicked with the mouse.
@@ -79,6 +79,9 @@ class TEdit : public TControl {
   void SetModified(bool modified);
   /// Selection as bytes of Text(): start and length.
   void SetSelection(int start, int length);
+  /// Selection in characters of the control: start and end.
+  std::pair<DWORD, DWORD> SelectionUnits() const;
+  void SetSelectionUnits(DWORD start, DWORD end);
 
   void HandleCommand(WORD code) override;
 

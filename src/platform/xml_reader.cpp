@@ -248,7 +248,7 @@ TFileBytes ReadBytes(const std::string& path) {
   return bytes;
 }
 
-bool MayHaveDocumentType(const TFileBytes& bytes) {
+bool IsSuspect(const TFileBytes& bytes) {
   if (bytes.Size == 0) return false;
   const auto* start = static_cast<const char*>(GlobalLock(bytes.Memory.get()));
   const bool result = ::MayHaveDocumentType(std::string_view(start, bytes.Size));
@@ -284,7 +284,7 @@ void SetUp(ISAXXMLReader& reader, THandler& handler) {
 TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
   TFileBytes bytes = ReadBytes(path);
   if (!bytes.Memory) return TXmlReading::NoFile;
-  if (MayHaveDocumentType(bytes)) return TXmlReading::Refused;
+  if (IsSuspect(bytes)) return TXmlReading::Refused;
 
   THandler handler(sink);
   const TComSession com;

@@ -25,68 +25,72 @@ TLineId TLineSequence::At(int index) const {
       index -= FSums[ordinal];
     }
   }
-  return ChunkAt(static_cast<std::uint32_t>(ordinal)).Lines[static_cast<std::size_t>(index)];
+  return ChunkAt(static_cast<std::uint32_t>(ordinal))[static_cast<std::size_t>(index)];
 }
 
 int TLineSequence::IndexOf(TLineId line) const {
-  const TChunk& chunk = FChunks[FChunkOf[line]];
-  return FirstIndex(chunk.Ordinal) + static_cast<int>(OffsetIn(chunk, line));
+  const std::uint32_t chunk = FStore.Tag(line);
+  return FirstIndex(FOrdinalOf[chunk]) + static_cast<int>(OffsetIn(FChunks[chunk], line));
 }
 
 bool TLineSequence::Before(TLineId a, TLineId b) const {
-  const TChunk& chunkA = FChunks[FChunkOf[a]];
-  const TChunk& chunkB = FChunks[FChunkOf[b]];
-  if (&chunkA != &chunkB) return chunkA.Ordinal < chunkB.Ordinal;
-  return OffsetIn(chunkA, a) < OffsetIn(chunkA, b);
+  const std::uint32_t chunkA = std::as_const(FStore).Tag(a);
+  const std::uint32_t chunkB = std::as_const(FStore).Tag(b);
+  if (chunkA != chunkB) return FOrdinalOf[chunkA] < FOrdinalOf[chunkB];
+  return OffsetIn(FChunks[chunkA], a) < OffsetIn(FChunks[chunkA], b);
 }
 
 TLineSequence::TPlace TLineSequence::End() const {
   if (FOrder.empty()) return {0, 0};
-  const auto last = static_cast<std::uint32_t>(FOrder.size() - 1);
-  return {last, static_cast<std::uint32_t>(ChunkAt(last).Lines.size())};
+  return {static_cast<std::uint32_t>(FOrder.size() - 1), FOrder.back().Count};
 }
 
 int TLineSequence::Insert(TPlace place, TLineId line) {
-  if (line >= FChunkOf.size()) FChunkOf.resize(line + std::size_t{1});
   if (FOrder.empty()) {
     AddChunk(0, WithRoom(FewLines));
     Recount();
   }
-  if (ChunkAt(place.Chunk).Lines.size() == LinesPerChunk) {
-    const bool atEnd = place.Chunk + 1 == FOrder.size() && place.Offset == LinesPerChunk;
+  if (FOrder[place.Ordinal].Count == LinesPerChunk) {
+    const bool atEnd = place.Ordinal + 1 == FOrder.size() && place.Offset == LinesPerChunk;
     if (atEnd) {
       // A list that only grows at its end keeps its chunks full.
-      AddChunk(place.Chunk + 1, WithRoom(LinesPerChunk));
+      AddChunk(place.Ordinal + 1, WithRoom(LinesPerChunk));
       Recount();
-      place = {place.Chunk + 1, 0};
+      place = {place.Ordinal + 1, 0};
     } else {
-      Split(place.Chunk);
-      if (place.Offset > LinesPerChunk / 2) {
-        ++place.Chunk;
-        place.Offset -= LinesPerChunk / 2;
-      }
+      Split(place.Ordinal);
+      if (place.Offset > LinesPerChunk / 2)
+        place = {place.Ordinal + 1, place.Offset - LinesPerChunk / 2};
     }
   }
-  TChunk& chunk = FChunks[FOrder[place.Chunk]];
-  chunk.Lines.insert(chunk.Lines.begin() + place.Offset, line);
-  FChunkOf[line] = FOrder[place.Chunk];
-  AddToSums(place.Chunk, 1);
+  TLines& lines = ChunkAt(place.Ordinal);
+  lines.insert(lines.begin() + place.Offset, line);
+  FStore.Tag(line) = FOrder[place.Ordinal].Number;
+  Update(place.Ordinal);
+  AddToSums(place.Ordinal, 1);
   ++FCount;
-  return FirstIndex(place.Chunk) + static_cast<int>(place.Offset);
+  return FirstIndex(place.Ordinal) + static_cast<int>(place.Offset);
 }
 
 void TLineSequence::Erase(TLineId line) noexcept {
-  TChunk& chunk = FChunks[FChunkOf[line]];
-  const std::uint32_t ordinal = chunk.Ordinal;
-  chunk.Lines.erase(chunk.Lines.begin() + OffsetIn(chunk, line));
+  const std::uint32_t ordinal = FOrdinalOf[FStore.Tag(line)];
+  TLines& lines = ChunkAt(ordinal);
+  lines.erase(lines.begin() + OffsetIn(lines, line));
   AddToSums(ordinal, -1);
   --FCount;
-  if (chunk.Lines.empty()) {
+  if (lines.empty()) {
     RemoveChunk(ordinal);
-  } else {
-    MergeWithNext(ordinal);
-    if (ordinal > 0) MergeWithNext(ordinal - 1);
+    return;
   }
+  Update(ordinal);
+  if (!MergeWithNext(ordinal) && ordinal > 0) MergeWithNext(ordinal - 1);
+}
+
+void TLineSequence::Replace(TLineId line, TLineId by) noexcept {
+  const std::uint32_t chunk = FStore.Tag(line);
+  FStore.Tag(by) = chunk;
+  FChunks[chunk][OffsetIn(FChunks[chunk], line)] = by;
+  Update(FOrdinalOf[chunk]);
 }
 
 int TLineSequence::FirstIndex(std::uint32_t ordinal) const {
@@ -95,60 +99,74 @@ int TLineSequence::FirstIndex(std::uint32_t ordinal) const {
   return result;
 }
 
-std::uint32_t TLineSequence::OffsetIn(const TChunk& chunk, TLineId line) {
-  return static_cast<std::uint32_t>(std::find(chunk.Lines.begin(), chunk.Lines.end(), line) -
-                                    chunk.Lines.begin());
+std::uint32_t TLineSequence::OffsetIn(const TLines& lines, TLineId line) {
+  return static_cast<std::uint32_t>(std::find(lines.begin(), lines.end(), line) - lines.begin());
 }
 
-void TLineSequence::AddChunk(std::uint32_t ordinal, std::vector<TLineId>&& lines) {
+void TLineSequence::Update(std::uint32_t ordinal) noexcept {
+  TOrdered& chunk = FOrder[ordinal];
+  const TLines& lines = FChunks[chunk.Number];
+  chunk.Count = static_cast<std::uint32_t>(lines.size());
+  if (!lines.empty()) chunk.First = lines.front();
+}
+
+void TLineSequence::AddChunk(std::uint32_t ordinal, TLines&& lines) {
   FOrder.reserve(FOrder.size() + 1);
   FSums.resize(FOrder.size() + 2);
   if (FFirstFree == NoChunk) {
-    FChunks.push_back({NoChunk, {}});
+    FOrdinalOf.reserve(FChunks.size() + 1);
+    FChunks.emplace_back();
+    FOrdinalOf.push_back(NoChunk);
     FFirstFree = static_cast<std::uint32_t>(FChunks.size() - 1);
   }
-  const std::uint32_t chunk = FFirstFree;
-  FFirstFree = FChunks[chunk].Ordinal;
-  FChunks[chunk].Lines = std::move(lines);
-  FOrder.insert(FOrder.begin() + ordinal, chunk);
+  const std::uint32_t number = FFirstFree;
+  FFirstFree = FOrdinalOf[number];
+  FChunks[number] = std::move(lines);
+  FOrder.insert(FOrder.begin() + ordinal, {number, 0, 0});
+  Update(ordinal);
 }
 
 void TLineSequence::RemoveChunk(std::uint32_t ordinal) noexcept {
-  const std::uint32_t chunk = FOrder[ordinal];
-  FChunks[chunk] = {FFirstFree, {}};
-  FFirstFree = chunk;
+  const std::uint32_t number = FOrder[ordinal].Number;
+  FChunks[number] = {};
+  FOrdinalOf[number] = FFirstFree;
+  FFirstFree = number;
   FOrder.erase(FOrder.begin() + ordinal);
   Recount();
 }
 
 void TLineSequence::Split(std::uint32_t ordinal) {
-  std::vector<TLineId> upper = WithRoom(LinesPerChunk);
-  const std::vector<TLineId>& full = ChunkAt(ordinal).Lines;
+  TLines upper = WithRoom(LinesPerChunk);
+  const TLines& full = ChunkAt(ordinal);
   upper.assign(full.begin() + LinesPerChunk / 2, full.end());
   AddChunk(ordinal + 1, std::move(upper));
-  FChunks[FOrder[ordinal]].Lines.resize(LinesPerChunk / 2);
-  for (TLineId line : ChunkAt(ordinal + 1).Lines) FChunkOf[line] = FOrder[ordinal + 1];
+  ChunkAt(ordinal).resize(LinesPerChunk / 2);
+  Update(ordinal);
+  for (TLineId line : ChunkAt(ordinal + 1)) FStore.Tag(line) = FOrder[ordinal + 1].Number;
   Recount();
 }
 
-void TLineSequence::MergeWithNext(std::uint32_t ordinal) noexcept {
-  if (ordinal + 1 >= FOrder.size()) return;
-  std::vector<TLineId>& lines = FChunks[FOrder[ordinal]].Lines;
-  const std::vector<TLineId>& next = ChunkAt(ordinal + 1).Lines;
-  const std::size_t together = lines.size() + next.size();
+bool TLineSequence::MergeWithNext(std::uint32_t ordinal) noexcept {
+  if (ordinal + 1 >= FOrder.size()) return false;
+  const std::size_t together = std::size_t{FOrder[ordinal].Count} + FOrder[ordinal + 1].Count;
+  if (together > LinesPerChunk / 2) return false;
+  TLines& lines = ChunkAt(ordinal);
   // Only into room already there: a removal must not fail for want of memory.
-  if (together > LinesPerChunk / 2 || together > lines.capacity()) return;
-  for (TLineId line : next) FChunkOf[line] = FOrder[ordinal];
+  if (together > lines.capacity()) return false;
+  const TLines& next = ChunkAt(ordinal + 1);
+  for (TLineId line : next) FStore.Tag(line) = FOrder[ordinal].Number;
   lines.insert(lines.end(), next.begin(), next.end());
+  Update(ordinal);
   RemoveChunk(ordinal + 1);
+  return true;
 }
 
 void TLineSequence::Recount() noexcept {
   FSums.assign(FOrder.size() + 1, 0);
   for (std::size_t i = 1; i < FSums.size(); ++i) {
-    TChunk& chunk = FChunks[FOrder[i - 1]];
-    chunk.Ordinal = static_cast<std::uint32_t>(i - 1);
-    FSums[i] += static_cast<int>(chunk.Lines.size());
+    const TOrdered& chunk = FOrder[i - 1];
+    FOrdinalOf[chunk.Number] = static_cast<std::uint32_t>(i - 1);
+    FSums[i] += static_cast<int>(chunk.Count);
     const std::size_t above = i + LowestBit(i);
     if (above < FSums.size()) FSums[above] += FSums[i];
   }

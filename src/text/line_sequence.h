@@ -12,13 +12,16 @@
 ///
 /// Lines stand in chunks of a bounded size; a tree of partial sums over the chunks turns a chunk
 /// into the index of its first line and back. A split touches every chunk's place, but happens once
-/// in many insertions.
+/// in many insertions. A line's tag in the store is the number of its chunk.
 class TLineSequence {
  public:
   struct TPlace {
-    std::uint32_t Chunk;  ///< counted from the first line on
+    std::uint32_t Ordinal;  ///< of the chunk, counted from the first line on
     std::uint32_t Offset;
   };
+
+  /// The store must outlive the sequence.
+  explicit TLineSequence(TLineStore& store) : FStore(store) {}
 
   int Count() const { return FCount; }
   TLineId At(int index) const;
@@ -33,34 +36,49 @@ class TLineSequence {
   /// Returns the index. Changes nothing when memory runs out.
   int Insert(TPlace place, TLineId line);
   void Erase(TLineId line) noexcept;
+  /// Puts a line where another one stood.
+  void Replace(TLineId line, TLineId by) noexcept;
 
   template <class TAction>
   void ForEach(TAction action) const {
-    for (std::uint32_t chunk : FOrder)
-      for (TLineId line : FChunks[chunk].Lines) action(line);
+    for (const TOrdered& chunk : FOrder)
+      for (TLineId line : FChunks[chunk.Number]) action(line);
+  }
+  /// Gives every line the new name that a function returns; tags are the caller's to carry over.
+  template <class TNaming>
+  void Rename(TNaming naming) noexcept {
+    for (TOrdered& chunk : FOrder) {
+      for (TLineId& line : FChunks[chunk.Number]) line = naming(line);
+      chunk.First = FChunks[chunk.Number].front();
+    }
   }
 
  private:
-  struct TChunk {
-    std::uint32_t Ordinal;  ///< place in FOrder; of a freed chunk: the next freed one
-    std::vector<TLineId> Lines;
+  using TLines = std::vector<TLineId>;
+  struct TOrdered {
+    std::uint32_t Number;
+    TLineId First;  ///< beside the number, so that a search does not visit the chunks it passes
+    std::uint32_t Count;
   };
 
-  const TChunk& ChunkAt(std::uint32_t ordinal) const { return FChunks[FOrder[ordinal]]; }
+  TLines& ChunkAt(std::uint32_t ordinal) { return FChunks[FOrder[ordinal].Number]; }
+  const TLines& ChunkAt(std::uint32_t ordinal) const { return FChunks[FOrder[ordinal].Number]; }
   int FirstIndex(std::uint32_t ordinal) const;
-  static std::uint32_t OffsetIn(const TChunk& chunk, TLineId line);
+  static std::uint32_t OffsetIn(const TLines& lines, TLineId line);
+  void Update(std::uint32_t ordinal) noexcept;
   /// The lines bring their room along, so that a chunk never stands empty for want of memory.
-  void AddChunk(std::uint32_t ordinal, std::vector<TLineId>&& lines);
+  void AddChunk(std::uint32_t ordinal, TLines&& lines);
   void RemoveChunk(std::uint32_t ordinal) noexcept;
   void Split(std::uint32_t ordinal);
-  void MergeWithNext(std::uint32_t ordinal) noexcept;
+  bool MergeWithNext(std::uint32_t ordinal) noexcept;
   void Recount() noexcept;
   void AddToSums(std::uint32_t ordinal, int change) noexcept;
 
-  std::vector<TChunk> FChunks;
-  std::vector<std::uint32_t> FOrder;
-  std::vector<int> FSums;  ///< binary indexed tree, 1-based, over FOrder
-  std::vector<std::uint32_t> FChunkOf;
+  TLineStore& FStore;
+  std::vector<TLines> FChunks;            ///< by number
+  std::vector<std::uint32_t> FOrdinalOf;  ///< by number; of a freed chunk: the next freed one
+  std::vector<TOrdered> FOrder;           ///< by ordinal
+  std::vector<int> FSums;                 ///< binary indexed tree, 1-based, over FOrder
   std::uint32_t FFirstFree = NoChunk;
   int FCount = 0;
 
@@ -69,15 +87,14 @@ class TLineSequence {
 
 template <class TCondition>
 TLineSequence::TPlace TLineSequence::PartitionPoint(TCondition condition) const {
-  if (FOrder.empty()) return {0, 0};
   // Lines that arrive in order cost one question.
-  if (condition(ChunkAt(static_cast<std::uint32_t>(FOrder.size() - 1)).Lines.back())) return End();
-  const auto chunk = std::partition_point(
-      FOrder.begin(), FOrder.end(),
-      [&](std::uint32_t candidate) { return condition(FChunks[candidate].Lines.front()); });
+  if (FOrder.empty() || condition(FChunks[FOrder.back().Number].back())) return End();
+  const auto chunk =
+      std::partition_point(FOrder.begin(), FOrder.end(),
+                           [&](const TOrdered& candidate) { return condition(candidate.First); });
   if (chunk == FOrder.begin()) return {0, 0};
   const auto ordinal = static_cast<std::uint32_t>(chunk - FOrder.begin() - 1);
-  const auto& lines = ChunkAt(ordinal).Lines;
+  const TLines& lines = ChunkAt(ordinal);
   const auto line = std::partition_point(lines.begin() + 1, lines.end(), condition);
   return {ordinal, static_cast<std::uint32_t>(line - lines.begin())};
 }

@@ -1,5 +1,7 @@
 #include "text/shared_text.h"
 
+#include <utility>
+
 bool TSharedText::Alone() const { return FText && FText.use_count() == 1; }
 
 std::string_view TSharedText::View() const { return FText ? std::string_view(*FText) : ""; }
@@ -16,6 +18,14 @@ void TSharedText::Set(std::string_view text) {
   }
 }
 
+void TSharedText::Take(std::string&& text) {
+  if (text.empty()) {
+    FText.reset();
+  } else {
+    FText = std::make_shared<std::string>(std::move(text));
+  }
+}
+
 void TSharedText::Append(std::string_view text) {
   if (text.empty()) return;
   if (Alone()) {
@@ -25,5 +35,5 @@ void TSharedText::Append(std::string_view text) {
   std::string joined;
   joined.reserve(View().size() + text.size());
   joined.append(View()).append(text);
-  FText = std::make_shared<std::string>(std::move(joined));
+  Take(std::move(joined));
 }

@@ -13,6 +13,7 @@ class TSharedText {
   const char* CStr() const;
   /// May be given a part of this text.
   void Set(std::string_view text);
+  void Take(std::string&& text);
   /// May be given a part of this text.
   void Append(std::string_view text);
 

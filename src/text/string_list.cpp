@@ -1,9 +1,10 @@
 #include "text/string_list.h"
 
-#include <new>
+#include <exception>
 #include <optional>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "text/collation.h"
 #include "text/comma_text.h"
@@ -28,13 +29,14 @@ class TLazyIndex {
     if (!FIndex) return;
     try {
       FIndex->Insert(line);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
       FIndex.reset();
     }
   }
   void Remove(TLineId line) noexcept {
     if (FIndex) FIndex->Remove(line);
   }
+  void Drop() noexcept { FIndex.reset(); }
 
  private:
   const TLineStore& FStore;
@@ -94,6 +96,28 @@ struct TStringList::TImpl {
     Names.Remove(id);
     Sequence.Erase(id);
     Store.Free(id);
+    if (Store.Sparse()) Pack();
+  }
+
+  /// Copies the texts, in the order of the lines, into a store without holes.
+  void Pack() noexcept {
+    TLineStore packed;
+    std::vector<TLineId> names;
+    try {
+      names.reserve(static_cast<std::size_t>(Sequence.Count()));
+      Sequence.ForEach([&](TLineId line) {
+        const TLineId name = packed.New(Store.Text(line));
+        packed.Tag(name) = Store.Tag(line);
+        names.push_back(name);
+      });
+    } catch (const std::exception&) {
+      return;  // sparse but right
+    }
+    Lines.Drop();
+    Names.Drop();
+    auto name = names.begin();
+    Sequence.Rename([&](TLineId) { return *name++; });
+    Store = std::move(packed);
   }
 
   bool SameLine(std::string_view a, std::string_view b) const {
@@ -110,22 +134,22 @@ struct TStringList::TImpl {
     }
     std::optional<TLineId> same;
     if (!Options.KeepDuplicates && !staysEqual) same = Lines.First(line);
+    const TLineId changed = Store.New(line);
     Lines.Remove(id);
-    try {
-      Store.Replace(id, line);
-    } catch (...) {
-      Lines.Insert(id);
-      throw;
-    }
+    Names.Remove(id);
+    Sequence.Replace(id, changed);
+    Store.Free(id);
+    Lines.Insert(changed);
+    Names.Insert(changed);
     // The equal line goes and the changed one stays, so that the name reads back as it was set
     // whatever other lines of that name stand between the two.
     if (same) Delete(*same);
-    Lines.Insert(id);
+    if (Store.Sparse()) Pack();
   }
 
   const TOptions Options;
   TLineStore Store;
-  TLineSequence Sequence;
+  TLineSequence Sequence{Store};
   TLazyIndex Lines;
   TLazyIndex Names;
 };

@@ -1,20 +1,41 @@
 #include "outside/census.h"
 
-#include <winternl.h>
-// Keeps its place: these headers need the ones above.
 #include <psapi.h>
 #include <tlhelp32.h>
 
 #include <array>
-#include <format>
 #include <iterator>
 
+#include "user/say.h"
 #include "user/window.h"
 
 namespace {
 bool MadeBySystem(HWND window) {
   static const std::set<std::string> Classes{"IME", "MSCTFIME UI", "OleMainThreadWndClass"};
   return Classes.contains(ClassOf(window));
+}
+
+/// The module whose code a thread started in, or null.
+HMODULE StartModule(DWORD thread) {
+  using TQuery = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+  constexpr int StartAddress = 9;
+  const auto query = reinterpret_cast<TQuery>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtQueryInformationThread")));
+  void* start = nullptr;
+  const HANDLE handle = OpenThread(THREAD_QUERY_INFORMATION, FALSE, thread);
+  query(handle, StartAddress, &start, sizeof start, nullptr);
+  if (handle) CloseHandle(handle);
+  HMODULE module = nullptr;
+  GetModuleHandleExW(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      static_cast<LPCWSTR>(start), &module);
+  return module;
+}
+
+std::string ModuleName(HMODULE module) {
+  if (!module) return "no module";
+  wchar_t name[MAX_PATH];
+  return Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), module, name, MAX_PATH)});
 }
 
 std::set<DWORD> OwnThreads() {
@@ -33,9 +54,9 @@ std::set<std::string> OwnModules() {
   DWORD bytes = 0;
   EnumProcessModules(GetCurrentProcess(), modules.data(), sizeof modules, &bytes);
   std::set<std::string> names;
-  for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE)); ++index) {
-    wchar_t name[MAX_PATH];
-    names.insert(Utf8({name, GetModuleBaseNameW(GetCurrentProcess(), modules[index], name, MAX_PATH)}));
+  for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE));
+       ++index) {
+    names.insert(ModuleName(modules[index]));
   }
   return names;
 }
@@ -52,7 +73,9 @@ int OwnGdiObjects() {
   };
   constexpr size_t TableSlot = 0x94;  // in the process environment block of 32-bit processes
   constexpr int Entries = 0x4000;
-  const char* block = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
+  const auto currentBlock = reinterpret_cast<const char*(WINAPI*)()>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "RtlGetCurrentPeb")));
+  const char* block = currentBlock();
   const TEntry* table = *reinterpret_cast<TEntry* const*>(block + TableSlot);
   int count = 0;
   for (int index = 0; table && index < Entries; ++index)
@@ -72,8 +95,9 @@ std::string TCensus::NewSince(const TCensus& earlier) const {
   std::string news;
   for (const HWND window : Windows)
     if (!earlier.Windows.contains(window))
-      news += std::format("window {} '{}'\n", ClassOf(window), TextOf(window));
+      news += Say("window ", ClassOf(window), " '", TextOf(window), "'\n");
   for (const DWORD thread : Threads)
-    if (!earlier.Threads.contains(thread)) news += std::format("thread {:#x}\n", thread);
+    if (!earlier.Threads.contains(thread))
+      news += Say("thread ", std::hex, thread, " of ", ModuleName(StartModule(thread)), "\n");
   return news;
 }

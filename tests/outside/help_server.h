@@ -24,6 +24,7 @@ class THelpServer {
 
   /// Requests come in on the thread that made this object.
   const std::vector<TRequest>& Requests() const { return FRequests; }
+  void Forget() { FRequests.clear(); }
 
  private:
   static LRESULT CALLBACK ServerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

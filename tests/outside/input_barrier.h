@@ -13,12 +13,14 @@ class TInputBarrier {
   TInputBarrier& operator=(const TInputBarrier&) = delete;
   ~TInputBarrier();
 
-  /// On another thread; false when the thread does not get there in time.
-  bool Pass(int ms);
+  /// On another thread: sends a marker and waits a moment for it. False when it was not met: the
+  /// thread is busy still, or its windows lost the keyboard; then try again.
+  bool Pass();
 
  private:
   static LRESULT CALLBACK HookProc(int code, WPARAM wParam, LPARAM lParam);
 
   DWORD FThread;
   HHOOK FHook;
+  WORD FMarker = 0;
 };

@@ -15,8 +15,8 @@ class TExport {
 
   template <class... TArguments>
   auto operator()(TArguments... arguments) const {
-    const auto function = reinterpret_cast<TFunction>(
-        reinterpret_cast<void*>(GetProcAddress(FModule, FName)));
+    const auto function =
+        reinterpret_cast<TFunction>(reinterpret_cast<void*>(GetProcAddress(FModule, FName)));
     if (!function) throw std::runtime_error(std::string("the library does not export ") + FName);
     return function(arguments...);
   }
@@ -30,7 +30,9 @@ class TExport {
 class TLibrary {
  public:
   TLibrary() : Module(LoadLibraryA("zefext.dll")) {
-    if (!Module) throw std::runtime_error("zefext.dll cannot be loaded: error " + std::to_string(GetLastError()));
+    if (!Module)
+      throw std::runtime_error("zefext.dll cannot be loaded: error " +
+                               std::to_string(GetLastError()));
   }
   TLibrary(const TLibrary&) = delete;
   TLibrary& operator=(const TLibrary&) = delete;
@@ -38,7 +40,8 @@ class TLibrary {
 
   const HMODULE Module;
 
-#define ZEF_EXPORT(name) const TExport<decltype(&::name)> name{Module, #name}
+#define ZEF_EXPORT(name) \
+  const TExport<decltype(&::name)> name { Module, #name }
   ZEF_EXPORT(VCLGetVersion);
   ZEF_EXPORT(VCLSetMainWindowHandle);
   ZEF_EXPORT(VCLSetMainHelpFile);

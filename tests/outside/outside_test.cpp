@@ -51,6 +51,7 @@ void TOutsideTest::TearDown() {
     Library->VCLFree();
     Library.reset();
   }
+  DropOrphans();
   std::string left;
   const ULONGLONG deadline = GetTickCount64() + GoneMs;
   do {
@@ -65,6 +66,16 @@ void TOutsideTest::TearDown() {
   UnregisterClassW(MainClass, GetModuleHandleW(nullptr));
   ServeMessages();
   TWatchdog::Allow(0);
+}
+
+// A window that outlives the library would run into its unmapped code at the next message.
+void TOutsideTest::DropOrphans() {
+  for (const HWND window : TCensus::Take().Windows) {
+    if (FBefore.Windows.contains(window)) continue;
+    ADD_FAILURE() << "outlives the library: " << ClassOf(window) << " '" << TextOf(window) << "'";
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcW));
+    DestroyWindow(window);
+  }
 }
 
 std::string BesideProgram(std::string_view name) {

@@ -28,13 +28,17 @@ class TOutsideTest : public testing::Test {
     TScriptedUser().During(call, script);
   }
   /// The host serves its messages while the user acts.
-  void WhileIdle(const std::function<void(TScriptedUser&)>& script) { During([] {}, script); }
+  void WhileIdle(const std::function<void(TScriptedUser&)>& script) {
+    During([] {}, script);
+  }
 
   HWND MainWindow = nullptr;
   std::optional<TLibrary> Library;
   std::optional<THelpServer> HelpServer;
 
  private:
+  void DropOrphans();
+
   TCensus FBefore;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
 
 #include "outside/watchdog.h"
@@ -9,6 +10,12 @@
 
 namespace {
 constexpr int RescueMs = 5000;
+
+/// A form of the library or a box of the system.
+bool IsDialog(HWND window) {
+  const std::string name = ClassOf(window);
+  return name == "#32770" || name.starts_with("TDlg");
+}
 }  // namespace
 
 void TScriptedUser::During(const std::function<void()>& call,
@@ -52,7 +59,7 @@ void TScriptedUser::CloseForms() {
   const ULONGLONG deadline = GetTickCount64() + RescueMs;
   while (!FCallEnded && GetTickCount64() < deadline) {
     for (const HWND window : TopWindows(Process()))
-      if (Shown(window) && IsWindowEnabled(window) && GetWindow(window, GW_OWNER))
+      if (Shown(window) && IsWindowEnabled(window) && IsDialog(window))
         PostMessageW(window, WM_CLOSE, 0, 0);
     Sleep(50);
   }
@@ -60,5 +67,8 @@ void TScriptedUser::CloseForms() {
 }
 
 void TScriptedUser::Settle() {
-  if (!FBarrier.Pass(PatienceMs)) throw TUserError("the program does not take its input");
+  WaitUntil("the program to take its input", [this] {
+    // After its last window has gone, a program takes no input.
+    return std::ranges::none_of(TopWindows(Process()), Shown) || FBarrier.Pass();
+  });
 }

@@ -15,10 +15,9 @@ class TScriptedUser : public TUser {
   TScriptedUser() : TUser(GetCurrentProcessId()) {}
 
   /// Makes the call in this thread while the script runs in another, then serves messages until the
-  /// script has ended. A script that fails is a test failure with the steps and the window tree; the
-  /// forms it left open are closed. A call that does not return even so ends the process.
-  void During(const std::function<void()>& call,
-              const std::function<void(TScriptedUser&)>& script);
+  /// script has ended. A script that fails is a test failure with the steps and the window tree;
+  /// the forms it left open are closed. A call that does not return even so ends the process.
+  void During(const std::function<void()>& call, const std::function<void(TScriptedUser&)>& script);
 
  protected:
   void Settle() override;

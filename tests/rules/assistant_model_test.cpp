@@ -227,6 +227,7 @@ TEST_F(AssistantModel, FollowsTheUserTypingTheLine) {
   const std::string typed = "c.ecritures.item(1).X";
   for (std::size_t length = 1; length <= typed.size(); ++length) {
     FModel.EditLine(syntax, typed.substr(0, length));
+    ASSERT_EQ(FModel.SelectedType(), "Compte") << "known from the first letter on";
   }
   FModel.LeaveLine(syntax);
   EXPECT_EQ(FModel.SelectedType(), "Compte");
@@ -249,6 +250,7 @@ TEST_F(AssistantModel, FollowsTheUserTypingTheLine) {
   // position's type.
   FModel.EditLine(syntax, "v");
   EXPECT_EQ(Position(), 0);
+  EXPECT_EQ(FModel.SelectedType(), "");
   FModel.LeaveLine(syntax);
   FModel.ChooseType(syntax, "Compte");
   FModel.EditLine(syntax, "w.Nom");
@@ -272,6 +274,8 @@ TEST_F(AssistantModel, SaysWhatChanged) {
   FModel.SelectParam(syntax, 0);
   EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ValueChanged);
   FModel.SetValue(syntax, "1");
+  FModel.EditLine(syntax, Expression());
+  EXPECT_EQ(FModel.SelectedParam(), 0);
   EXPECT_EQ(FModel.TakeChanges(), 0U);
   FModel.SetValue(syntax, "12");
   EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::LineChanged | TAssistantModel::ParamRowsChanged);

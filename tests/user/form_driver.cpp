@@ -3,10 +3,10 @@
 #include <commctrl.h>
 
 #include <charconv>
-#include <format>
 
 #include "user/items.h"
 #include "user/picture.h"
+#include "user/say.h"
 #include "user/window.h"
 
 namespace {
@@ -15,9 +15,7 @@ bool IsCombo(HWND control) {
   return name == "ComboBox" || name == WC_COMBOBOXEXA;
 }
 
-bool Within(HWND window, HWND ancestor) {
-  return window == ancestor || IsChild(ancestor, window);
-}
+bool Within(HWND window, HWND ancestor) { return window == ancestor || IsChild(ancestor, window); }
 }  // namespace
 
 HWND TFormDriver::Find(std::string_view name) const {
@@ -34,8 +32,8 @@ HWND TFormDriver::Find(std::string_view name) const {
 HWND TFormDriver::Control(std::string_view name) const {
   const HWND control = Find(name);
   if (!control)
-    throw TUserError(std::format("no control {} in {}", name,
-                                 Exists() ? ClassOf(FForm) : std::string("a form that is gone")));
+    throw TUserError(Say("no control ", name, " in ",
+                         Exists() ? ClassOf(FForm) : std::string("a form that is gone")));
   return control;
 }
 
@@ -50,8 +48,8 @@ std::string TFormDriver::Caption() const { return TextOf(FForm); }
 std::string TFormDriver::Text(std::string_view name) const { return TextOf(Control(name)); }
 
 void TFormDriver::WaitText(std::string_view name, std::string_view text) const {
-  FUser->Note(std::format("wait for {} to read \"{}\"", name, text));
-  FUser->WaitUntil(std::format("\"{}\" in {}, which reads \"{}\"", text, name, Text(name)),
+  FUser->Note(Say("wait for ", name, " to read \"", text, "\""));
+  FUser->WaitUntil(Say("\"", text, "\" in ", name, ", which reads \"", Text(name), "\""),
                    [&] { return Text(name) == text; });
 }
 
@@ -71,8 +69,8 @@ std::string TFormDriver::Focus() const {
 }
 
 void TFormDriver::WaitFocus(std::string_view name) const {
-  FUser->Note(std::format("wait for the focus on {}", name));
-  FUser->WaitUntil(std::format("the focus on {}, not on \"{}\"", name, Focus()),
+  FUser->Note(Say("wait for the focus on ", name));
+  FUser->WaitUntil(Say("the focus on ", name, ", not on \"", Focus(), "\""),
                    [&] { return Focus() == name; });
 }
 
@@ -102,7 +100,8 @@ bool TFormDriver::ItemChecked(std::string_view name, std::string_view item) cons
 }
 
 std::string TFormDriver::RadioItem(std::string_view name) const {
-  for (const HWND button : Descendants(Control(name)))
+  Control(name);
+  for (int item = 0; const HWND button = Find(Say(name, item)); ++item)
     if (Ask(button, BM_GETCHECK) == BST_CHECKED) return TextOf(button);
   return {};
 }
@@ -119,7 +118,7 @@ void TFormDriver::Reach(HWND control, POINT screen) const {
   if (!Shown(control)) throw TUserError(name + " is hidden");
   const HWND met = WindowFromPoint(screen);
   if (!Within(met, control) && !Within(control, met))
-    throw TUserError(std::format("{} is covered by {} \"{}\"", name, ClassOf(met), NameOf(met)));
+    throw TUserError(Say(name, " is covered by ", ClassOf(met), " \"", NameOf(met), "\""));
 }
 
 POINT TFormDriver::Inside(HWND control, double x, double y) const {
@@ -129,7 +128,7 @@ POINT TFormDriver::Inside(HWND control, double x, double y) const {
 }
 
 void TFormDriver::ClickAt(std::string_view name, double x, double y, int clicks) {
-  FUser->Note(std::format("click {}", name));
+  FUser->Note(Say("click ", name));
   const HWND control = Control(name);
   const POINT point = Inside(control, x, y);
   Reach(control, point);
@@ -144,37 +143,74 @@ void TFormDriver::ClickFormAt(POINT client) {
 }
 
 void TFormDriver::PointAt(std::string_view name) {
-  FUser->Note(std::format("point at {}", name));
+  FUser->Note(Say("point at ", name));
   FUser->PointAt(Inside(Control(name), 0.5, 0.5));
 }
 
-POINT TFormDriver::CaptionPoint(LRESULT hit) const {
+bool TFormDriver::FindInCaption(LRESULT hit, POINT& screen) const {
   const RECT bounds = BoundsOf(FForm);
   const LONG y = bounds.top + GetSystemMetrics(SM_CYSIZEFRAME) + GetSystemMetrics(SM_CYCAPTION) / 2;
   for (LONG x = bounds.right; x > bounds.left; --x)
-    if (Ask(FForm, WM_NCHITTEST, 0, MAKELPARAM(x, y)) == hit) return {x - 2, y};
-  throw TUserError("the caption of " + ClassOf(FForm) + " has no such button");
+    if (Ask(FForm, WM_NCHITTEST, 0, MAKELPARAM(x, y)) == hit) {
+      screen = {x - 2, y};
+      return true;
+    }
+  return false;
 }
 
 void TFormDriver::CloseBox() {
   FUser->Note("click the close box");
-  FUser->Click(CaptionPoint(HTCLOSE));
+  POINT box;
+  if (!FindInCaption(HTCLOSE, box)) throw TUserError(ClassOf(FForm) + " has no close box");
+  FUser->Click(box);
 }
 
 void TFormDriver::AskAbout(std::string_view name) {
-  FUser->Note(std::format("ask about {} with the question mark", name));
-  const POINT control = Inside(Control(name), 0.5, 0.5);
-  FUser->Click(CaptionPoint(HTHELP));
-  FUser->Click(control);
+  FUser->Note(Say("ask about ", name, " with the question mark"));
+  const HWND control = Control(name);
+  const POINT point = Inside(control, 0.5, 0.5);
+  if (POINT mark; FindInCaption(HTHELP, mark)) {
+    FUser->Click(mark);
+    FUser->Click(point);
+    return;
+  }
+  if (!(GetWindowLongW(FForm, GWL_EXSTYLE) & WS_EX_CONTEXTHELP))
+    throw TUserError(ClassOf(FForm) + " has no question mark");
+  // Not every system draws the question mark: then the message that it would lead to.
+  HELPINFO info{};
+  info.cbSize = sizeof info;
+  info.iContextType = HELPINFO_WINDOW;
+  info.iCtrlId = GetDlgCtrlID(control);
+  info.hItemHandle = control;
+  info.MousePos = point;
+  Ask(control, WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
+}
+
+void TFormDriver::WaitActive() const {
+  const HWND root = GetAncestor(FForm, GA_ROOT);
+  FUser->WaitUntil(ClassOf(FForm) + " to be active",
+                   [root] { return GetForegroundWindow() == root; });
+}
+
+void TFormDriver::Press(WORD virtualKey, unsigned modifiers) {
+  WaitActive();
+  FUser->Press(virtualKey, modifiers);
+}
+
+void TFormDriver::Type(std::string_view utf8) {
+  WaitActive();
+  FUser->Type(utf8);
 }
 
 void TFormDriver::TabTo(std::string_view name) {
   constexpr int Round = 60;
   for (int stop = 0; stop < Round; ++stop) {
-    if (Focus() == name) return;
+    const std::string before = Focus();
+    if (before == name) return;
     Press(VK_TAB);
+    FUser->WaitUntil("Tab to move the focus", [&] { return Focus() != before; });
   }
-  throw TUserError(std::format("Tab does not lead to {}", name));
+  throw TUserError(Say("Tab does not lead to ", name));
 }
 
 void TFormDriver::Fill(std::string_view name, std::string_view utf8) {
@@ -192,11 +228,11 @@ int TFormDriver::ItemIndex(HWND control, std::string_view item) const {
   if (index >= 0) return index;
   std::string all;
   for (const std::string& one : ItemsOf(control)) all += " \"" + one + "\"";
-  throw TUserError(std::format("no item \"{}\" in {}, which has{}", item, NameOf(control), all));
+  throw TUserError(Say("no item \"", item, "\" in ", NameOf(control), ", which has", all));
 }
 
 void TFormDriver::Select(std::string_view name, std::string_view item) {
-  FUser->Note(std::format("select \"{}\" in {}", item, name));
+  FUser->Note(Say("select \"", item, "\" in ", name));
   const HWND control = Control(name);
   const int index = ItemIndex(control, item);
   if (IsCombo(control)) {
@@ -206,9 +242,9 @@ void TFormDriver::Select(std::string_view name, std::string_view item) {
     Reach(control, arrow);
     FUser->Click(arrow);
     const auto open = [control] { return Ask(control, CB_GETDROPPEDSTATE) != 0; };
-    FUser->WaitUntil(std::format("the list of {}", name), open);
+    FUser->WaitUntil(Say("the list of ", name), open);
     FUser->Click(PointOnItem(control, index));
-    FUser->WaitUntil(std::format("the list of {} to close", name), [&] { return !open(); });
+    FUser->WaitUntil(Say("the list of ", name, " to close"), [&] { return !open(); });
   } else {
     const POINT point = PointOnItem(control, index);
     Reach(control, point);
@@ -217,7 +253,7 @@ void TFormDriver::Select(std::string_view name, std::string_view item) {
 }
 
 void TFormDriver::DoubleClickItem(std::string_view name, std::string_view item) {
-  FUser->Note(std::format("double-click \"{}\" in {}", item, name));
+  FUser->Note(Say("double-click \"", item, "\" in ", name));
   const HWND control = Control(name);
   const POINT point = PointOnItem(control, ItemIndex(control, item));
   Reach(control, point);
@@ -225,7 +261,7 @@ void TFormDriver::DoubleClickItem(std::string_view name, std::string_view item) 
 }
 
 void TFormDriver::ToggleItem(std::string_view name, std::string_view item) {
-  FUser->Note(std::format("toggle \"{}\" in {}", item, name));
+  FUser->Note(Say("toggle \"", item, "\" in ", name));
   const HWND control = Control(name);
   const POINT point = PointOnItemCheckBox(control, ItemIndex(control, item));
   Reach(control, point);

@@ -10,8 +10,8 @@
 #include "user/user.h"
 
 /// One form under a user's hands. Controls are named as the form names them; "#2" is the control
-/// with dialog item number 2, for the system's own boxes. Clicks refuse what a user could not click:
-/// disabled, hidden or covered controls.
+/// with dialog item number 2, for the system's own boxes. Clicks refuse what a user could not
+/// click: disabled, hidden or covered controls.
 class TFormDriver {
  public:
   TFormDriver(TUser& user, HWND form) : FUser(&user), FForm(form) {}
@@ -40,7 +40,8 @@ class TFormDriver {
   /// BST_UNCHECKED, BST_CHECKED or BST_INDETERMINATE of a check box.
   int Checked(std::string_view name) const;
   bool ItemChecked(std::string_view name, std::string_view item) const;
-  /// The caption of the radio button that is on in a group, or empty.
+  /// The caption of the radio button that is on in a group, or empty. The buttons are named as
+  /// their group with their number from 0 behind.
   std::string RadioItem(std::string_view name) const;
   int Position(std::string_view upDown) const;
 
@@ -53,13 +54,14 @@ class TFormDriver {
   void ClickFormAt(POINT client);
   void PointAt(std::string_view name);
   void CloseBox();
-  /// The question mark of the caption bar, then the control.
+  /// The question mark of the caption bar, then the control. In this process only.
   void AskAbout(std::string_view name);
-  void Press(WORD virtualKey, unsigned modifiers = mdNone) { FUser->Press(virtualKey, modifiers); }
-  void Mnemonic(char letter) { FUser->Press(static_cast<WORD>(letter), mdAlt); }
+  /// Keys are sent once the form is the active window.
+  void Press(WORD virtualKey, unsigned modifiers = mdNone);
+  void Mnemonic(char letter) { Press(static_cast<WORD>(letter), mdAlt); }
   /// By Tab alone; throws when a whole round does not meet the control.
   void TabTo(std::string_view name);
-  void Type(std::string_view utf8) { FUser->Type(utf8); }
+  void Type(std::string_view utf8);
   /// Clicks into the edit and types the text in place of what is there.
   void Fill(std::string_view name, std::string_view utf8);
   /// By mouse, opening the list of a combo box.
@@ -71,13 +73,15 @@ class TFormDriver {
   void SavePicture(const std::string& file) const;
 
  private:
+  void WaitActive() const;
   bool Exists() const { return IsWindow(FForm) != FALSE; }
   HWND Find(std::string_view name) const;
   /// Throws unless a click there meets the control.
   void Reach(HWND control, POINT screen) const;
   POINT Inside(HWND control, double x, double y) const;
   int ItemIndex(HWND control, std::string_view item) const;
-  POINT CaptionPoint(LRESULT hit) const;
+  /// False when the caption has no such button.
+  bool FindInCaption(LRESULT hit, POINT& screen) const;
   void Step(std::string_view upDown, bool up);
 
   TUser* FUser;

@@ -14,7 +14,8 @@ class TInputs {
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = virtualKey;
     input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(virtualKey, MAPVK_VK_TO_VSC));
-    input.ki.dwFlags = (down ? 0U : KEYEVENTF_KEYUP) | (Extended(virtualKey) ? KEYEVENTF_EXTENDEDKEY : 0U);
+    input.ki.dwFlags =
+        (down ? 0U : KEYEVENTF_KEYUP) | (Extended(virtualKey) ? KEYEVENTF_EXTENDEDKEY : 0U);
     FInputs.push_back(input);
   }
   void Character(wchar_t unit) {
@@ -34,12 +35,13 @@ class TInputs {
     for (auto item = ModifierKeys.rbegin(); item != ModifierKeys.rend(); ++item)
       if (modifiers & item->first) Key(item->second, false);
   }
-  void Mouse(DWORD flags, LONG x = 0, LONG y = 0) {
+  /// The position goes with every event: the pointer may be moved by others in between.
+  void Mouse(DWORD flags, POINT screen) {
     INPUT input{};
     input.type = INPUT_MOUSE;
-    input.mi.dx = x;
-    input.mi.dy = y;
-    input.mi.dwFlags = flags;
+    input.mi.dx = Scaled(screen.x, SM_CXSCREEN);
+    input.mi.dy = Scaled(screen.y, SM_CYSCREEN);
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | flags;
     FInputs.push_back(input);
   }
   void Send() {
@@ -48,6 +50,10 @@ class TInputs {
   }
 
  private:
+  /// Absolute positions are 65536ths of the screen; the middle of the pixel survives the rounding.
+  static LONG Scaled(LONG pixel, int metric) {
+    return (pixel * 65536 + 32768) / GetSystemMetrics(metric);
+  }
   static bool Extended(WORD key) {
     return (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_INSERT || key == VK_DELETE;
   }
@@ -75,23 +81,16 @@ void SendText(std::wstring_view text) {
 }
 
 void MovePointer(POINT screen) {
-  // Absolute positions are 65536ths of the screen; the middle of the pixel survives the rounding.
-  const auto scaled = [](LONG value, int metric) {
-    const LONG size = GetSystemMetrics(metric);
-    return (value * 65536 + 32768) / size;
-  };
   TInputs inputs;
-  inputs.Mouse(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, scaled(screen.x, SM_CXSCREEN),
-               scaled(screen.y, SM_CYSCREEN));
+  inputs.Mouse(0, screen);
   inputs.Send();
 }
 
 void SendClick(POINT screen, int clicks) {
-  MovePointer(screen);
   TInputs inputs;
   for (int click = 0; click < clicks; ++click) {
-    inputs.Mouse(MOUSEEVENTF_LEFTDOWN);
-    inputs.Mouse(MOUSEEVENTF_LEFTUP);
+    inputs.Mouse(MOUSEEVENTF_LEFTDOWN, screen);
+    inputs.Mouse(MOUSEEVENTF_LEFTUP, screen);
   }
   inputs.Send();
 }

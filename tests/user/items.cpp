@@ -16,7 +16,8 @@ class TShared {
       : FSize(sizeof(T) + extra),
         FProcess(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE,
                              ProcessOf(window))),
-        FMemory(static_cast<char*>(VirtualAllocEx(FProcess, nullptr, FSize, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE))) {
+        FMemory(static_cast<char*>(
+            VirtualAllocEx(FProcess, nullptr, FSize, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE))) {
     if (!FMemory) throw TUserError("no memory in the control's process");
     Set(value);
   }
@@ -62,7 +63,8 @@ TKind KindOf(HWND control) {
 
 std::string PlainItem(HWND control, UINT lengthMessage, UINT textMessage, int index) {
   const auto item = static_cast<WPARAM>(index);
-  std::wstring text(static_cast<size_t>(std::max<LRESULT>(0, Ask(control, lengthMessage, item))) + 1, L'\0');
+  std::wstring text(
+      static_cast<size_t>(std::max<LRESULT>(0, Ask(control, lengthMessage, item))) + 1, L'\0');
   Ask(control, textMessage, item, reinterpret_cast<LPARAM>(text.data()));
   return Utf8(text.c_str());
 }
@@ -176,7 +178,10 @@ POINT PointOnItem(HWND control, int index) {
   const HWND list = kind == TKind::ListBox ? control : OpenList(control);
   Ask(list, LB_SETTOPINDEX, item);
   Ask(list, LB_GETITEMRECT, item, reinterpret_cast<LPARAM>(&rect));
-  return ToScreen(list, {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+  const POINT point = ToScreen(list, {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+  if (WindowFromPoint(point) != list)
+    throw TUserError("an item of " + NameOf(control) + " cannot be seen in its list");
+  return point;
 }
 
 POINT PointOnItemCheckBox(HWND control, int index) {
@@ -189,8 +194,7 @@ POINT PointOnItemCheckBox(HWND control, int index) {
     hit.Set(request);
     Ask(control, LVM_HITTEST, 0, hit.Address());
     // Two pixels further: the very edge is no place to aim at.
-    if (hit.Get().flags == LVHT_ONITEMSTATEICON)
-      return ToScreen(control, {x + 2, request.pt.y});
+    if (hit.Get().flags == LVHT_ONITEMSTATEICON) return ToScreen(control, {x + 2, request.pt.y});
   }
   throw TUserError("the items of " + NameOf(control) + " have no check box");
 }

@@ -16,7 +16,7 @@ int IndexOfItem(HWND control, std::string_view item);
 /// The state of an item's check box in a list view.
 bool ItemChecked(HWND control, int index);
 
-/// Scrolls the item into view. A point on it, in screen coordinates; for combo boxes the list has to
-/// be open.
+/// Scrolls the item into view. A point on it, in screen coordinates; for combo boxes the list has
+/// to be open.
 POINT PointOnItem(HWND control, int index);
 POINT PointOnItemCheckBox(HWND control, int index);

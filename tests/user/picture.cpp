@@ -33,7 +33,8 @@ std::vector<char> Look(const RECT& area) {
   BITMAPINFO info{};
   info.bmiHeader = HeaderFor(width, height);
   std::vector<char> pixels(info.bmiHeader.biSizeImage);
-  const int lines = GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
+  const int lines =
+      GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
   DeleteObject(bitmap);
   DeleteDC(memory);
   ReleaseDC(nullptr, screen);

@@ -2,9 +2,8 @@
 
 #include <commctrl.h>
 
-#include <format>
-
 #include "user/form_driver.h"
+#include "user/say.h"
 #include "user/window.h"
 
 namespace {
@@ -15,7 +14,7 @@ constexpr DWORD LookAgainMs = 5;
 void TUser::WaitUntil(std::string_view what, const std::function<bool()>& ready, int ms) {
   const ULONGLONG deadline = GetTickCount64() + static_cast<ULONGLONG>(ms);
   while (!ready()) {
-    if (GetTickCount64() > deadline) throw TUserError(std::format("waited in vain for {}", what));
+    if (GetTickCount64() > deadline) throw TUserError(Say("waited in vain for ", what));
     Sleep(LookAgainMs);
   }
 }
@@ -34,21 +33,22 @@ HWND TUser::FindForm(std::string_view className) const {
 }
 
 TFormDriver TUser::WaitForForm(std::string_view className, int ms) {
-  Note(std::format("wait for {}", className));
+  Note(Say("wait for ", className));
   HWND form = nullptr;
-  WaitUntil(std::format("the form {}", className),
-            [&] { return (form = FindForm(className)) != nullptr; }, ms);
+  WaitUntil(
+      Say("the form ", className), [&] { return (form = FindForm(className)) != nullptr; }, ms);
   return TFormDriver(*this, form);
 }
 
 TFormDriver TUser::WaitForMessageBox(std::string_view caption, int ms) {
-  Note(std::format("wait for the message box \"{}\"", caption));
+  Note(Say("wait for the message box \"", caption, "\""));
   HWND box = nullptr;
   WaitUntil(
-      std::format("the message box \"{}\"", caption),
+      Say("the message box \"", caption, "\""),
       [&] {
         for (const HWND window : TopWindows(FProcess))
-          if (Shown(window) && ClassOf(window) == "#32770" && TextOf(window) == caption) box = window;
+          if (Shown(window) && ClassOf(window) == "#32770" && TextOf(window) == caption)
+            box = window;
         return box != nullptr;
       },
       ms);
@@ -66,38 +66,51 @@ HWND TUser::FindBubble() const {
 std::string TUser::WaitForBubble(int ms) {
   Note("wait for a bubble");
   HWND bubble = nullptr;
-  WaitUntil("a bubble", [&] { return (bubble = FindBubble()) != nullptr; }, ms);
+  WaitUntil(
+      "a bubble", [&] { return (bubble = FindBubble()) != nullptr; }, ms);
   return TextOf(bubble);
 }
 
 void TUser::WaitForNoBubble(int ms) {
   Note("wait for the bubble to go");
-  WaitUntil("no bubble", [&] { return !FindBubble(); }, ms);
+  WaitUntil(
+      "no bubble", [&] { return !FindBubble(); }, ms);
 }
 
 void TUser::Press(WORD virtualKey, unsigned modifiers) {
-  Note(std::format("press key {:#x}{}{}{}", virtualKey, modifiers & mdShift ? " shift" : "",
-                   modifiers & mdControl ? " control" : "", modifiers & mdAlt ? " alt" : ""));
+  Note(Say("press key ", std::hex, virtualKey, modifiers & mdShift ? " shift" : "",
+           modifiers & mdControl ? " control" : "", modifiers & mdAlt ? " alt" : ""));
   SendKey(virtualKey, modifiers);
   Settle();
 }
 
 void TUser::Type(std::string_view utf8) {
-  Note(std::format("type \"{}\"", utf8));
+  Note(Say("type \"", utf8, "\""));
   SendText(Wide(utf8));
   Settle();
 }
 
 void TUser::Click(POINT screen, int clicks) {
-  Note(std::format("{} click(s) at {},{}", clicks, screen.x, screen.y));
+  Note(Say(clicks, " click(s) at ", screen.x, ",", screen.y));
+  PointAt(screen);
   SendClick(screen, clicks);
   Settle();
 }
 
+// The display reports a pointer that was moved a little later, and may put it back for a moment to
+// where it had been: a click that follows at once could end there.
 void TUser::PointAt(POINT screen) {
-  MovePointer(screen);
-  Settle();
+  WaitUntil("the pointer to stay where it is put", [&] {
+    MovePointer(screen);
+    Settle();
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    return pointer.x == screen.x && pointer.y == screen.y;
+  });
 }
+
+// An answer at least means that the program has looked at its display since.
+void TUser::Settle() { Ask(GetForegroundWindow(), WM_NULL); }
 
 void TUser::Note(std::string step) {
   const std::lock_guard lock(FStepsGuard);

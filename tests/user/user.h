@@ -48,7 +48,7 @@ class TUser {
 
  protected:
   /// Returns when the program has dealt with all input so far, as far as that can be known.
-  virtual void Settle() {}
+  virtual void Settle();
 
  private:
   HWND FindBubble() const;

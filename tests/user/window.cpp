@@ -1,6 +1,6 @@
 #include "user/window.h"
 
-#include <format>
+#include "user/say.h"
 
 namespace {
 constexpr UINT AnswerMs = 1000;
@@ -16,9 +16,9 @@ std::wstring FromBytes(UINT codePage, std::string_view text) {
 std::string ToBytes(UINT codePage, std::wstring_view text) {
   const int length = static_cast<int>(text.size());
   std::string bytes(text.size() * 4, '\0');
-  bytes.resize(static_cast<size_t>(WideCharToMultiByte(codePage, 0, text.data(), length,
-                                                       bytes.data(), static_cast<int>(bytes.size()),
-                                                       nullptr, nullptr)));
+  bytes.resize(
+      static_cast<size_t>(WideCharToMultiByte(codePage, 0, text.data(), length, bytes.data(),
+                                              static_cast<int>(bytes.size()), nullptr, nullptr)));
   return bytes;
 }
 
@@ -29,10 +29,11 @@ BOOL CALLBACK Collect(HWND window, LPARAM windows) {
 
 void Describe(HWND window, int depth, std::string& tree) {
   const RECT bounds = BoundsOf(window);
-  tree += std::format("{:{}}{} \"{}\" '{}' ({},{})-({},{}){}{}\n", "", depth * 2, ClassOf(window),
-                      NameOf(window), TextOf(window).substr(0, 80), bounds.left, bounds.top,
-                      bounds.right, bounds.bottom, IsWindowEnabled(window) ? "" : " disabled",
-                      Shown(window) ? "" : " hidden");
+  tree += Say(std::string(static_cast<size_t>(depth) * 2, ' '), ClassOf(window), " \"",
+              NameOf(window), "\" '", TextOf(window).substr(0, 80), "' (", bounds.left, ",",
+              bounds.top, ")-(", bounds.right, ",", bounds.bottom, ")",
+              IsWindowEnabled(window) ? "" : " disabled", Shown(window) ? "" : " hidden", "\n");
+  if (!Shown(window)) return;
   for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
     Describe(child, depth + 1, tree);
 }
@@ -56,14 +57,21 @@ std::string ClassOf(HWND window) {
 }
 
 std::string TextOf(HWND window) {
+  // An owner-drawn combo box without strings answers with the address of an item.
+  const LONG style = GetWindowLongW(window, GWL_STYLE);
+  if (ClassOf(window) == "ComboBox" && (style & (CBS_OWNERDRAWFIXED | CBS_OWNERDRAWVARIABLE)) &&
+      !(style & CBS_HASSTRINGS))
+    return {};
   std::wstring text(static_cast<size_t>(Ask(window, WM_GETTEXTLENGTH)) + 1, L'\0');
-  const LRESULT length = Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+  const LRESULT length =
+      Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
   text.resize(static_cast<size_t>(length));
   return Utf8(text);
 }
 
 std::string NameOf(HWND window) {
-  const auto atom = static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(GetPropW(window, L"ControlName")));
+  const auto atom =
+      static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(GetPropW(window, L"ControlName")));
   wchar_t name[256];
   if (!atom) return {};
   return Utf8({name, GlobalGetAtomNameW(atom, name, 256)});

@@ -32,5 +32,6 @@ std::vector<HWND> Descendants(HWND window);
 /// Sends a message; the fallback when the window is gone or its thread is stuck.
 LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0, LRESULT fallback = 0);
 
-/// One line a window: class, name, text, bounds, disabled, hidden.
+/// One line a window: class, name, text, bounds, disabled, hidden. What is inside a hidden one is
+/// left out.
 std::string WindowTree(DWORD process);

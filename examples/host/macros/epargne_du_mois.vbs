@@ -10,7 +10,7 @@ Set livret = Dossier.Comptes.Item("Livret")
 
 surplus = courant.SoldeAu(Date, zefPointee + zefRapprochee) - Reserve
 If surplus > 0 Then
-    reponse = MsgBox("Verser " & FormatCurrency(surplus, 2) & " sur le livret ?", vbYesNo + vbQuestion, "Épargne")
+    reponse = MsgBox("Verser " & FormatCurrency(surplus) & " sur le livret ?", vbYesNo + vbQuestion, "Épargne")
     If reponse = vbYes Then
         courant.Virer livret, surplus, Date, "Épargne de " & MonthName(Month(Date))
         courant.Afficher

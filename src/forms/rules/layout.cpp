@@ -87,7 +87,7 @@ constexpr std::string_view kPositions[] = {"main-form", "screen", "designed"};
 constexpr std::string_view kScrolls[] = {"none", "vertical", "horizontal", "both"};
 constexpr std::string_view kStyles[] = {"drop-down", "drop-down-list"};
 constexpr std::string_view kColors[] = {
-    "window", "info", "face", "inactive-caption", "inactive-gradient", "inactive-text"};
+    "window", "info", "face", "inactive-border", "inactive-gradient", "inactive-text"};
 constexpr std::string_view kCursors[] = {"default", "hand"};
 constexpr std::string_view kBevels[] = {"none", "sunken"};
 

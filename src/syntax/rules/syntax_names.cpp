@@ -88,20 +88,24 @@ void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
     if (element.Kind == TSyntaxKind::Const && element.Text) Methods.Add(element.Name);
     if (element.Kind == TSyntaxKind::Method) Functions.Add(element.Name);
     for (const TSyntaxMember& member : element.Members)
-      if (!member.Name.empty()) Methods.Add(dotted.assign(".").append(member.Name));
+      if (!member.Name.empty()) Methods.Add(dotted.assign(1, '.').append(member.Name));
     for (const TSyntaxConstant& constant : element.Constants) Constants.Add(constant.Name);
   }
 }
 
+void CollectTypeNames(const TSyntaxDatabase& database, TStringList& names) {
+  for (const TSyntaxElement& element : database.Elements)
+    if ((element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type) &&
+        !element.Name.empty())
+      names.Add(element.Name);
+}
+
 void TSyntaxNames::BuildTypes(const TSyntaxDatabase& database) {
   Types.Clear();
+  CollectTypeNames(database, Types);
   Predefined.Clear();
   std::string line;
-  for (const TSyntaxElement& element : database.Elements) {
-    if (element.Name.empty()) continue;
-    if (element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type)
-      Types.Add(element.Name);
-    else if (element.Kind == TSyntaxKind::Const)
-      Predefined.Add(line.assign(element.Name).append("=").append(element.Type));
-  }
+  for (const TSyntaxElement& element : database.Elements)
+    if (element.Kind == TSyntaxKind::Const && !element.Name.empty())
+      Predefined.Add(line.assign(element.Name).append(1, '=').append(element.Type));
 }

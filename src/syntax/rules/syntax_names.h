@@ -32,6 +32,9 @@ class TNameSet {
   std::size_t FCount = 0;
 };
 
+/// Adds the names of types, plain ones and objects', to a list.
+void CollectTypeNames(const TSyntaxDatabase& database, TStringList& names);
+
 /// The name lists of the assistant.
 struct TSyntaxNames {
   TNameSet Methods;    ///< ".Add" for each object's member, the name of each const with text

@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "script_words.h"
+
+// K keyword, N name, T text, C comment, each followed by the word between bars.
+static std::wstring Shown(std::wstring_view line) {
+  std::wstring shown;
+  for (const TWord& word : SplitScriptLine(line)) {
+    shown += L"NKTC"[static_cast<int>(word.Kind)];
+    shown += L"|" + std::wstring(line.substr(word.Start, word.Length)) + L"|";
+  }
+  return shown;
+}
+
+TEST(HostWords, SplitsALine) {
+  const struct {
+    const wchar_t* Line;
+    const wchar_t* Words;
+  } cases[] = {
+      {L"", L""},
+      {L"If x > 0 Then", L"K|If|N|x|K|Then|"},
+      {L"ENDIF end if", L"N|ENDIF|K|end|K|if|"},
+      {L"a.Item(2).Nom", L"N|a|N|.Item|N|.Nom|"},
+      // A member keeps its name even when it is a keyword elsewhere.
+      {L"err.Error", L"N|err|N|.Error|"},
+      {L"x = 1.5 + 2e3 + &H1F", L"N|x|N|H1F|"},
+      {L"y = \"l'an\" 'note", L"N|y|T|\"l'an\"|C|'note|"},
+      {L"\"a \"\"b\"\" c\" d", L"T|\"a \"|T|\"b\"|T|\" c\"|N|d|"},
+      {L"\"open 'x", L"T|\"open 'x|"},
+      {L"x = 1 : Rem tout \"cela\"", L"N|x|C|Rem tout \"cela\"|"},
+      {L"Remise = remarque_1", L"N|Remise|N|remarque_1|"},
+      {L"9b . .5 .", L""},
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(Shown(each.Line), each.Words);
+  }
+}
+
+TEST(HostWords, WordsFollowEachOtherInsideTheLine) {
+  const std::wstring alphabet = L"aZ_.\"' 9(rem)";
+  std::mt19937 random(7);
+  for (int i = 0; i < 5000; ++i) {
+    std::wstring line(random() % 24, L' ');
+    for (wchar_t& c : line) c = alphabet[random() % alphabet.size()];
+    std::size_t end = 0;
+    for (const TWord& word : SplitScriptLine(line)) {
+      ASSERT_GE(word.Start, end);
+      ASSERT_GT(word.Length, 0u);
+      end = word.Start + word.Length;
+      ASSERT_LE(end, line.size());
+    }
+  }
+}

@@ -1,0 +1,155 @@
+#include "forms/rules/layout.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "forms/rules/glyph.h"
+
+namespace {
+
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+std::map<std::string, std::string> Resources(const char* folder, const char* extension) {
+  std::map<std::string, std::string> files;
+  const auto root = std::filesystem::path(ZEF_SOURCE_DIR) / "src/resources" / folder;
+  for (const auto& entry : std::filesystem::directory_iterator(root)) {
+    if (entry.path().extension() == extension) {
+      files[entry.path().stem().string()] = ReadFile(entry.path());
+    }
+  }
+  return files;
+}
+
+TEST(Layout, ReadsFormControlsAndProperties) {
+  const auto layout = ParseLayout(
+      "# a dialog\n"
+      "form TDlgDebug inherits TDlgBase\n"
+      "  caption \"Dlg \"\"Debug\"\"\"  client 382 150  icons system minimize\n"
+      "memo Memo 0 -1 382 102  anchors left top right bottom  # inside a line too\n"
+      "  lines \"a\" \"\"  scroll both\n"
+      "button ButtonOK 96 115  click ButtonOKClick\n"
+      "label Label1\n");
+  EXPECT_EQ(layout.Form.Name, "TDlgDebug");
+  EXPECT_EQ(layout.BaseName, "TDlgBase");
+  EXPECT_EQ(layout.Form.Find("caption")->Values, std::vector<std::string>{"Dlg \"Debug\""});
+  EXPECT_EQ(layout.Form.Find("icons")->Values, (std::vector<std::string>{"system", "minimize"}));
+  ASSERT_EQ(layout.Controls.size(), 3u);
+  EXPECT_EQ(layout.Controls[0].Bounds[1], -1);
+  EXPECT_EQ(layout.Controls[0].Find("lines")->Values, (std::vector<std::string>{"a", ""}));
+  EXPECT_EQ(layout.Controls[1].Bounds[1], 115);
+  EXPECT_FALSE(layout.Controls[1].Bounds[2]);
+  EXPECT_EQ(layout.Controls[1].Find("hint"), nullptr);
+}
+
+TEST(Layout, RefusesWhatItDoesNotKnow) {
+  const struct {
+    const char* Text;
+    const char* Complaint;
+  } cases[] = {
+      {"", "line 1"},
+      {"button B 1 2 3 4\n", "starts with its form"},
+      {"form F\n  color\n", "lacks a value"},
+      {"form F\nslider S 1 2 3 4\n", "unknown kind slider"},
+      {"form F\nbutton B 1 2 3 4 colour face\n", "unknown property colour"},
+      {"form F\nbutton B 1 2 3\n", "two or four"},
+      {"form F\nbutton B 1 2\nbutton B 3 4\n", "line 3: B is given twice"},
+      {"form F\nbutton B 1 2 hint \"a\" hint \"b\"\n", "hint is given twice"},
+      {"form F\nbutton B 1 2 caption \"a\n", "not closed"},
+      {"form F\nedit E 1 2 color mauve\n", "color lacks a value"},
+      {"form F\nbutton B 1 99999999999\n", "not a number"},
+      {"form F\n\"text\" B\n", "starts with its kind"},
+  };
+  for (const auto& each : cases) {
+    try {
+      ParseLayout(each.Text);
+      ADD_FAILURE() << each.Text;
+    } catch (const TLayoutError& error) {
+      EXPECT_NE(std::string(error.what()).find(each.Complaint), std::string::npos)
+          << each.Text << " -> " << error.what();
+    }
+  }
+}
+
+TEST(Layout, ADerivedLayoutOverridesItsBase) {
+  const auto base = ParseLayout(
+      "form A\n  caption \"a\" client 1 2\n"
+      "button OK 1 2 3 4 caption \"&OK\" default\nbutton No 5 6 7 8\n");
+  const auto merged = MergeLayouts(
+      base, ParseLayout("form B inherits A\n  caption \"b\"\n"
+                        "edit E 1 1 1 1\nbutton OK 10 20 caption \"&Ouvrir\" help 3\n"));
+  EXPECT_EQ(merged.Form.Name, "B");
+  EXPECT_EQ(merged.Form.Find("caption")->Values[0], "b");
+  EXPECT_NE(merged.Form.Find("client"), nullptr);
+  ASSERT_EQ(merged.Controls.size(), 3u);
+  const auto& ok = merged.Controls[0];
+  EXPECT_EQ(ok.Bounds, (decltype(ok.Bounds){10, 20, 3, 4}));
+  EXPECT_EQ(ok.Find("caption")->Values[0], "&Ouvrir");
+  EXPECT_TRUE(ok.Find("default") && ok.Find("help"));
+  EXPECT_EQ(merged.Controls[2].Name, "E");
+  EXPECT_THROW(MergeLayouts(base, ParseLayout("form B inherits A\nedit OK 1 2\n")), TLayoutError);
+}
+
+/// A dialog is usable by keyboard only when each of its fields has a place of its own in the Tab
+/// order, and a control that lies outside the form cannot be seen at all.
+TEST(Layout, EveryLayoutOfTheLibraryIsSound) {
+  const auto files = Resources("", ".form");
+  const auto glyphs = Resources("glyphs", ".glyph");
+  const std::function<TLayout(const std::string&)> load = [&](const std::string& name) {
+    const auto layout = ParseLayout(files.at(name));
+    return layout.BaseName.empty() ? layout : MergeLayouts(load(layout.BaseName), layout);
+  };
+  ASSERT_FALSE(files.empty());
+  for (const auto& [name, text] : files) {
+    SCOPED_TRACE(name);
+    const auto layout = load(name);
+    EXPECT_EQ(layout.Form.Name, name);
+    const auto& client = layout.Form.Find("client")->Values;
+    std::set<std::string> tabs;
+    for (const auto& control : layout.Controls) {
+      SCOPED_TRACE(control.Name);
+      if (control.Find("hidden")) continue;
+      ASSERT_TRUE(control.Bounds[0] && control.Bounds[1]);
+      EXPECT_LE(*control.Bounds[0] + control.Bounds[2].value_or(0), LayoutNumber(client[0]));
+      EXPECT_LE(*control.Bounds[1] + control.Bounds[3].value_or(0), LayoutNumber(client[1]));
+      const auto* tab = control.Find("tab");
+      EXPECT_TRUE(!tab || tabs.insert(tab->Values[0]).second);
+      const auto* glyph = control.Find("glyph");
+      EXPECT_TRUE(!glyph || glyphs.contains(glyph->Values[0]));
+    }
+  }
+}
+
+TEST(Glyph, EveryGlyphOfTheLibraryIsSoundAndScales) {
+  for (const auto& [name, text] : Resources("glyphs", ".glyph")) {
+    SCOPED_TRACE(name);
+    const auto glyph = ParseGlyph(text);
+    for (const int size : {8, 16, 20, 24, 32}) {
+      EXPECT_EQ(ScaleGlyph(glyph, size).Pixels.size(), static_cast<std::size_t>(size * size));
+    }
+  }
+}
+
+TEST(Glyph, ScalingAveragesAndRefusalsName) {
+  std::string rows = "r FF0000\n";
+  for (int y = 0; y < 16; ++y) rows += y % 2 == 0 ? "rrrrrrrrrrrrrrrr\n" : "................\n";
+  const auto half = ScaleGlyph(ParseGlyph(rows), 8);
+  // Half a red pixel and half a transparent one: half the alpha, colour multiplied by it.
+  EXPECT_EQ(half.Pixels[0], 0x80800000u);
+  EXPECT_EQ(ScaleGlyph(ParseGlyph(rows), 32).Pixels[0], 0xFFFF0000u);
+  EXPECT_THROW(ParseGlyph(rows + "rrrrrrrrrrrrrrrr\n"), TLayoutError);
+  EXPECT_THROW(ParseGlyph("x GG0000\n"), TLayoutError);
+  EXPECT_THROW(ParseGlyph("rrr\n"), TLayoutError);
+}
+
+}  // namespace

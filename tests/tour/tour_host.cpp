@@ -1,0 +1,75 @@
+#include "tour/tour_host.h"
+
+#include <algorithm>
+
+#include "commands.h"
+#include "user/picture.h"
+#include "user/say.h"
+#include "user/window.h"
+
+namespace {
+constexpr DWORD QuitMs = 10000;
+
+std::wstring ProgramBesideTour() {
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), MAX_PATH));
+  return path.substr(0, path.find_last_of(L'\\') + 1) + L"ZEF.EXE";
+}
+}  // namespace
+
+TTourHost::TTourHost(const std::wstring& directory, const std::string& stop,
+                     const std::wstring& arguments)
+    : FDirectory(directory), FStop(stop) {
+  const std::wstring log = FDirectory + L"\\" + Wide(stop) + L".log";
+  std::wstring commandLine =
+      L"\"" + ProgramBesideTour() + L"\" --log \"" + log + L"\" " + arguments;
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &startup, &FProcess))
+    throw TUserError(Say("ZEF.EXE cannot be started: error ", GetLastError()));
+  FUser = std::make_unique<TUser>(FProcess.dwProcessId);
+  FWindow = std::make_unique<TFormDriver>(FUser->WaitForForm(Utf8(ZEF_MAIN_WINDOW_CLASS)));
+}
+
+TTourHost::~TTourHost() {
+  if (WaitForSingleObject(FProcess.hProcess, 0) == WAIT_TIMEOUT)
+    TerminateProcess(FProcess.hProcess, 1);
+  CloseHandle(FProcess.hThread);
+  CloseHandle(FProcess.hProcess);
+}
+
+std::string TTourHost::Script() const { return TextOf(GetDlgItem(FWindow->Handle(), IDC_EDITOR)); }
+
+void TTourHost::GoTo(std::string_view text) {
+  const std::string script = Script();
+  const size_t place = script.find(text);
+  if (place == std::string::npos) throw TUserError(Say("the script does not hold ", text));
+  const std::string_view before(script.data(), place);
+  const size_t lineStart = before.rfind('\n') + 1;  // 0 in the first line
+  FWindow->Press(VK_HOME, mdControl);
+  for (auto lines = std::ranges::count(before, '\n'); lines > 0; --lines) FUser->Press(VK_DOWN);
+  for (size_t column = Wide(before.substr(lineStart)).size(); column > 0; --column)
+    FUser->Press(VK_RIGHT);
+}
+
+std::string TTourHost::FileFor(const std::string& name) const {
+  return Ansi(Utf8(FDirectory) + "\\" + FStop + "_" + name + ".bmp");
+}
+
+void TTourHost::Picture(const TFormDriver& form, const std::string& name) {
+  form.SavePicture(FileFor(name));
+}
+
+void TTourHost::PictureOfAll(const std::string& name) {
+  SavePicture({0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}, FileFor(name));
+}
+
+void TTourHost::Quit() {
+  FUser->Note("quit");
+  PostMessageW(FWindow->Handle(), WM_CLOSE, 0, 0);
+  DWORD code = 0;
+  if (WaitForSingleObject(FProcess.hProcess, QuitMs) != WAIT_OBJECT_0 ||
+      !GetExitCodeProcess(FProcess.hProcess, &code) || code != 0)
+    throw TUserError(Say("ZEF.EXE does not end well: exit code ", code));
+}

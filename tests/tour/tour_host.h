@@ -1,0 +1,42 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "user/form_driver.h"
+#include "user/user.h"
+
+/// The example host, started for one stop of the tour, with its user. Ended with this object.
+class TTourHost {
+ public:
+  /// Pictures and the log of calls are written to the directory, their names begin with the stop's.
+  /// Throws TUserError when the program does not start.
+  TTourHost(const std::wstring& directory, const std::string& stop, const std::wstring& arguments);
+  TTourHost(const TTourHost&) = delete;
+  TTourHost& operator=(const TTourHost&) = delete;
+  ~TTourHost();
+
+  TUser& User() { return *FUser; }
+  TFormDriver& Window() { return *FWindow; }
+  /// The text of the script on screen.
+  std::string Script() const;
+  /// By keys, to the start of the text's first occurrence in the script.
+  void GoTo(std::string_view text);
+  void Picture(const TFormDriver& form, const std::string& name);
+  /// Of the whole screen.
+  void PictureOfAll(const std::string& name);
+  /// Closes the host as a user does. Throws when it does not end, or not well.
+  void Quit();
+
+ private:
+  std::string FileFor(const std::string& name) const;
+
+  std::wstring FDirectory;
+  std::string FStop;
+  PROCESS_INFORMATION FProcess{};
+  std::unique_ptr<TUser> FUser;
+  std::unique_ptr<TFormDriver> FWindow;
+};
