@@ -23,6 +23,7 @@ static_assert(THttpResult::RedirectRefused == ERROR_WINHTTP_REDIRECT_FAILED);
 
 constexpr wchar_t kAgent[] = L"ZEF";
 constexpr int kMostRedirections = 10;
+constexpr DWORD kLargestHeader = 64 * 1024;
 constexpr std::size_t kBufferSize = 128 * 1024;
 
 /// The system's client. Never unloaded: its threads may still be at work when a request of ours is
@@ -142,6 +143,7 @@ TInternetHandle OpenSession(unsigned timeOut) {
   const int ms = static_cast<int>(timeOut);
   client.SetTimeouts(session.Get(), ms, ms, ms, ms);
   SetNumber(session.Get(), WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, timeOut);
+  SetNumber(session.Get(), WINHTTP_OPTION_MAX_RESPONSE_HEADER_SIZE, kLargestHeader);
   SetNumber(session.Get(), WINHTTP_OPTION_REDIRECT_POLICY,
             WINHTTP_OPTION_REDIRECT_POLICY_DISALLOW_HTTPS_TO_HTTP);
   SetNumber(session.Get(), WINHTTP_OPTION_SECURE_PROTOCOLS, WINHTTP_FLAG_SECURE_PROTOCOL_TLS1_2);
@@ -428,6 +430,8 @@ unsigned long THttpRequest::Perform(std::string_view text, THttpSink& sink, cons
   result.Status = QueryStatus(request);
   result.Length = QueryLength(request);
   const std::string header = ToAnsi(QueryText(request, WINHTTP_QUERY_RAW_HEADERS_CRLF));
+  // Not all versions of the system hold to the limit asked for.
+  if (header.size() > kLargestHeader) return ERROR_WINHTTP_HEADER_SIZE_OVERFLOW;
   result.Refused = !sink.Begin(result.Status, header, result.Length);
   if (result.Refused) return THttpResult::NoError;
   return ReceiveBody(sink, wait, result);
@@ -438,12 +442,16 @@ unsigned long THttpRequest::ReceiveBody(THttpSink& sink, const TSignalWait& wait
   unsigned long begun = FExchange->BeginRead();
   while (true) {
     if (const auto error = begun ? begun : FExchange->Await(wait, FTimeOut)) return error;
-    const auto data = FExchange->Data();
+    auto data = FExchange->Data();
+    // What follows the declared length is no part of the body.
+    const std::uint64_t missing = result.Length.value_or(UINT64_MAX) - result.Received;
+    if (data.size() > missing) data = data.first(static_cast<std::size_t>(missing));
     if (data.empty()) return THttpResult::NoError;
     result.Received += data.size();
+    const bool last = data.size() == missing;
     // The next packet comes in while the sink deals with this one.
-    begun = FExchange->BeginRead();
+    if (!last) begun = FExchange->BeginRead();
     result.Refused = !sink.Receive(data);
-    if (result.Refused) return THttpResult::NoError;
+    if (last || result.Refused) return THttpResult::NoError;
   }
 }

@@ -52,5 +52,8 @@ class TLibrary {
   ZEF_EXPORT(VCLSyntaxIsMethod);
   ZEF_EXPORT(VCLSyntaxIsConstant);
   ZEF_EXPORT(VCLSyntaxHelpBox);
+  ZEF_EXPORT(VCLAskForDownload);
+  ZEF_EXPORT(VCLNewURL);
+  ZEF_EXPORT(VCLCmdURL);
 #undef ZEF_EXPORT
 };
