@@ -64,8 +64,9 @@ const std::map<std::string, TScript> Scripts{
      }},
     {"/2.2GB",
      [](TConnection& c) {
+       // Without its length: beyond 2^31 bytes, the test platform's client cuts what declares it.
        constexpr std::uint64_t size = 2'200'000'000;
-       c.Send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(size) + "\r\n\r\n");
+       c.Send(Ok(""));
        const std::string piece(1'000'000, 'x');
        for (std::uint64_t sent = 0; sent < size && c.Send(piece); sent += piece.size()) {
        }
