@@ -25,6 +25,18 @@ endfunction()
 zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext.dll zefext)
 zef_copy_outside(${PROJECT_SOURCE_DIR}/include/zefext.h "")
 zef_copy_outside(${PROJECT_SOURCE_DIR}/src/resources/zefext.def "")
+
+# The library once more, with views that only tests need.
+file(WRITE ${PROJECT_BINARY_DIR}/test_views.rc
+     "TTESTVIEW FORM \"${PROJECT_SOURCE_DIR}/tests/views/TTestView.form\"\n")
+set_source_files_properties(${PROJECT_BINARY_DIR}/test_views.rc PROPERTIES OBJECT_DEPENDS
+                            ${PROJECT_SOURCE_DIR}/tests/views/TTestView.form)
+add_library(zefext_views SHARED tests/views/test_view.cpp ${PROJECT_BINARY_DIR}/layouts.rc
+                                ${PROJECT_BINARY_DIR}/test_views.rc src/resources/zefext.def)
+set_target_properties(zefext_views PROPERTIES PREFIX "")
+target_link_libraries(zefext_views PRIVATE zefext_objects)
+zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext_views.dll zefext_views)
+
 add_custom_target(outside_files ALL DEPENDS ${ZEF_OUTSIDE_COPIES})
 
 # The example host's web server serves the tests as well.

@@ -54,6 +54,53 @@ void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDi
 /* Destroys such a dialog. The result is its outcome (low byte), or 0 when the handle is refused. */
 int ZEFEXT_API VCLFreeNonModalDialog(ZefDialog dialog);
 
+/* Shows a view (see CreateExampleView) in its window. */
+void ZEFEXT_API VCLDialogShow(ZefDialog view);
+
+/* 1 when the user changed anything in a view since it was made or cleared; 0 when not, or when the
+ * handle is no view. */
+int ZEFEXT_API VCLDialogHasChanged(ZefDialog view);
+
+/* From now on a view counts as unchanged. */
+void ZEFEXT_API VCLDialogClearHasChanged(ZefDialog view);
+
+#ifdef __cplusplus
+}
+
+struct IUnknown;
+/* An interface of the host's own. */
+struct IExClass1;
+
+/* The two functions below are exported under the decorated names of C++ compilers.
+ *
+ * Makes a view, still hidden, inside a window of the host, and returns its window, or null when it
+ * cannot be made. The handle, for the VCLDialog functions, goes into a variable that is declared as
+ * an interface pointer but receives none. The view lives until the host destroys the window around
+ * it; the handle is stale from then on. A parent that is no window gives a hidden window of its
+ * own. A help file that is not null becomes the main one, as by VCLSetMainHelpFile. */
+HWND ZEFEXT_API CreateExampleView(void* parent, const char* const helpFile, IUnknown*& view);
+
+/* Gives such a view an interface of the host's, which it keeps, uncounted and uncalled. Returns the
+ * view, or null when the handle is refused. */
+void* ZEFEXT_API VCLExDlgDlwdGive(IExClass1* exClass, void* view);
+
+extern "C" {
+#endif
+
+/* ---- Hints and traces ---------------------------------------------------------------------- */
+
+/* Shows a bubble that belongs to a window of the host: its left top at x, y (pixels of the screen)
+ * if it fits on the monitor there, its text wrapped at maxWidth pixels. It takes neither focus nor
+ * activation. It stays until the next call replaces it, its window goes, or VCLFree. */
+void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int maxWidth);
+
+/* Kept for old hosts: leaves the bubble on the screen. */
+void ZEFEXT_API VCLHideHint(void);
+
+/* Adds a numbered line to the debug window, and shows the window when it is hidden. The window
+ * shows the line at once, or, when lines follow each other faster than it can, a moment later. */
+void ZEFEXT_API VCLShowDebugText(const char* text);
+
 /* ---- Strings and string lists -------------------------------------------------------------- */
 
 /* A text of any length, and an ordered list of such texts, both made and freed by the host and kept

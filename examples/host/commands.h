@@ -15,5 +15,6 @@ enum {
   IDM_CONSTANTS = 211,
   IDM_TYPES = 212,
   IDM_CLEAR_LOG = 220,
+  IDM_UPDATE = 280,
   IDM_ABOUT = 290,
 };

@@ -39,6 +39,16 @@ class TLibrary {
   /// The variable types as the last dialog changed them, or nothing when it did not.
   std::optional<std::string> SyntaxNewTypes();
 
+  /// 1: download now; 0: not now; -1: never this version.
+  int AskForDownload(const std::string& current, const std::string& offered,
+                     const std::string& information);
+  /// A download window, or null; the host's until the command that destroys it.
+  ZefDialog NewUrl();
+  /// False when the library refuses the command.
+  bool CmdUrl(ZefDialog dialog, signed char command, const std::string& text = {},
+              int* value = nullptr);
+  std::string Md5(const std::string& text);
+
  private:
   struct TImport {
     const char* Name;
@@ -66,9 +76,15 @@ class TLibrary {
   TFunctionImport<unsigned char(ZEFEXT_API*)(const char** types)> FGetNewTypes{
       {"VCLSyntaxGetNewTypes"}};
 
-  TImport* const FImports[10] = {&FGetVersion, &FSetMainWindow, &FSetMainHelpFile, &FFree,
-                                 &FIsMethod,   &FIsConstant,    &FHelpBox,         &FConstHelpBox,
-                                 &FTypesBox,   &FGetNewTypes};
+  TFunctionImport<decltype(&VCLAskForDownload)> FAskForDownload{{"VCLAskForDownload"}};
+  TFunctionImport<decltype(&VCLNewURL)> FNewUrl{{"VCLNewURL"}};
+  TFunctionImport<decltype(&VCLCmdURL)> FCmdUrl{{"VCLCmdURL"}};
+  TFunctionImport<decltype(&MD5)> FMd5{{"MD5"}};
+
+  TImport* const FImports[14] = {
+      &FGetVersion,     &FSetMainWindow, &FSetMainHelpFile, &FFree,     &FIsMethod,
+      &FIsConstant,     &FHelpBox,       &FConstHelpBox,    &FTypesBox, &FGetNewTypes,
+      &FAskForDownload, &FNewUrl,        &FCmdUrl,          &FMd5};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

@@ -10,12 +10,13 @@
 #include "library.h"
 #include "macros.h"
 #include "script_editor.h"
+#include "update_check.h"
 
 /// The program's window: the macros in tabs, the script editor, the calls made to the library and a
 /// status bar.
 class TMainWindow {
  public:
-  explicit TMainWindow(TCallLog& log) : FLog(log), FLibrary(log) {}
+  explicit TMainWindow(TCallLog& log) : FLog(log), FLibrary(log), FUpdate(FLibrary) {}
 
   /// False when the window cannot be made.
   bool Create(const TCommandLine& commandLine, int show);
@@ -47,6 +48,8 @@ class TMainWindow {
   void RunConstants();
   void RunTypes();
   void ClearLog();
+  void CheckForUpdate();
+  void FollowUpdate();
   void ShowAbout();
 
   std::string AnsiTypes() const;
@@ -62,6 +65,7 @@ class TMainWindow {
   int FDpi = 96;
   TCallLog& FLog;
   TLibrary FLibrary;
+  TUpdateCheck FUpdate;
   TScriptEditor FEditor;
   std::vector<TMacro> FMacros;
   int FMacro = -1;

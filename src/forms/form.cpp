@@ -10,6 +10,8 @@
 TForm::~TForm() {
   std::erase(Application().FForms, this);
   Application().ReleaseOwnedBy(*this);
+  // The handlers belong to the derived classes, which are gone already.
+  FDying = true;
   if (FHandle) DestroyWindow(FHandle);
 }
 
@@ -132,7 +134,7 @@ void TForm::SetDefaultButton(TButton& button) {
 }
 
 void TForm::ControlFocused(TControl& control) {
-  if (FActivating) return;
+  if (FActivating || FDying) return;
   FActiveControl = &control;
   if (FEntered == &control) return;
   // The focus leaves a control when another of the same form gets it: going to another window and

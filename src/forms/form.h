@@ -165,6 +165,8 @@ class TForm : public TComponent {
   virtual void WindowDestroyed() {}
   TControl& Child(std::string_view name) const;
   HWND ParentWindow() const { return FParentWindow; }
+  /// Moves a form with a window of its own to where its layout says.
+  void Place();
   const TLayoutItem& Layout() const { return FLayout; }
 
  private:
@@ -183,7 +185,6 @@ class TForm : public TComponent {
   static BOOL CALLBACK AddTooltip(HWND child, LPARAM self);
   void ScaleTo(int dpi);
   void ArrangeControls();
-  void Place();
   void FocusFirst(TControl* first);
   void RunModal(const TModalState& state);
   bool TranslateKey(const MSG& message) const;
@@ -204,6 +205,7 @@ class TForm : public TComponent {
   bool FCentred = true;
   int FNextControlId = 0;
   bool FActivating = false;
+  bool FDying = false;
   int FDpi = 96;
   TFontHandle FFont;
   TControl* FActiveControl = nullptr;

@@ -7,6 +7,7 @@
 #include "forms/dpi.h"
 #include "forms/form.h"
 #include "forms/list_controls.h"
+#include "forms/log_memo.h"
 #include "forms/resource.h"
 #include "forms/std_controls.h"
 #include "forms/web_view.h"
@@ -35,6 +36,7 @@ constexpr TKind kKinds[] = {
     {"image-combo", Make<TImageComboBox>},
     {"label", Make<TLabel>},
     {"list-box", Make<TListBox>},
+    {"log-memo", Make<TLogMemo>},
     {"memo", Make<TMemo>},
     {"progress-bar", Make<TProgressBar>},
     {"radio-group", Make<TRadioGroup>},
@@ -119,7 +121,7 @@ void TForm::CreateParams(TCreateParams& params) {
     return found && std::ranges::find(found->Values, value) != found->Values.end();
   };
   // Children are not clipped: a group box shows the form between its radio buttons.
-  params.Style = WS_CAPTION;
+  params.Style = has("border", "none") ? 0 : WS_CAPTION;
   if (has("icons", "system")) params.Style |= WS_SYSMENU;
   if (has("icons", "minimize")) params.Style |= WS_MINIMIZEBOX;
   if (has("icons", "maximize")) params.Style |= WS_MAXIMIZEBOX;
@@ -152,16 +154,19 @@ void TForm::CreateFormWindow() {
   TCreateParams params;
   CreateParams(params);
   FCentred = params.Centred;
-  const auto* client = FLayout.Find("client");
-  if (!client) throw TLayoutError(std::string(ClassName()) + " has no client size");
-  FDesignSize = {Scaled(LayoutNumber(client->Values[0])), Scaled(LayoutNumber(client->Values[1]))};
-  RECT frame{0, 0, FDesignSize.cx, FDesignSize.cy};
-  AdjustWindowRectEx(&frame, params.Style, FALSE, params.ExStyle);
+  RECT border{};
+  AdjustWindowRectEx(&border, params.Style, FALSE, params.ExStyle);
+  const SIZE borders{border.right - border.left, border.bottom - border.top};
+  const auto* outer = FLayout.Find("size");
+  const auto* size = outer ? outer : FLayout.Find("client");
+  if (!size) throw TLayoutError(std::string(ClassName()) + " has no size");
+  FDesignSize = {Scaled(LayoutNumber(size->Values[0])), Scaled(LayoutNumber(size->Values[1]))};
+  if (outer) FDesignSize = {FDesignSize.cx - borders.cx, FDesignSize.cy - borders.cy};
   const auto* caption = FLayout.Find("caption");
   FHandle = CreateWindowExW(params.ExStyle, className.c_str(),
                             caption ? Utf8ToWide(caption->Values[0]).c_str() : L"", params.Style, 0,
-                            0, frame.right - frame.left, frame.bottom - frame.top, params.Parent,
-                            nullptr, TApplication::Instance(), this);
+                            0, FDesignSize.cx + borders.cx, FDesignSize.cy + borders.cy,
+                            params.Parent, nullptr, TApplication::Instance(), this);
   if (!FHandle) throw std::runtime_error("window refused: " + std::string(ClassName()));
   SendMessageW(FHandle, WM_SETFONT, reinterpret_cast<WPARAM>(FFont.Get()), FALSE);
 }

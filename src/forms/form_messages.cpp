@@ -34,7 +34,7 @@ LRESULT CALLBACK TForm::FormProc(HWND window, UINT message, WPARAM wParam, LPARA
 LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = FHandle;
   LRESULT result = 0;
-  if (HandleMessage(message, wParam, lParam, result)) return result;
+  if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) WindowGone();
   return result;
@@ -72,8 +72,16 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_CLOSE:
       Close();
       return true;
+    case WM_ACTIVATE:
+    case WM_SETFOCUS:
+      // Left to itself the system would focus the first control now, and select an edit's text,
+      // before the control that is to have the focus gets it.
+      return FActivating;
     case WM_SIZE:
-      if (wParam != SIZE_MINIMIZED) ArrangeControls();
+      if (wParam == SIZE_MINIMIZED) return false;
+      ArrangeControls();
+      // Children are not clipped: the form's background would cover those that merely moved.
+      RedrawWindow(FHandle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
       return false;
     case WM_GETMINMAXINFO: {
       RECT frame{0, 0, FDesignSize.cx, FDesignSize.cy};
@@ -141,7 +149,7 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
-  // Inside a window of the host, the tooltips belong to that window and would outlive the form.
+  // They belong to the window around an embedded form, and would outlive it.
   if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
   FTooltips = nullptr;
   FEntered = nullptr;

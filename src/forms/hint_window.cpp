@@ -42,6 +42,8 @@ void THintWindow::ActivateHint(const RECT& bounds, std::wstring_view text) {
     FHandle = CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, kClassName,
                               FText.c_str(), WS_POPUP | WS_BORDER, 0, 0, 0, 0, FOwner, nullptr,
                               TApplication::Instance(), this);
+    // Its owner is gone: without a handle, the calls below would mean every window on the screen.
+    if (!FHandle) return;
   }
   SetWindowTextW(FHandle, FText.c_str());
   const RECT area = WorkAreaOf(bounds);

@@ -137,11 +137,12 @@ bool TImageComboBox::Accepts(std::string_view property) const {
 }
 
 void TImageComboBox::SetBounds(const RECT& bounds) {
-  RECT open = bounds;
-  open.bottom += Form().Scaled(18) * Number("list-lines", 8) + Form().Scaled(4);
-  TControl::SetBounds(open);
-  // Not every version of the control hands the height of its open list on.
-  SetWindowPos(Inner(), nullptr, 0, 0, open.right - open.left, open.bottom - open.top,
+  TControl::SetBounds(bounds);
+  // The outer window gives the inner one its closed height only: its list would open with no room.
+  const auto line = static_cast<int>(Send(CB_GETITEMHEIGHT, 0));
+  const int closed = static_cast<int>(bounds.bottom - bounds.top);
+  SetWindowPos(Inner(), nullptr, 0, 0, bounds.right - bounds.left,
+               closed + line * Number("list-lines", 8) + Form().Scaled(4),
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

@@ -1,23 +1,11 @@
 #include "forms/std_controls.h"
 #include "platform/code_page.h"
 
-namespace {
-std::wstring WithLineEnds(std::wstring_view text) {
-  std::wstring result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == L'\n' && (i == 0 || text[i - 1] != L'\r')) result += L'\r';
-    result += text[i];
-  }
-  return result;
-}
-}  // namespace
-
 TControl::TWindowParams TMemo::WindowParams() const {
   const DWORD scroll = ScrollStyle();
   DWORD style = ES_MULTILINE | ES_AUTOVSCROLL | scroll | TabStopStyle();
   if (scroll & WS_HSCROLL) style |= ES_AUTOHSCROLL;
-  if (HasFlag("read-only")) style |= ES_READONLY;
+  style |= HasFlag("read-only") ? ES_READONLY : ES_WANTRETURN;
   return {L"EDIT", style, WS_EX_CLIENTEDGE};
 }
 
@@ -35,6 +23,16 @@ bool TMemo::Accepts(std::string_view property) const {
   return property == "lines" || property == "scroll" || TEdit::Accepts(property);
 }
 
+std::wstring TMemo::WithLineEnds(std::wstring_view text) {
+  std::wstring result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == L'\n' && (i == 0 || text[i - 1] != L'\r')) result += L'\r';
+    result += text[i];
+  }
+  return result;
+}
+
 void TMemo::SetText(std::string_view text) { Show(WithLineEnds(ToWide(text))); }
 
 void TMemo::SetTextUtf8(std::string_view text) { Show(WithLineEnds(Utf8ToWide(text))); }
@@ -45,11 +43,4 @@ void TMemo::Show(const std::wstring& text) {
   Send(EM_SCROLLCARET);
   // The native control says nothing of a text set as a whole when it has several lines.
   Raise(OnChange);
-}
-
-void TMemo::AddLine(std::string_view line) {
-  const auto end = static_cast<WPARAM>(GetWindowTextLengthW(Handle()));
-  const auto text = (end ? L"\r\n" : L"") + WithLineEnds(ToWide(line));
-  Send(EM_SETSEL, end, static_cast<LPARAM>(end));
-  Send(EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
 }

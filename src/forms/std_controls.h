@@ -91,22 +91,21 @@ class TEdit : public TControl {
   bool Accepts(std::string_view property) const override;
 };
 
-/// A multi-line edit. Line ends are CR LF; a lone LF that is set becomes one. Read-only memos show
-/// a new text from its top.
+/// A multi-line edit. Line ends are CR LF; a lone LF that is set becomes one. A new text shows from
+/// its top. Enter breaks the line, except in read-only memos.
 class TMemo : public TEdit {
  public:
   using TEdit::TEdit;
 
   void SetText(std::string_view text) override;
   void SetTextUtf8(std::string_view text) override;
-  /// Adds a line after the last; costs the same however many there are.
-  void AddLine(std::string_view line);
   void Clear() { SetText({}); }
 
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
   bool Accepts(std::string_view property) const override;
+  static std::wstring WithLineEnds(std::wstring_view text);
 
  private:
   void Show(const std::wstring& text);

@@ -128,6 +128,7 @@ TEST_F(BaseDialog, F1ShowsTheHintUnderTheControlUntilSomethingElseHappens) {
     for (const auto& [name, hint] : hints) {
       SCOPED_TRACE(name);
       form.TabTo(name);
+      form.WaitPainted();  // drawing takes a bubble away
       form.Press(VK_F1);
       EXPECT_EQ(user.WaitForBubble(), hint);
       const RECT bubble = BoundsOf(Bubble());
@@ -142,6 +143,7 @@ TEST_F(BaseDialog, F1ShowsTheHintUnderTheControlUntilSomethingElseHappens) {
     form.ClickFormAt({100, 60});
     user.WaitForNoBubble();
 
+    form.WaitPainted();
     form.Press(VK_F1);
     EXPECT_EQ(user.WaitForBubble(), HelpHint);
     EXPECT_TRUE(HelpServer->Requests().empty());
@@ -151,6 +153,7 @@ TEST_F(BaseDialog, F1ShowsTheHintUnderTheControlUntilSomethingElseHappens) {
 
 TEST_F(BaseDialog, QuestionMarkShowsTheHintOfTheControlAskedAbout) {
   Look([](TScriptedUser& user, TFormDriver& form) {
+    form.WaitPainted();
     form.AskAbout("ButtonCancel");
     EXPECT_EQ(user.WaitForBubble(), CancelHint);
     form.AskAbout("ButtonHelp");
@@ -229,6 +232,7 @@ TEST_F(BaseDialog, ModelessLivesInTheHostsWindowUntilFreed) {
     form.TabTo("ButtonHelp");
     form.Press(VK_SPACE);
     form.TabTo("ButtonOK");
+    form.WaitPainted();
     form.Press(VK_F1);
     EXPECT_EQ(user.WaitForBubble(), OkHint);
     form.CloseBox();

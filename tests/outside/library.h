@@ -29,10 +29,9 @@ class TExport {
 /// The library under test, loaded by its name as a host loads it, and unloaded with this object.
 class TLibrary {
  public:
-  TLibrary() : Module(LoadLibraryA("zefext.dll")) {
+  explicit TLibrary(const std::string& file = "zefext.dll") : Module(LoadLibraryA(file.c_str())) {
     if (!Module)
-      throw std::runtime_error("zefext.dll cannot be loaded: error " +
-                               std::to_string(GetLastError()));
+      throw std::runtime_error(file + " cannot be loaded: error " + std::to_string(GetLastError()));
   }
   TLibrary(const TLibrary&) = delete;
   TLibrary& operator=(const TLibrary&) = delete;
@@ -49,6 +48,12 @@ class TLibrary {
   ZEF_EXPORT(VCLInvokeModalDialog);
   ZEF_EXPORT(VCLInvokeNonModalDialog);
   ZEF_EXPORT(VCLFreeNonModalDialog);
+  ZEF_EXPORT(VCLDialogShow);
+  ZEF_EXPORT(VCLDialogHasChanged);
+  ZEF_EXPORT(VCLDialogClearHasChanged);
+  ZEF_EXPORT(VCLShowHint);
+  ZEF_EXPORT(VCLHideHint);
+  ZEF_EXPORT(VCLShowDebugText);
   ZEF_EXPORT(VCLSyntaxIsMethod);
   ZEF_EXPORT(VCLSyntaxIsConstant);
   ZEF_EXPORT(VCLSyntaxHelpBox);
@@ -56,4 +61,10 @@ class TLibrary {
   ZEF_EXPORT(VCLNewURL);
   ZEF_EXPORT(VCLCmdURL);
 #undef ZEF_EXPORT
+
+  // Under this compiler's names for them; the reference is a pointer in the call.
+  const TExport<HWND(WINAPI*)(void* parent, const char* helpFile, void** view)> CreateExampleView{
+      Module, "_Z17CreateExampleViewPvPKcRP8IUnknown@12"};
+  const TExport<decltype(&::VCLExDlgDlwdGive)> VCLExDlgDlwdGive{
+      Module, "_Z16VCLExDlgDlwdGiveP9IExClass1Pv@8"};
 };

@@ -79,6 +79,12 @@ TEST(BareLibrary, ServesWithoutAHost) {
                          });
 }
 
+constexpr char Database[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?><objects>"
+    "<object name=\"Panier\"><method name=\"Ajouter\"/><data name=\"Total\"/></object>"
+    "<method name=\"Vérifier\"/><list name=\"Jours\"><listconst "
+    "name=\"jrLundi\"/></list></objects>";
+
 class LoadedLibrary : public TOutsideTest {
  protected:
   void UseADialog(const TLibrary& library) {
@@ -99,6 +105,25 @@ TEST_F(LoadedLibrary, IsFreedAnyNumberOfTimesAndServesAgain) {
   }
 }
 
+TEST_F(LoadedLibrary, KnowsTheWordsOfTheDatabaseBesideTheHost) {
+  EXPECT_EQ(Library->VCLSyntaxIsMethod(".Ajouter"), 0);
+  Library->VCLFree();
+  const TDatabaseFile database(Database);
+  const struct {
+    const char* Word;
+    int IsMethod;
+    int IsConstant;
+  } words[] = {{".Ajouter", 1, 0}, {".TOTAL", 1, 0}, {"Ajouter", 0, 0}, {"vérifier", 1, 0},
+               {"JrLundi", 0, 1},  {"Panier", 0, 0}, {"", 0, 0}};
+  for (const auto& [word, isMethod, isConstant] : words) {
+    SCOPED_TRACE(word);
+    EXPECT_EQ(Library->VCLSyntaxIsMethod(Ansi(word).c_str()), isMethod);
+    EXPECT_EQ(Library->VCLSyntaxIsConstant(Ansi(word).c_str()), isConstant);
+  }
+  EXPECT_EQ(Library->VCLSyntaxIsMethod(nullptr), 0);
+  EXPECT_EQ(Library->VCLSyntaxIsConstant(nullptr), 0);
+}
+
 TEST_F(LoadedLibrary, LoadedTwiceStaysUntilTheLastUnload) {
   {
     const TLibrary second;
@@ -109,6 +134,7 @@ TEST_F(LoadedLibrary, LoadedTwiceStaysUntilTheLastUnload) {
 }
 
 TEST_F(LoadedLibrary, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
+  const TDatabaseFile database(Database);
   Library.reset();
   constexpr int WarmUp = 3;  // the system makes and keeps things of its own at first
   constexpr int Rounds = 100;
@@ -118,6 +144,7 @@ TEST_F(LoadedLibrary, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
     const TLibrary library;
     library.VCLSetMainWindowHandle(MainWindow);
     UseADialog(library);
+    EXPECT_EQ(library.VCLSyntaxIsMethod(".ajouter"), 1);
     if (round % 2) library.VCLFree();
   }
   const TCensus late = TCensus::Take();

@@ -114,14 +114,16 @@ TEST(Layout, EveryLayoutOfTheLibraryIsSound) {
     SCOPED_TRACE(name);
     const auto layout = load(name);
     EXPECT_EQ(layout.Form.Name, name);
-    const auto& client = layout.Form.Find("client")->Values;
+    const auto* size =
+        layout.Form.Find("client") ? layout.Form.Find("client") : layout.Form.Find("size");
+    ASSERT_NE(size, nullptr);
     std::set<std::string> tabs;
     for (const auto& control : layout.Controls) {
       SCOPED_TRACE(control.Name);
       if (control.Find("hidden")) continue;
       ASSERT_TRUE(control.Bounds[0] && control.Bounds[1]);
-      EXPECT_LE(*control.Bounds[0] + control.Bounds[2].value_or(0), LayoutNumber(client[0]));
-      EXPECT_LE(*control.Bounds[1] + control.Bounds[3].value_or(0), LayoutNumber(client[1]));
+      EXPECT_LE(*control.Bounds[0] + control.Bounds[2].value_or(0), LayoutNumber(size->Values[0]));
+      EXPECT_LE(*control.Bounds[1] + control.Bounds[3].value_or(0), LayoutNumber(size->Values[1]));
       const auto* tab = control.Find("tab");
       EXPECT_TRUE(!tab || tabs.insert(tab->Values[0]).second);
       const auto* glyph = control.Find("glyph");

@@ -2,6 +2,10 @@
 // each and the log of the host's calls: tour DIRECTORY [STOP]. The exit code is the number of stops
 // that could not be made.
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -84,9 +88,25 @@ void FunctionCall(TTourHost& host) {
   form.TabTo("ListParam");
   form.Press(VK_F1);
   host.User().WaitForBubble();
-  host.PictureOfAll("bubble");
+  host.Picture(host.Window(), "bubble");
   form.Press(VK_ESCAPE);
   form.WaitGone();
+}
+
+/// A new version, offered and downloaded.
+void Update(TTourHost& host) {
+  host.Window().Mnemonic('A');
+  host.User().Press('R');
+  TFormDriver offer = host.User().WaitForForm("TDlgAskDwld");
+  host.Picture(offer, "offer");
+  offer.Click("ButtonOK");
+  offer.WaitGone();
+  TFormDriver download = host.User().WaitForForm("TDlgDwnld");
+  const HWND bar = download.Control("ProgressBar");
+  host.User().WaitUntil("half the file", [&] { return Ask(bar, PBM_GETPOS) >= 50; });
+  host.Picture(download, "download");
+  download.WaitGone();
+  host.Picture(host.Window(), "downloaded");
 }
 
 constexpr TStop Stops[] = {
@@ -94,6 +114,7 @@ constexpr TStop Stops[] = {
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
     {"member", 2, "texte & ", Member},
     {"function", 2, "MsgBox texte", FunctionCall},
+    {"update", 1, "SoldeAu", Update},
 };
 
 bool Make(const TStop& stop, const std::wstring& directory) {

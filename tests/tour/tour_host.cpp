@@ -58,6 +58,8 @@ std::string TTourHost::FileFor(const std::string& name) const {
 }
 
 void TTourHost::Picture(const TFormDriver& form, const std::string& name) {
+  // Out of the way, so that no hint pops up under it.
+  FUser->PointAt({GetSystemMetrics(SM_CXSCREEN) - 2, GetSystemMetrics(SM_CYSCREEN) - 2});
   form.SavePicture(FileFor(name));
 }
 

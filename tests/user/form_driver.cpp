@@ -42,6 +42,14 @@ void TFormDriver::WaitGone() const {
   FUser->WaitUntil("the form to go", [this] { return Gone(); });
 }
 
+void TFormDriver::WaitPainted() const {
+  FUser->Note("wait for the form to be drawn");
+  FUser->WaitUntil("the form to be drawn", [this] {
+    Ask(FForm, WM_NULL);  // by its answer the thread has taken note of what the display uncovered
+    return !GetUpdateRect(FForm, nullptr, FALSE);
+  });
+}
+
 // ---- looking -----------------------------------------------------------------------------------
 
 std::string TFormDriver::Caption() const { return TextOf(FForm); }

@@ -21,6 +21,8 @@ class TFormDriver {
   HWND Control(std::string_view name) const;
   bool Gone() const { return !Exists() || !IsWindowVisible(FForm); }
   void WaitGone() const;
+  /// Nothing of the form itself is left to be drawn. In this process only.
+  void WaitPainted() const;
 
   // ---- looking ----
 

@@ -25,6 +25,8 @@ class TDlgBase : public TForm {
 
  protected:
   void Bind(TFormBinder& binder) override;
+  // The bubble belongs to the window around an embedded dialog, and would outlive it.
+  void WindowDestroyed() override { HideHint(); }
 
   virtual void ButtonHelpClick();
   bool FormHelp(UINT command, int data, bool& callHelp);

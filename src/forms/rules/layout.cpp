@@ -137,6 +137,7 @@ constexpr TPropertyShape kProperties[] = {
     {"show", TToken::Word, 1, {}},
     {"show-hints"},
     {"show-selection"},
+    {"size", TToken::Number, 2, {}},
     {"sorted"},
     {"stay-on-top"},
     {"style", TToken::Word, 1, kStyles},
@@ -145,9 +146,9 @@ constexpr TPropertyShape kProperties[] = {
 };
 
 constexpr std::string_view kKinds[] = {
-    "bitmap-button", "button",      "check-box", "check-list", "combo-box",    "edit",
-    "image-combo",   "label",       "list-box",  "memo",       "progress-bar", "radio-group",
-    "speed-button",  "static-text", "up-down",   "web"};
+    "bitmap-button", "button",       "check-box",   "check-list", "combo-box", "edit",
+    "image-combo",   "label",        "list-box",    "log-memo",   "memo",      "progress-bar",
+    "radio-group",   "speed-button", "static-text", "up-down",    "web"};
 
 class TParser {
  public:

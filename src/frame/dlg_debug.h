@@ -1,0 +1,27 @@
+#pragma once
+
+#include "dialogs/base/dlg_base.h"
+#include "forms/log_memo.h"
+
+/// The debug window: numbered lines of text, on top of all windows. OK hides it, Cancel minimises
+/// it.
+class TDlgDebug : public TDlgBase {
+ public:
+  using TDlgBase::TDlgBase;
+
+  const char* ClassName() const override { return "TDlgDebug"; }
+  void InitDialog() override;
+
+  /// Adds a line under the next number; shows the window when it is hidden.
+  void ShowText(std::string_view text);
+
+ protected:
+  void Bind(TFormBinder& binder) override;
+  void ClearClick();
+  void ButtonOKClick() { Hide(); }
+  void ButtonCancelClick() { Minimize(); }
+
+ private:
+  TLogMemo* Memo = nullptr;
+  int FLineCount = 0;
+};
