@@ -39,6 +39,11 @@ zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext_views.dll zefext_views
 
 add_custom_target(outside_files ALL DEPENDS ${ZEF_OUTSIDE_COPIES})
 
+# The example host's web server serves the tests as well.
+add_library(loopback_server STATIC examples/host/loopback_server.cpp)
+target_include_directories(loopback_server PUBLIC examples/host)
+target_link_libraries(loopback_server PUBLIC zef_options ws2_32)
+
 function(zef_outside_program name)
   add_executable(${name} ${ARGN} ${PROJECT_SOURCE_DIR}/tests/outside/themed.rc)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
@@ -49,7 +54,7 @@ endfunction()
 
 file(GLOB ZEF_OUTSIDE_TESTS CONFIGURE_DEPENDS tests/outside/*.cpp)
 zef_outside_program(outside_tests ${ZEF_OUTSIDE_TESTS})
-target_link_libraries(outside_tests PRIVATE gtest)
+target_link_libraries(outside_tests PRIVATE gtest loopback_server)
 
 # What needs Windows but no window is tested from inside.
 file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
@@ -60,6 +65,7 @@ target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
 zef_outside_program(outside_bench benchmarks/outside/main.cpp ${ZEF_OUTSIDE_BENCHES})
 target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
+target_link_libraries(outside_bench PRIVATE loopback_server winhttp)
 add_library(empty SHARED benchmarks/outside/empty.cpp)
 set_target_properties(empty PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
 target_link_options(empty PRIVATE -s)

@@ -278,3 +278,41 @@ TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
            std::to_wstring(changed) + L", " + std::to_wstring(cancelled));
   return {changed, cancelled != 0};
 }
+
+int TLibrary::AskForDownload(const std::string& current, const std::string& offered,
+                             const std::string& information) {
+  if (!FAskForDownload.Address) return 0;
+  const TRunning running(FRunning);
+  const int answer = FAskForDownload(current.c_str(), offered.c_str(), information.c_str());
+  FLog.Add(L"VCLAskForDownload(" + Quoted(current) + L", " + Quoted(offered) + L", " +
+           Quoted(information) + L") = " + std::to_wstring(answer));
+  return answer;
+}
+
+ZefDialog TLibrary::NewUrl() {
+  ZefDialog dialog = nullptr;
+  if (!FNewUrl.Address) return dialog;
+  const int made = FNewUrl(nullptr, nullptr, &dialog);
+  FLog.Add(L"VCLNewURL() = " + std::to_wstring(made));
+  return dialog;
+}
+
+bool TLibrary::CmdUrl(ZefDialog dialog, signed char command, const std::string& text, int* value) {
+  if (!FCmdUrl.Address) return false;
+  std::string argument = text;
+  const int done = FCmdUrl(dialog, command, text.empty() ? nullptr : argument.data(), value);
+  // Polled all the time, the status of a running download would bury the other calls.
+  const bool polled = value && *value == 0;
+  FLog.Add(L"VCLCmdURL(" + std::to_wstring(command) + L", " + Quoted(text) + L") = " +
+               std::to_wstring(done) + (value ? L", " + std::to_wstring(*value) : L""),
+           polled ? TCallLog::TDetail::Colouring : TCallLog::TDetail::Service);
+  return done != 0;
+}
+
+std::string TLibrary::Md5(const std::string& text) {
+  if (!FMd5.Address) return {};
+  char digest[33] = "";
+  FMd5(digest, text.c_str());
+  FLog.Add(L"MD5(" + std::to_wstring(text.size()) + L" octets) = " + ToWide(digest));
+  return digest;
+}

@@ -72,6 +72,16 @@ class TLibrary {
   /// Not in the log of calls, whose lines it shows.
   void ShowDebugText(const std::string& text);
 
+  /// 1: download now; 0: not now; -1: never this version.
+  int AskForDownload(const std::string& current, const std::string& offered,
+                     const std::string& information);
+  /// A download window, or null; the host's until the command that destroys it.
+  ZefDialog NewUrl();
+  /// False when the library refuses the command.
+  bool CmdUrl(ZefDialog dialog, signed char command, const std::string& text = {},
+              int* value = nullptr);
+  std::string Md5(const std::string& text);
+
  private:
   struct TImport {
     const char* Name;
@@ -124,19 +134,23 @@ class TLibrary {
   TFunctionImport<decltype(&VCLSelectTypOp)> FSelectTypOp{{"VCLSelectTypOp"}};
   TFunctionImport<decltype(&GetRegConf)> FGetRegConf{{"GetRegConf"}};
   TFunctionImport<decltype(&SetRegConf)> FSetRegConf{{"SetRegConf"}};
+  TFunctionImport<decltype(&VCLAskForDownload)> FAskForDownload{{"VCLAskForDownload"}};
+  TFunctionImport<decltype(&VCLNewURL)> FNewUrl{{"VCLNewURL"}};
+  TFunctionImport<decltype(&VCLCmdURL)> FCmdUrl{{"VCLCmdURL"}};
+  TFunctionImport<decltype(&MD5)> FMd5{{"MD5"}};
 
   ZefStringList NewList(const std::vector<std::string>& lines);
   void FreeList(ZefStringList list);
   void Prepared(const std::wstring& call);
 
-  TImport* const FImports[31] = {
+  TImport* const FImports[35] = {
       &FGetVersion,      &FSetMainWindow,  &FSetMainHelpFile, &FFree,       &FIsMethod,
       &FIsConstant,      &FHelpBox,        &FConstHelpBox,    &FTypesBox,   &FGetNewTypes,
       &FInvokeModal,     &FInvokeNonModal, &FFreeNonModal,    &FDialogShow, &FHasChanged,
       &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText,
       &FStringCreate,    &FStringSet,      &FStringGet,       &FStringFree, &FListCreate,
       &FListAdd,         &FListFree,       &FSelectTypOp,     &FGetRegConf, &FSetRegConf,
-      &FSelectDirList};
+      &FSelectDirList,   &FAskForDownload, &FNewUrl,          &FCmdUrl,     &FMd5};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

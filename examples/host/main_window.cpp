@@ -42,7 +42,10 @@ const TMainWindow::TMenu TMainWindow::Menus[5] = {
        "VCLSelectTypOp"},
       {IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, "VCLShowDebugText"},
       {IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
-    {L"&Aide", {{IDM_ABOUT, L"À &propos de ZEF…", &TMainWindow::ShowAbout, nullptr}}},
+    {L"&Aide",
+     {{IDM_UPDATE, L"&Rechercher une mise à jour", &TMainWindow::CheckForUpdate,
+       "VCLAskForDownload"},
+      {IDM_ABOUT, L"À &propos de ZEF…", &TMainWindow::ShowAbout, nullptr}}},
 };
 
 namespace {
@@ -51,6 +54,9 @@ constexpr ACCEL Keys[] = {{FVIRTKEY, VK_F1, IDM_ASSISTANT},
                           {FVIRTKEY, VK_F2, IDM_CONSTANTS},
                           {FVIRTKEY, VK_F3, IDM_TYPES},
                           {FVIRTKEY, VK_F4, IDM_DIRECTORIES}};
+
+constexpr UINT_PTR UpdateTimer = 1;
+constexpr UINT UpdatePollMs = 100;
 
 std::wstring BesideProgram(const wchar_t* name) {
   std::wstring path(32768, L'\0');
@@ -352,6 +358,17 @@ void TMainWindow::FilterEntries() {
 
 void TMainWindow::ClearLog() { FLog.Clear(); }
 
+void TMainWindow::CheckForUpdate() {
+  Tell(FUpdate.Ask(BesideProgram(L"ZEF-nouveau.bin")));
+  if (FUpdate.Downloading()) SetTimer(FHandle, UpdateTimer, UpdatePollMs, nullptr);
+}
+
+void TMainWindow::FollowUpdate() {
+  if (FLibrary.Busy() || !FUpdate.Ended()) return;
+  KillTimer(FHandle, UpdateTimer);
+  Tell(FUpdate.Finish());
+}
+
 void TMainWindow::ShowAbout() {
   std::wstring text = L"ZEF, programme d'exemple de zefext.dll.\n\n";
   if (FLibrary.Has("VCLGetVersion")) {
@@ -407,6 +424,9 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_NOTIFY:
       return Notified(*reinterpret_cast<const NMHDR*>(lParam));
+    case WM_TIMER:
+      FollowUpdate();
+      return 0;
     case WM_CLOSE:
       if (FLibrary.Busy()) return 0;
       FViewWindow.reset();
@@ -415,6 +435,7 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       HideWordHelp();
       FLog.SetTrace({});
       KeepPlace(FLibrary, FHandle);
+      FUpdate.Abort();
       FLibrary.Unload();
       DestroyWindow(FHandle);
       return 0;

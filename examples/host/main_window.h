@@ -14,12 +14,13 @@
 #include "macros.h"
 #include "script_editor.h"
 #include "script_help.h"
+#include "update_check.h"
 
 /// The program's window: the macros in tabs, the script editor, the calls made to the library and a
 /// status bar.
 class TMainWindow {
  public:
-  explicit TMainWindow(TCallLog& log) : FLog(log), FLibrary(log) {}
+  explicit TMainWindow(TCallLog& log) : FLog(log), FLibrary(log), FUpdate(FLibrary) {}
 
   /// False when the window cannot be made.
   bool Create(const TCommandLine& commandLine, int show);
@@ -63,6 +64,8 @@ class TMainWindow {
   void FilterEntries();
   void SwitchTrace();
   void ClearLog();
+  void CheckForUpdate();
+  void FollowUpdate();
   void ShowAbout();
 
   std::string AnsiTypes() const;
@@ -78,6 +81,7 @@ class TMainWindow {
   int FDpi = 96;
   TCallLog& FLog;
   TLibrary FLibrary;
+  TUpdateCheck FUpdate;
   TScriptEditor FEditor;
   std::vector<TMacro> FMacros;
   int FMacro = -1;

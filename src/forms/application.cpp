@@ -33,24 +33,34 @@ void TApplication::Retire(std::unique_ptr<TForm> form) {
   for (auto each = modal; each != FModalForms.end(); ++each) (*each)->Abandon();
   std::erase(FForms, form.get());
   form->Hide();
+  form->Retired();
   if (FCallDepth > 0) FRetired.push_back(std::move(form));
 }
 
-TForm& TApplication::Keep(std::unique_ptr<TForm> form) {
-  FHostForms.push_back(std::move(form));
-  return *FHostForms.back();
+TForm& TApplication::Keep(std::unique_ptr<TForm> form, const TForm* owner) {
+  FHostForms.push_back({std::move(form), owner});
+  return *FHostForms.back().Form;
 }
 
 std::unique_ptr<TForm> TApplication::Take(const TForm& form) {
-  const auto found = std::ranges::find(FHostForms, &form, &std::unique_ptr<TForm>::get);
+  const auto found =
+      std::ranges::find_if(FHostForms, [&](const auto& kept) { return kept.Form.get() == &form; });
   if (found == FHostForms.end()) return nullptr;
-  auto taken = std::move(*found);
+  auto taken = std::move(found->Form);
   FHostForms.erase(found);
   return taken;
 }
 
 void TApplication::ReleaseHostForms() {
-  while (!FHostForms.empty()) Retire(Take(*FHostForms.back()));
+  while (!FHostForms.empty()) Retire(Take(*FHostForms.back().Form));
+}
+
+void TApplication::ReleaseOwnedBy(const TForm& owner) {
+  while (true) {
+    const auto owned = std::ranges::find(FHostForms, &owner, &THostForm::Owner);
+    if (owned == FHostForms.end()) return;
+    Retire(Take(*owned->Form));
+  }
 }
 
 void TApplication::HelpCommand(UINT command, ULONG_PTR data) const {

@@ -35,8 +35,9 @@ class TApplication {
   /// it has returned. The form is closed and no longer live from this call on.
   void Retire(std::unique_ptr<TForm> form);
 
-  /// Forms that the host holds by their handles, until it gives them back.
-  TForm& Keep(std::unique_ptr<TForm> form);
+  /// Forms that the host holds by their handles, until it gives them back or their owner, if any,
+  /// is destroyed.
+  TForm& Keep(std::unique_ptr<TForm> form, const TForm* owner = nullptr);
   /// Out of that keeping; null when the form was not in it.
   std::unique_ptr<TForm> Take(const TForm& form);
   /// Destroys what the host never gave back.
@@ -53,7 +54,14 @@ class TApplication {
   std::string FHelpFile;
   std::vector<TForm*> FForms;
   std::vector<TForm*> FModalForms;  ///< in the order their modal runs began
-  std::vector<std::unique_ptr<TForm>> FHostForms;
+  struct THostForm {
+    std::unique_ptr<TForm> Form;
+    const TForm* Owner;
+  };
+
+  void ReleaseOwnedBy(const TForm& owner);
+
+  std::vector<THostForm> FHostForms;
   std::vector<std::unique_ptr<TForm>> FRetired;
   int FCallDepth = 0;
 };

@@ -78,6 +78,9 @@ class TControl : public TComponent {
   virtual bool HandleNotify(const NMHDR& /*header*/, LRESULT& /*result*/) { return false; }
   /// WM_HSCROLL or WM_VSCROLL from this control.
   virtual void HandleScroll() {}
+  /// A key for a window of this control in a modal form, before the form looks at it; true when it
+  /// is used up.
+  virtual bool TranslateKey(const MSG& /*message*/) { return false; }
   /// WM_DRAWITEM for this control.
   virtual void Draw(const DRAWITEMSTRUCT& /*item*/) const {}
   virtual void SetFont(HFONT font);

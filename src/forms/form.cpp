@@ -9,6 +9,7 @@
 
 TForm::~TForm() {
   std::erase(Application().FForms, this);
+  Application().ReleaseOwnedBy(*this);
   // The handlers belong to the derived classes, which are gone already.
   FDying = true;
   if (FHandle) DestroyWindow(FHandle);

@@ -146,6 +146,9 @@ class TForm : public TComponent {
   TButton* DefaultButton() const { return FDefaultButton; }
   /// Ends a modal run as soon as it gets the word: used when the form is freed under its caller.
   void Abandon();
+  /// The form is no longer live, but calls in progress may put its destruction off: what runs on
+  /// its behalf is to stop now.
+  virtual void Retired() {}
 
  protected:
   struct TCreateParams {
@@ -184,6 +187,7 @@ class TForm : public TComponent {
   void ArrangeControls();
   void FocusFirst(TControl* first);
   void RunModal(const TModalState& state);
+  bool TranslateKey(const MSG& message) const;
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
   bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
   void HandleCommand(WPARAM wParam, LPARAM lParam);

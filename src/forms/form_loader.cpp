@@ -10,6 +10,7 @@
 #include "forms/log_memo.h"
 #include "forms/resource.h"
 #include "forms/std_controls.h"
+#include "forms/web_view.h"
 #include "forms/window_class.h"
 #include "platform/code_page.h"
 
@@ -42,6 +43,7 @@ constexpr TKind kKinds[] = {
     {"speed-button", Make<TSpeedButton>},
     {"static-text", Make<TStaticText>},
     {"up-down", Make<TUpDown>},
+    {"web", Make<TWebView>},
 };
 
 /// The layout of a class over those of the classes it inherits.

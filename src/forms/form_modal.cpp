@@ -44,11 +44,17 @@ void TForm::RunModal(const TModalState& state) {
       FModalResult = mrCancel;
       return;
     }
-    if (!FHandle || !IsDialogMessageW(FHandle, &message)) {
+    if (!TranslateKey(message) && (!FHandle || !IsDialogMessageW(FHandle, &message))) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }
   }
+}
+
+bool TForm::TranslateKey(const MSG& message) const {
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+  TControl* control = FindControl(message.hwnd);
+  return control && control->TranslateKey(message);
 }
 
 void TForm::Abandon() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/code_page.h"
+#include "platform/com_ptr.h"
 #include "platform/system_library.h"
 #include "text/xml_prolog.h"
 
@@ -23,12 +24,6 @@ constexpr GUID kSaxContentHandlerInterface = {
     0x1545cdfa, 0x9e4e, 0x4497, {0xa8, 0xa4, 0x2b, 0xf7, 0xd0, 0x11, 0x2c, 0x44}};
 constexpr GUID kSaxLexicalHandlerInterface = {
     0x7f85d5f5, 0x47a8, 0x4497, {0xbd, 0xa5, 0x84, 0xba, 0x04, 0x81, 0x9e, 0xa6}};
-
-struct TReleaser {
-  void operator()(IUnknown* object) const { object->Release(); }
-};
-template <class TInterface>
-using TComPtr = std::unique_ptr<TInterface, TReleaser>;
 
 struct THandleCloser {
   using pointer = HANDLE;

@@ -78,6 +78,9 @@ class TLibrary {
   ZEF_EXPORT(VCLSyntaxHelpBox);
   ZEF_EXPORT(VCLSelectTypOp);
   ZEF_EXPORT(VCLSelectDirList);
+  ZEF_EXPORT(VCLAskForDownload);
+  ZEF_EXPORT(VCLNewURL);
+  ZEF_EXPORT(VCLCmdURL);
 #undef ZEF_EXPORT
 
   // Under this compiler's names for them; the reference is a pointer in the call.

@@ -2,6 +2,10 @@
 // each and the log of the host's calls: tour DIRECTORY [STOP]. The exit code is the number of stops
 // that could not be made.
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -270,6 +274,22 @@ void Directories(TTourHost& host) {
   form.WaitGone();
 }
 
+/// A new version, offered and downloaded.
+void Update(TTourHost& host) {
+  host.Window().Mnemonic('A');
+  host.User().Press('R');
+  TFormDriver offer = host.User().WaitForForm("TDlgAskDwld");
+  host.Picture(offer, "offer");
+  offer.Click("ButtonOK");
+  offer.WaitGone();
+  TFormDriver download = host.User().WaitForForm("TDlgDwnld");
+  const HWND bar = download.Control("ProgressBar");
+  host.User().WaitUntil("half the file", [&] { return Ask(bar, PBM_GETPOS) >= 50; });
+  host.Picture(download, "download");
+  download.WaitGone();
+  host.Picture(host.Window(), "downloaded");
+}
+
 constexpr TStop Stops[] = {
     {"directories", 1, "", Directories},
     {"assistant", 1, "SoldeAu(Date, zefPointee", Assistant},
@@ -280,6 +300,7 @@ constexpr TStop Stops[] = {
     {"bubble", 2, "MsgBox texte", Bubble},
     {"filter", 1, "SoldeAu(", Filter},
     {"place", 1, "SoldeAu(", Place},
+    {"update", 1, "SoldeAu", Update},
 };
 
 bool Make(const TStop& stop, const std::wstring& directory) {

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/signal.h"
+
+/// Waits as TSignal::Wait does, on the user-interface thread, whose windows are repainted meanwhile
+/// and which answers what other threads send; progress that workers report to our bars is shown.
+/// Input and all else stay in the queue.
+bool WaitPainting(const TSignal& signal, unsigned ms);
+
+/// As a time to wait: for ever.
+constexpr unsigned kForEver = ~0u;

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+/// The full path of a file that is named in the ANSI code page, from the current directory of now.
+std::wstring FullPath(std::string_view name);
+
+/// A new content for a file, written beside it and put in its place only when it is whole. Until
+/// then the old content stays, and an object that is given up leaves nothing behind. One thread at
+/// a time.
+class TReplacementFile {
+ public:
+  /// The full path of the file to replace or make.
+  explicit TReplacementFile(std::wstring target) : FTarget(std::move(target)) {}
+  TReplacementFile(const TReplacementFile&) = delete;
+  TReplacementFile& operator=(const TReplacementFile&) = delete;
+  ~TReplacementFile();
+
+  /// Starts the new content, and clears away what programs that were killed left of theirs. False
+  /// when there can be no file.
+  bool Create();
+  bool Write(std::span<const char> data);
+  /// Has the system write to the disk all that it holds back; may take its time.
+  bool Flush();
+  /// Puts the new content in place.
+  bool Replace();
+
+ private:
+  std::wstring FTarget;
+  std::wstring FPath;  ///< of the new content; empty when there is none
+  void* FHandle = nullptr;
+};

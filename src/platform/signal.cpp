@@ -1,0 +1,16 @@
+#include "platform/signal.h"
+
+#include <windows.h>
+
+#include <stdexcept>
+
+TSignal::TSignal(TReset reset)
+    : FHandle(CreateEventW(nullptr, reset == TReset::Never, FALSE, nullptr)) {
+  if (!FHandle) throw std::runtime_error("no event");
+}
+
+TSignal::~TSignal() { CloseHandle(FHandle); }
+
+void TSignal::Set() const { SetEvent(FHandle); }
+
+bool TSignal::Wait(unsigned ms) const { return WaitForSingleObject(FHandle, ms) == WAIT_OBJECT_0; }
