@@ -111,8 +111,6 @@ void Dialogs(TTourHost& host) {
   choose('B', 'N');
   TFormDriver modeless = user.WaitForForm("TDlgBase");
   modeless.TabTo("ButtonHelp");
-  user.Press(VK_F1);
-  user.WaitForBubble();
   host.PictureOfAll("modeless");
   TFormDriver(user, GetParent(modeless.Handle())).CloseBox();
   modeless.WaitGone();
