@@ -224,6 +224,19 @@ void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result);
  *           none of the assistant's functions was called yet */
 unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
 
+/* ---- Accounts directories ------------------------------------------------------------------- */
+
+/* Opens one of the user's accounts directories: makes it the process's current directory. Without
+ * showing anything when it can, else in a dialog where the user chooses, adds, renames, removes and
+ * moves directories. The list is the current user's, in the settings (SetRegConf).
+ *   name       the entry to open; empty or null is the default one
+ *   showList   1 to show the dialog in any case
+ *   cancelled  receives 1 when the user left the dialog without choosing, else 0
+ * Returns 1 when the current directory has changed, so that files must be opened anew, else 0. The
+ * directory may have changed although the user cancelled: a move of the current one is not undone.
+ * A call while the dialog is open is answered as cancelled. */
+int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList, unsigned char* cancelled);
+
 /* ---- Filter -------------------------------------------------------------------------------- */
 
 /* Lets the user choose the operation type to filter entries by, and for the type "CB/Chq" a card or

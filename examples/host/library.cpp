@@ -268,3 +268,13 @@ void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int ma
 void TLibrary::ShowDebugText(const std::string& text) {
   if (FShowDebugText.Address) FShowDebugText(text.c_str());
 }
+
+TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
+  if (!FSelectDirList.Address) return {};
+  const TRunning running(FRunning);
+  unsigned char cancelled = 0;
+  const bool changed = FSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
+  FLog.Add(L"VCLSelectDirList(\"\", " + std::to_wstring(showList) + L") = " +
+           std::to_wstring(changed) + L", " + std::to_wstring(cancelled));
+  return {changed, cancelled != 0};
+}

@@ -29,6 +29,13 @@ class TLibrary {
   /// Whether one of its dialogs is open; the library must not be unloaded then.
   bool Busy() const { return FRunning > 0; }
 
+  struct TDirectoryChoice {
+    bool Changed = false;  ///< the current directory is another one now
+    bool Cancelled = false;
+  };
+  /// Opens the default accounts directory, without a window when there is one, or shows the list.
+  TDirectoryChoice SelectDirectory(bool showList);
+
   unsigned long Version();
   bool IsMethod(const std::string& word);
   bool IsConstant(const std::string& word);
@@ -91,6 +98,7 @@ class TLibrary {
       {"VCLSyntaxTypesBox"}};
   TFunctionImport<unsigned char(ZEFEXT_API*)(const char** types)> FGetNewTypes{
       {"VCLSyntaxGetNewTypes"}};
+  TFunctionImport<decltype(&VCLSelectDirList)> FSelectDirList{{"VCLSelectDirList"}};
 
   TFunctionImport<decltype(&VCLInvokeModalDialog)> FInvokeModal{{"VCLInvokeModalDialog"}};
   TFunctionImport<decltype(&VCLInvokeNonModalDialog)> FInvokeNonModal{{"VCLInvokeNonModalDialog"}};
@@ -121,13 +129,14 @@ class TLibrary {
   void FreeList(ZefStringList list);
   void Prepared(const std::wstring& call);
 
-  TImport* const FImports[30] = {
+  TImport* const FImports[31] = {
       &FGetVersion,      &FSetMainWindow,  &FSetMainHelpFile, &FFree,       &FIsMethod,
       &FIsConstant,      &FHelpBox,        &FConstHelpBox,    &FTypesBox,   &FGetNewTypes,
       &FInvokeModal,     &FInvokeNonModal, &FFreeNonModal,    &FDialogShow, &FHasChanged,
       &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText,
       &FStringCreate,    &FStringSet,      &FStringGet,       &FStringFree, &FListCreate,
-      &FListAdd,         &FListFree,       &FSelectTypOp,     &FGetRegConf, &FSetRegConf};
+      &FListAdd,         &FListFree,       &FSelectTypOp,     &FGetRegConf, &FSetRegConf,
+      &FSelectDirList};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

@@ -24,7 +24,11 @@ struct TMainWindow::TMenu {
 };
 
 const TMainWindow::TMenu TMainWindow::Menus[5] = {
-    {L"&Fichier", {{IDM_QUIT, L"&Quitter\tAlt+F4", &TMainWindow::Quit, nullptr}}},
+    {L"&Fichier",
+     {{IDM_DIRECTORIES, L"&Répertoire des comptes…\tF4", &TMainWindow::RunDirectories,
+       "VCLSelectDirList"},
+      {0, nullptr, nullptr, nullptr},
+      {IDM_QUIT, L"&Quitter\tAlt+F4", &TMainWindow::Quit, nullptr}}},
     {L"&Macro",
      {{IDM_ASSISTANT, L"&Assistant objet…\tF1", &TMainWindow::RunAssistant, "VCLSyntaxHelpBox"},
       {IDM_CONSTANTS, L"&Constantes…\tF2", &TMainWindow::RunConstants, "VCLSyntaxConstHelpBox"},
@@ -45,12 +49,19 @@ namespace {
 
 constexpr ACCEL Keys[] = {{FVIRTKEY, VK_F1, IDM_ASSISTANT},
                           {FVIRTKEY, VK_F2, IDM_CONSTANTS},
-                          {FVIRTKEY, VK_F3, IDM_TYPES}};
+                          {FVIRTKEY, VK_F3, IDM_TYPES},
+                          {FVIRTKEY, VK_F4, IDM_DIRECTORIES}};
 
 std::wstring BesideProgram(const wchar_t* name) {
   std::wstring path(32768, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
   return path.substr(0, path.find_last_of(L'\\') + 1) + name;
+}
+
+std::wstring CurrentDirectory() {
+  std::wstring path(32768, L'\0');
+  path.resize(GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data()));
+  return path;
 }
 
 HMENU ControlId(int id) { return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)); }
@@ -82,6 +93,7 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
   ShowMacro(macro);
   ShowWindow(FHandle, PutBackPlace(FLibrary, FHandle, show));
   SetFocus(FEditor.Handle());
+  OpenDirectory(false);
   if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
   return true;
 }
@@ -195,8 +207,13 @@ void TMainWindow::ShowMacro(int index) {
   SendMessageW(FTabs, TCM_SETCURSEL, static_cast<WPARAM>(FMacro), 0);
   FEditor.SetText(shown.Text);
   FEditor.SetPosition(shown.Position);
-  SetWindowTextW(FHandle, (L"ZEF - " + shown.Title).c_str());
+  ShowTitle();
   ShowPosition();
+}
+
+void TMainWindow::ShowTitle() {
+  const std::wstring& macro = FMacros[static_cast<std::size_t>(FMacro)].Title;
+  SetWindowTextW(FHandle, (L"ZEF - " + macro + L" - " + CurrentDirectory()).c_str());
 }
 
 void TMainWindow::ShowPosition() {
@@ -225,6 +242,21 @@ void TMainWindow::RunCommand(int id) {
 }
 
 void TMainWindow::Quit() { SendMessageW(FHandle, WM_CLOSE, 0, 0); }
+
+void TMainWindow::RunDirectories() {
+  OpenDirectory(true);
+  SetFocus(FEditor.Handle());
+}
+
+void TMainWindow::OpenDirectory(bool showList) {
+  const TLibrary::TDirectoryChoice choice = FLibrary.SelectDirectory(showList);
+  ShowTitle();
+  if (choice.Changed) {
+    Tell(L"Répertoire des comptes ouvert");
+  } else if (choice.Cancelled) {
+    Tell(L"Le répertoire des comptes n'a pas changé.");
+  }
+}
 
 void TMainWindow::RunAssistant() {
   const auto [line, column] = FEditor.Position();

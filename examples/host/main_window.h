@@ -41,12 +41,16 @@ class TMainWindow {
   int Scale(int pixels) const;
 
   void ShowMacro(int index);
+  void ShowTitle();
   void ShowPosition();
   void Tell(const std::wstring& message);
   void RunCommand(int id);
   bool Available(const TCommand& command) const;
 
   void Quit();
+  void RunDirectories();
+  /// The default accounts directory, or the one that the user chooses from the list.
+  void OpenDirectory(bool showList);
   void RunAssistant();
   void RunConstants();
   void RunTypes();

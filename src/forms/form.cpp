@@ -51,6 +51,7 @@ void TForm::Close() {
 }
 
 void TForm::BringToFront() {
+  if (!Visible()) return;
   SetForegroundWindow(FHandle);
   BringWindowToTop(FHandle);
 }

@@ -77,6 +77,7 @@ class TLibrary {
   ZEF_EXPORT(VCLSyntaxIsConstant);
   ZEF_EXPORT(VCLSyntaxHelpBox);
   ZEF_EXPORT(VCLSelectTypOp);
+  ZEF_EXPORT(VCLSelectDirList);
 #undef ZEF_EXPORT
 
   // Under this compiler's names for them; the reference is a pointer in the call.

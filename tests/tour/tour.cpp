@@ -216,7 +216,62 @@ void Place(TTourHost& host) {
   Expect(EqualRect(&found, &other), "the place where the window was left");
 }
 
+constexpr wchar_t SettingsKey[] = L"Software\\KAVEN\\ZEF";
+
+void SetSetting(const wchar_t* name, const std::wstring& value) {
+  RegSetKeyValueW(HKEY_CURRENT_USER, SettingsKey, name, REG_SZ, value.c_str(),
+                  static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+}
+
+/// A user's list of one accounts directory, which opens by itself, or none at all.
+void KeepDirectories(const std::wstring& directory) {
+  RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
+  if (directory.empty()) return;
+  SetSetting(L"DirAliasName0", L"Comptes de la visite");
+  SetSetting(L"DirAliasPath0", directory);
+  SetSetting(L"DirAliasDefault", L"Comptes de la visite");
+  SetSetting(L"NbDirAlias", L"1");
+}
+
+void AddDirectory(TTourHost& host, TFormDriver& form, const char* name, const char* path) {
+  form.Click("BtnAdd");
+  TFormDriver box = host.User().WaitForForm("TInputBox");
+  box.Type(name);
+  host.Picture(box, "name");
+  box.Press(VK_RETURN);
+  box.WaitGone();
+  form.Fill("EditRep", path);
+}
+
+/// The first start: there is no accounts directory yet, one is added and opened. Then the list from
+/// the menu.
+void Directories(TTourHost& host) {
+  TFormDriver form = host.User().WaitForForm("TDlgDirSelect");
+  host.Picture(form, "empty");
+  AddDirectory(host, form, "Maison", "C:\\users");
+  AddDirectory(host, form, "Association", "C:\\windows");
+  host.Picture(form, "filled");
+  form.Click("BtnBrowse");
+  TFormDriver picker = host.User().WaitForMessageBox("Rechercher un dossier");
+  host.User().WaitUntil("the folder", [&] { return picker.Text("#14149") == "windows"; });
+  host.PictureOfAll("picker");
+  picker.Click("#2");
+  picker.WaitGone();
+  form.Select("ListRep", "Maison");
+  form.Click("ButtonOK");
+  form.WaitGone();
+  host.User().WaitUntil("the directory in the title",
+                        [&] { return host.Window().Caption().ends_with("C:\\users"); });
+  host.Picture(host.Window(), "opened");
+  host.User().Press(VK_F4);
+  form = host.User().WaitForForm("TDlgDirSelect");
+  host.Picture(form, "again");
+  form.Press(VK_ESCAPE);
+  form.WaitGone();
+}
+
 constexpr TStop Stops[] = {
+    {"directories", 1, "", Directories},
     {"assistant", 1, "SoldeAu(Date, zefPointee", Assistant},
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
     {"member", 2, "texte & ", Member},
@@ -230,10 +285,12 @@ constexpr TStop Stops[] = {
 bool Make(const TStop& stop, const std::wstring& directory) {
   std::printf("%s\n", stop.Name);
   std::fflush(stdout);
+  const bool firstStart = stop.Make == Directories;
+  KeepDirectories(firstStart ? L"" : directory);
   try {
     TTourHost host(directory, stop.Name, L"--script " + std::to_wstring(stop.Script));
     try {
-      host.GoTo(stop.Text);
+      if (!firstStart) host.GoTo(stop.Text);
       stop.Make(host);
       host.Quit();
       return true;
