@@ -5,6 +5,7 @@
 #include <random>
 
 #include "outside/host_strings.h"
+#include "user/window.h"
 
 namespace {
 
@@ -65,10 +66,7 @@ TEST_F(Strings, HoldTextsOfAnyLength) {
 
   std::string every;
   for (int byte = 1; byte < 256; ++byte) every += static_cast<char>(byte);
-  const std::string texts[] = {
-      "Cr\xE9"
-      "dit",
-      every, std::string(5'000'000, 'x'), "", "a"};
+  const std::string texts[] = {Ansi("Crédit"), every, std::string(5'000'000, 'x'), "", "a"};
   for (const auto& text : texts) {
     string.Set(text.c_str());
     EXPECT_TRUE(string.Text() == text) << text.size() << " bytes";
@@ -248,9 +246,7 @@ TEST_F(Strings, IndexPastTheEndRaisesWhatAnyHostCanCatch) {
 }
 
 TEST_F(Strings, ParametersAreFoundSetAndRemovedByName) {
-  const std::string start =
-      "pr\xE9nom=L\xE9"
-      "a,ville=Nice=06,seul,ville=Lyon,vide=";
+  const std::string start = "prénom=Léa,ville=Nice=06,seul,ville=Lyon,vide=";
   const struct {
     TLetterCase LetterCase;
     const char* Name;
@@ -258,35 +254,28 @@ TEST_F(Strings, ParametersAreFoundSetAndRemovedByName) {
     const char* Set;
     const char* CommaText;
   } cases[] = {
-      {TLetterCase::Ignored, "PR\xC9NOM",
-       "L\xE9"
-       "a",
-       "Zo\xE9", "pr\xE9nom=Zo\xE9,ville=Nice=06,seul,ville=Lyon,vide="},
+      {TLetterCase::Ignored, "PRÉNOM", "Léa", "Zoé",
+       "prénom=Zoé,ville=Nice=06,seul,ville=Lyon,vide="},
       {TLetterCase::Told, "Ville", "", "Metz",
-       "pr\xE9nom=L\xE9"
-       "a,ville=Nice=06,seul,ville=Lyon,vide=,Ville=Metz"},
-      {TLetterCase::Ignored, "ville", "Nice=06", "",
-       "pr\xE9nom=L\xE9"
-       "a,seul,ville=Lyon,vide="},
+       "prénom=Léa,ville=Nice=06,seul,ville=Lyon,vide=,Ville=Metz"},
+      {TLetterCase::Ignored, "ville", "Nice=06", "", "prénom=Léa,seul,ville=Lyon,vide="},
       {TLetterCase::Ignored, "seul", "", "1",
-       "pr\xE9nom=L\xE9"
-       "a,ville=Nice=06,seul,ville=Lyon,vide=,seul=1"},
+       "prénom=Léa,ville=Nice=06,seul,ville=Lyon,vide=,seul=1"},
       {TLetterCase::Ignored, "vide", "", "plein",
-       "pr\xE9nom=L\xE9"
-       "a,ville=Nice=06,seul,ville=Lyon,vide=plein"},
+       "prénom=Léa,ville=Nice=06,seul,ville=Lyon,vide=plein"},
       {TLetterCase::Ignored, "inconnu", "", "", start.c_str()},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.Name);
     THostList list(Library, TSorting::InOrderOfArrival, c.LetterCase);
-    list.SetCommaText(start);
-    const THostString name(Library, c.Name);
+    list.SetCommaText(Ansi(start));
+    const THostString name(Library, Ansi(c.Name).c_str());
     const THostString value(Library, "avant");
     Library.VCLStringListGetParam(list.Handle(), name.Handle(), value.Handle());
-    EXPECT_EQ(value.Text(), c.Found);
-    const THostString set(Library, c.Set);
+    EXPECT_EQ(FromAnsi(value.Text()), c.Found);
+    const THostString set(Library, Ansi(c.Set).c_str());
     Library.VCLStringListSetParam(list.Handle(), name.Handle(), set.Handle());
-    EXPECT_EQ(list.CommaText(), c.CommaText);
+    EXPECT_EQ(FromAnsi(list.CommaText()), c.CommaText);
   }
 }
 
