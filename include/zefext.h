@@ -235,8 +235,7 @@ unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
  * Returns 1 when the current directory has changed, so that files must be opened anew, else 0. The
  * directory may have changed although the user cancelled: a move of the current one is not undone.
  * A call while the dialog is open is answered as cancelled. */
-int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList,
-                                unsigned char* cancelled);
+int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList, unsigned char* cancelled);
 
 /* ---- Filter -------------------------------------------------------------------------------- */
 
