@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "call_log.h"
 #include "zefext.h"
@@ -46,6 +48,30 @@ class TLibrary {
   /// The variable types as the last dialog changed them, or nothing when it did not.
   std::optional<std::string> SyntaxNewTypes();
 
+  bool InvokeModalDialog();
+  /// A dialog inside the parent; null when there is none.
+  ZefDialog OpenDialog(HWND parent);
+  void FreeDialog(ZefDialog dialog);
+  /// A view inside the parent, still hidden, and its handle; it goes with the parent.
+  HWND CreateView(HWND parent, ZefDialog& view);
+  void GiveToView(ZefDialog view, IExClass1* services);
+  void ShowView(ZefDialog view);
+  bool ViewChanged(ZefDialog view);
+  void ClearViewChanged(ZefDialog view);
+
+  /// The type, card or cheque book that the user chose; nothing when the filter is to go.
+  std::optional<std::string> SelectTypOp(const std::vector<std::string>& types,
+                                         const std::vector<std::string>& cards,
+                                         const std::string& selection);
+
+  /// A setting of the current user; empty when there is none or it is longer than a line.
+  std::string Setting(const std::string& name);
+  void KeepSetting(const std::string& name, const std::string& value);
+
+  void ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth);
+  /// Not in the log of calls, whose lines it shows.
+  void ShowDebugText(const std::string& text);
+
  private:
   struct TImport {
     const char* Name;
@@ -54,8 +80,8 @@ class TLibrary {
   template <class TFunction>
   struct TFunctionImport : TImport {
     template <class... TArguments>
-    auto operator()(TArguments... arguments) const {
-      return reinterpret_cast<TFunction>(Address)(arguments...);
+    auto operator()(TArguments&&... arguments) const {
+      return reinterpret_cast<TFunction>(Address)(std::forward<TArguments>(arguments)...);
     }
   };
 
@@ -74,9 +100,43 @@ class TLibrary {
       {"VCLSyntaxGetNewTypes"}};
   TFunctionImport<decltype(&VCLSelectDirList)> FSelectDirList{{"VCLSelectDirList"}};
 
-  TImport* const FImports[11] = {&FGetVersion, &FSetMainWindow, &FSetMainHelpFile, &FFree,
-                                 &FIsMethod,   &FIsConstant,    &FHelpBox,         &FConstHelpBox,
-                                 &FTypesBox,   &FGetNewTypes,   &FSelectDirList};
+  TFunctionImport<decltype(&VCLInvokeModalDialog)> FInvokeModal{{"VCLInvokeModalDialog"}};
+  TFunctionImport<decltype(&VCLInvokeNonModalDialog)> FInvokeNonModal{{"VCLInvokeNonModalDialog"}};
+  TFunctionImport<decltype(&VCLFreeNonModalDialog)> FFreeNonModal{{"VCLFreeNonModalDialog"}};
+  TFunctionImport<decltype(&VCLDialogShow)> FDialogShow{{"VCLDialogShow"}};
+  TFunctionImport<decltype(&VCLDialogHasChanged)> FHasChanged{{"VCLDialogHasChanged"}};
+  TFunctionImport<decltype(&VCLDialogClearHasChanged)> FClearHasChanged{
+      {"VCLDialogClearHasChanged"}};
+  // Exported as C++ compilers decorate them; these are the names that this one gives them.
+  TFunctionImport<decltype(&CreateExampleView)> FCreateView{
+      {"_Z17CreateExampleViewPvPKcRP8IUnknown@12"}};
+  TFunctionImport<decltype(&VCLExDlgDlwdGive)> FGiveToView{{"_Z16VCLExDlgDlwdGiveP9IExClass1Pv@8"}};
+  TFunctionImport<decltype(&VCLShowHint)> FShowHint{{"VCLShowHint"}};
+  TFunctionImport<decltype(&VCLShowDebugText)> FShowDebugText{{"VCLShowDebugText"}};
+
+  TFunctionImport<decltype(&VCLAnsiStringCreate)> FStringCreate{{"VCLAnsiStringCreate"}};
+  TFunctionImport<decltype(&VCLAnsiStringSet)> FStringSet{{"VCLAnsiStringSet"}};
+  TFunctionImport<decltype(&VCLAnsiStringGet)> FStringGet{{"VCLAnsiStringGet"}};
+  TFunctionImport<decltype(&VCLAnsiStringFree)> FStringFree{{"VCLAnsiStringFree"}};
+  TFunctionImport<decltype(&VCLStringListCreate)> FListCreate{{"VCLStringListCreate"}};
+  TFunctionImport<decltype(&VCLStringListAdd)> FListAdd{{"VCLStringListAdd"}};
+  TFunctionImport<decltype(&VCLStringListFree)> FListFree{{"VCLStringListFree"}};
+  TFunctionImport<decltype(&VCLSelectTypOp)> FSelectTypOp{{"VCLSelectTypOp"}};
+  TFunctionImport<decltype(&GetRegConf)> FGetRegConf{{"GetRegConf"}};
+  TFunctionImport<decltype(&SetRegConf)> FSetRegConf{{"SetRegConf"}};
+
+  ZefStringList NewList(const std::vector<std::string>& lines);
+  void FreeList(ZefStringList list);
+  void Prepared(const std::wstring& call);
+
+  TImport* const FImports[31] = {
+      &FGetVersion,      &FSetMainWindow,  &FSetMainHelpFile, &FFree,       &FIsMethod,
+      &FIsConstant,      &FHelpBox,        &FConstHelpBox,    &FTypesBox,   &FGetNewTypes,
+      &FInvokeModal,     &FInvokeNonModal, &FFreeNonModal,    &FDialogShow, &FHasChanged,
+      &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText,
+      &FStringCreate,    &FStringSet,      &FStringGet,       &FStringFree, &FListCreate,
+      &FListAdd,         &FListFree,       &FSelectTypOp,     &FGetRegConf, &FSetRegConf,
+      &FSelectDirList};
 
   TCallLog& FLog;
   HMODULE FModule = nullptr;

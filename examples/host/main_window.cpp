@@ -8,6 +8,7 @@
 
 #include "ansi.h"
 #include "commands.h"
+#include "window_place.h"
 
 // A command whose export the library lacks is greyed; a service that arrives takes one line here.
 struct TMainWindow::TCommand {
@@ -22,7 +23,7 @@ struct TMainWindow::TMenu {
   std::vector<TCommand> Commands;
 };
 
-const TMainWindow::TMenu TMainWindow::Menus[4] = {
+const TMainWindow::TMenu TMainWindow::Menus[5] = {
     {L"&Fichier",
      {{IDM_DIRECTORIES, L"&Répertoire des comptes…\tF4", &TMainWindow::RunDirectories,
        "VCLSelectDirList"},
@@ -32,7 +33,15 @@ const TMainWindow::TMenu TMainWindow::Menus[4] = {
      {{IDM_ASSISTANT, L"&Assistant objet…\tF1", &TMainWindow::RunAssistant, "VCLSyntaxHelpBox"},
       {IDM_CONSTANTS, L"&Constantes…\tF2", &TMainWindow::RunConstants, "VCLSyntaxConstHelpBox"},
       {IDM_TYPES, L"&Types des variables…\tF3", &TMainWindow::RunTypes, "VCLSyntaxTypesBox"}}},
-    {L"&Outils", {{IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
+    {L"&Boîtes",
+     {{IDM_MODAL, L"Boîte &modale…", &TMainWindow::RunModalDialog, "VCLInvokeModalDialog"},
+      {IDM_MODELESS, L"Boîte &non modale", &TMainWindow::OpenDialog, "VCLInvokeNonModalDialog"},
+      {IDM_VIEW, L"&Vue incorporée", &TMainWindow::OpenView, "VCLDialogShow"}}},
+    {L"&Outils",
+     {{IDM_FILTER, L"&Filtrer par type d'opération…", &TMainWindow::FilterEntries,
+       "VCLSelectTypOp"},
+      {IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, "VCLShowDebugText"},
+      {IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
     {L"&Aide", {{IDM_ABOUT, L"À &propos de ZEF…", &TMainWindow::ShowAbout, nullptr}}},
 };
 
@@ -82,7 +91,7 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
   const int macro = std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1);
   FMacros[static_cast<std::size_t>(macro)].Position = commandLine.Position;
   ShowMacro(macro);
-  ShowWindow(FHandle, show);
+  ShowWindow(FHandle, PutBackPlace(FLibrary, FHandle, show));
   SetFocus(FEditor.Handle());
   OpenDirectory(false);
   if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
@@ -127,6 +136,8 @@ bool TMainWindow::CreateControls() {
       return word && (FLibrary.*question)(*word);
     };
   };
+  FEditor.OnRestOn = [this](const std::wstring& name, POINT below) { ShowWordHelp(name, below); };
+  FEditor.OnMovedOn = [this] { HideWordHelp(); };
   return FEditor.Create(FHandle, IDC_EDITOR,
                         {ask(&TLibrary::IsMethod), ask(&TLibrary::IsConstant)});
 }
@@ -289,6 +300,56 @@ void TMainWindow::RunTypes() {
   SetFocus(FEditor.Handle());
 }
 
+void TMainWindow::RunModalDialog() { FLibrary.InvokeModalDialog(); }
+
+void TMainWindow::OpenDialog() { OpenGuest(FDialogWindow, TGuestWindow::TGuest::Dialog); }
+
+void TMainWindow::OpenView() { OpenGuest(FViewWindow, TGuestWindow::TGuest::View); }
+
+void TMainWindow::OpenGuest(std::unique_ptr<TGuestWindow>& window, TGuestWindow::TGuest guest) {
+  if (window && window->Handle()) {
+    SetForegroundWindow(window->Handle());
+  } else {
+    window = std::make_unique<TGuestWindow>(FLibrary, guest, FHandle);
+  }
+}
+
+void TMainWindow::ShowWordHelp(const std::wstring& name, POINT below) {
+  if (!FHelp) FHelp = std::make_unique<TScriptHelp>(BesideProgram(L"VBSZEF.XML"));
+  const std::optional<std::string> help = ToAnsi(FHelp->Find(name));
+  if (!help || help->empty() || FLibrary.Busy()) return;
+  HideWordHelp();
+  FBubbleOwner =
+      CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 0, 0, FHandle, nullptr, nullptr, nullptr);
+  FLibrary.ShowHint(FBubbleOwner, *help, below, Scale(360));
+}
+
+// The library takes a bubble away only with the window that it belongs to: it has one of its own.
+void TMainWindow::HideWordHelp() {
+  if (FBubbleOwner) DestroyWindow(FBubbleOwner);
+  FBubbleOwner = nullptr;
+}
+
+void TMainWindow::SwitchTrace() {
+  FTracing = !FTracing;
+  CheckMenuItem(GetMenu(FHandle), IDM_TRACE, FTracing ? MF_CHECKED : MF_UNCHECKED);
+  if (!FTracing) {
+    FLog.SetTrace({});
+    return;
+  }
+  FLog.SetTrace([this](const std::wstring& line) {
+    if (const std::optional<std::string> text = ToAnsi(line)) FLibrary.ShowDebugText(*text);
+  });
+  FLibrary.Version();
+  SetFocus(FEditor.Handle());
+}
+
+void TMainWindow::FilterEntries() {
+  if (!FEntries || !FEntries->Handle())
+    FEntries = std::make_unique<TEntriesWindow>(FLibrary, FHandle);
+  FEntries->Filter();
+}
+
 void TMainWindow::ClearLog() { FLog.Clear(); }
 
 void TMainWindow::ShowAbout() {
@@ -348,6 +409,12 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return Notified(*reinterpret_cast<const NMHDR*>(lParam));
     case WM_CLOSE:
       if (FLibrary.Busy()) return 0;
+      FViewWindow.reset();
+      FDialogWindow.reset();
+      FEntries.reset();
+      HideWordHelp();
+      FLog.SetTrace({});
+      KeepPlace(FLibrary, FHandle);
       FLibrary.Unload();
       DestroyWindow(FHandle);
       return 0;

@@ -48,6 +48,25 @@ class TLibrary {
   ZEF_EXPORT(VCLInvokeModalDialog);
   ZEF_EXPORT(VCLInvokeNonModalDialog);
   ZEF_EXPORT(VCLFreeNonModalDialog);
+  ZEF_EXPORT(VCLAnsiStringCreate);
+  ZEF_EXPORT(VCLAnsiStringCopy);
+  ZEF_EXPORT(VCLAnsiStringFree);
+  ZEF_EXPORT(VCLAnsiStringSet);
+  ZEF_EXPORT(VCLAnsiStringGet);
+  ZEF_EXPORT(VCLAnsiStringConcat);
+  ZEF_EXPORT(VCLStringListCreate);
+  ZEF_EXPORT(VCLStringListFree);
+  ZEF_EXPORT(VCLStringListAdd);
+  ZEF_EXPORT(VCLStringListClear);
+  ZEF_EXPORT(VCLStringListCount);
+  ZEF_EXPORT(VCLStringListGet);
+  ZEF_EXPORT(VCLStringListGetParam);
+  ZEF_EXPORT(VCLStringListSetParam);
+  ZEF_EXPORT(VCLStringListGetCommaText);
+  ZEF_EXPORT(VCLStringListSetCommaText);
+  ZEF_EXPORT(GetRegConf);
+  ZEF_EXPORT(SetRegConf);
+  ZEF_EXPORT(MD5);
   ZEF_EXPORT(VCLDialogShow);
   ZEF_EXPORT(VCLDialogHasChanged);
   ZEF_EXPORT(VCLDialogClearHasChanged);
@@ -57,6 +76,7 @@ class TLibrary {
   ZEF_EXPORT(VCLSyntaxIsMethod);
   ZEF_EXPORT(VCLSyntaxIsConstant);
   ZEF_EXPORT(VCLSyntaxHelpBox);
+  ZEF_EXPORT(VCLSelectTypOp);
   ZEF_EXPORT(VCLSelectDirList);
 #undef ZEF_EXPORT
 

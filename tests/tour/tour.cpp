@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "commands.h"
 #include "tour/tour_host.h"
+#include "user/items.h"
 #include "user/window.h"
 
 namespace {
@@ -89,6 +91,131 @@ void FunctionCall(TTourHost& host) {
   form.WaitGone();
 }
 
+/// The base dialog, modal and inside a window of the host, then a view; their calls traced.
+void Dialogs(TTourHost& host) {
+  TUser& user = host.User();
+  const auto choose = [&](char menu, char command) {
+    user.Press(static_cast<WORD>(menu), mdAlt);
+    user.Press(static_cast<WORD>(command));
+  };
+  choose('B', 'M');
+  TFormDriver modal = user.WaitForForm("TDlgBase");
+  host.Picture(modal, "modal");
+  modal.Click("ButtonOK");
+  modal.WaitGone();
+
+  choose('O', 'T');
+  TFormDriver trace = user.WaitForForm("TDlgDebug");
+  user.WaitUntil("the host's window",
+                 [&] { return GetForegroundWindow() == host.Window().Handle(); });
+  choose('B', 'N');
+  TFormDriver modeless = user.WaitForForm("TDlgBase");
+  modeless.TabTo("ButtonHelp");
+  host.PictureOfAll("modeless");
+  TFormDriver(user, GetParent(modeless.Handle())).CloseBox();
+  modeless.WaitGone();
+
+  choose('B', 'V');
+  TFormDriver view = user.WaitForForm("TExampleView");
+  TFormDriver window(user, GetParent(view.Handle()));
+  choose('V', 'M');
+  user.WaitUntil("the answer", [&] { return window.Caption() == "Vue - non modifiée"; });
+  host.PictureOfAll("view");
+  window.CloseBox();
+  view.WaitGone();
+
+  trace.Click("Memo");
+  host.Picture(trace, "trace");
+  const std::string lines = trace.Text("Memo");
+  for (const char* call :
+       {"0001 : VCLGetVersion() = 1102", "VCLFreeNonModalDialog(", "VCLDialogHasChanged("})
+    Expect(lines.find(call) != std::string::npos, call);
+}
+
+/// The help of the word under the mouse.
+void Bubble(TTourHost& host) {
+  const HWND editor = GetDlgItem(host.Window().Handle(), IDC_EDITOR);
+  const std::string script = host.Script();
+  std::string before = script.substr(0, script.find("MsgBox texte"));
+  std::erase(before, '\n');  // the control counts a line's end as one
+  const auto place =
+      static_cast<DWORD>(SendMessageW(editor, EM_POSFROMCHAR, Wide(before).size(), 0));
+  POINT word{LOWORD(place) + 10, HIWORD(place) + 5};
+  ClientToScreen(editor, &word);
+  host.User().PointAt(word);
+  Expect(host.User().WaitForBubble().starts_with("MsgBox("), "the help of MsgBox");
+  host.PictureOfAll("word");
+  host.User().PointAt({word.x, word.y + 200});
+  host.User().WaitForNoBubble();
+}
+
+/// The type filter with each kind of choice, and what the host shows after it.
+void Filter(TTourHost& host) {
+  TUser& user = host.User();
+  const auto open = [&] {
+    host.Window().ClickFormAt({500, 16});  // beside the tabs: nothing covers it
+    user.Press('O', mdAlt);
+    user.Press('F');
+    return user.WaitForForm("TDlgSelectTypOp");
+  };
+  const auto entries = [&](const std::string& caption, size_t count) {
+    user.WaitUntil(caption, [&] {
+      const HWND window = user.FindForm(Utf8(ZEF_ENTRIES_WINDOW_CLASS));
+      return window && TextOf(window) == caption &&
+             ItemsOf(GetDlgItem(window, IDC_ENTRIES)).size() == count;
+    });
+    return user.WaitForForm(Utf8(ZEF_ENTRIES_WINDOW_CLASS));
+  };
+
+  TFormDriver form = open();
+  host.Picture(form, "nothing");
+  form.Select("ListTypOp", "Prélèvement");
+  host.Picture(form, "type");
+  form.Select("ListTypOp", "CB/Chq");
+  host.Picture(form, "card_type");
+  form.Select("ListCB", "Chéquier n° 102");
+  host.Picture(form, "card");
+  form.Select("ListTypOp", "Espèces");
+  host.Picture(form, "card_kept");
+  form.Select("ListTypOp", "CB/Chq");
+  form.Click("ButtonOK");
+  form.WaitGone();
+  host.Picture(entries("Écritures - filtre : Chéquier n° 102", 2), "filtered");
+
+  form = open();
+  Expect(form.SelectedItem("ListCB") == "Chéquier n° 102", "the earlier choice");
+  form.Select("ListTypOp", "Virement");
+  form.Press(VK_RETURN);
+  form.WaitGone();
+  entries("Écritures - filtre : Virement", 2);
+
+  form = open();
+  form.Click("ButtonCancel");
+  form.WaitGone();
+  TFormDriver all = entries("Toutes les écritures", 11);
+  host.PictureOfAll("all");
+  all.CloseBox();
+  all.WaitGone();
+}
+
+/// The host's window comes back where it was left.
+void Place(TTourHost& host) {
+  const RECT first = BoundsOf(host.Window().Handle());
+  const auto move = [](TTourHost& moved, const RECT& place) {
+    SetWindowPos(moved.Window().Handle(), nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER);
+  };
+  const RECT other = {150, 120, 950, 720};
+  move(host, other);
+  host.Quit();
+  TTourHost again(host, "again");
+  const RECT found = BoundsOf(again.Window().Handle());
+  again.PictureOfAll("picture");
+  move(again, first);
+  again.Quit();
+  Expect(EqualRect(&found, &other), "the place where the window was left");
+}
+
 constexpr wchar_t SettingsKey[] = L"Software\\KAVEN\\ZEF";
 
 void SetSetting(const wchar_t* name, const std::wstring& value) {
@@ -149,6 +276,10 @@ constexpr TStop Stops[] = {
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
     {"member", 2, "texte & ", Member},
     {"function", 2, "MsgBox texte", FunctionCall},
+    {"dialogs", 1, "SoldeAu(", Dialogs},
+    {"bubble", 2, "MsgBox texte", Bubble},
+    {"filter", 1, "SoldeAu(", Filter},
+    {"place", 1, "SoldeAu(", Place},
 };
 
 bool Make(const TStop& stop, const std::wstring& directory) {
