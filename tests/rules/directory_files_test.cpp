@@ -103,19 +103,4 @@ TEST(DirectoryFiles, MovesAndRefusals) {
   EXPECT_EQ(files.Here, "c:\\zef");
 }
 
-TEST(DirectoryFiles, OpeningAndEntering) {
-  TFakeFiles files;
-  TDirectoryList list;
-  for (const char* path : {"c:\\zef", "e:\\parti"}) list.SetPath(*list.Add(path), path);
-  EXPECT_EQ(CanOpen(files, list, -1), TOpening::NothingSelected);
-  EXPECT_EQ(CanOpen(files, list, 0), TOpening::Allowed);
-  EXPECT_EQ(CanOpen(files, list, 1), TOpening::DirectoryMissing);
-  EXPECT_EQ(EnterDirectory(files, "C:\\"), TEntering::AlreadyThere);
-  EXPECT_EQ(files.Here, "c:\\");
-  EXPECT_EQ(EnterDirectory(files, "C:\\Zef"), TEntering::Entered);
-  EXPECT_EQ(EnterDirectory(files, "e:\\parti"), TEntering::Failed);
-  EXPECT_EQ(EnterDirectory(files, ""), TEntering::Failed);
-  EXPECT_EQ(files.Here, "C:\\Zef");
-}
-
 }  // namespace

@@ -7,52 +7,35 @@ namespace {
 using enum TBffOption;
 using enum TBffRootDir;
 
-TEST(FolderPicking, FlagsOfEachOptionFromItsShellVersionOn) {
-  constexpr std::uint32_t first = ShellVersionNumber(0, 0);
-  constexpr std::uint32_t above470 = ShellVersionNumber(4, 71);
-  constexpr std::uint32_t five = ShellVersionNumber(5, 0);
-  constexpr std::uint32_t six = ShellVersionNumber(6, 0);
+TEST(FolderPicking, OptionsCountFromTheirShellVersionOn) {
+  constexpr TBffOptions all{
+      bffBrowseForComputer,  bffBrowseForPrinter,  bffDontGoBelowDomain,  bffReturnFSAncestors,
+      bffReturnOnlyFSDirs,   bffStatusText,        bffValidate,           bffEditBox,
+      bffBrowseIncludeFiles, bffBrowseIncludeURLs, bffNewDialogStyle,     bffShareable,
+      bffUseNewUI,           bffNoNewFolderButton, bffNoTranslateTargets, bffUsageHint};
   const struct {
-    TBffOption Option;
-    std::uint32_t Flag;
-    std::uint32_t Since;
-  } cases[] = {
-      {bffBrowseForComputer, 0x1000, first},
-      {bffBrowseForPrinter, 0x2000, first},
-      {bffDontGoBelowDomain, 0x2, first},
-      {bffReturnFSAncestors, 0x8, first},
-      {bffReturnOnlyFSDirs, 0x1, first},
-      {bffStatusText, 0x4, first},
-      {bffValidate, 0x20, above470},
-      {bffEditBox, 0x10, above470},
-      {bffBrowseIncludeFiles, 0x4000, above470},
-      {bffBrowseIncludeURLs, 0x80, five},
-      {bffNewDialogStyle, 0x40, five},
-      {bffShareable, 0x8000, five},
-      {bffUseNewUI, 0x50, five},
-      {bffNoNewFolderButton, 0x200, six},
-      {bffNoTranslateTargets, 0x400, six},
-      {bffUsageHint, 0x100, six},
-  };
+    std::uint32_t Version;
+    std::uint32_t Sum;
+  } cases[] = {{0, 0x300F},
+               {ShellVersionNumber(4, 70), 0x300F},
+               {ShellVersionNumber(4, 71), 0x703F},
+               {ShellVersionNumber(4, 99), 0x703F},
+               {ShellVersionNumber(5, 0), 0x703F + 0x8080 + 0x40 + 0x50},
+               {ShellVersionNumber(5, 82), 0x703F + 0x8080 + 0x40 + 0x50},
+               {ShellVersionNumber(6, 0), 0x703F + 0x8080 + 0x40 + 0x50 + 0x700}};
   for (const auto& c : cases) {
-    EXPECT_EQ(FolderPickerFlags({c.Option}, c.Since), c.Flag);
-    if (c.Since > 0) {
-      EXPECT_EQ(FolderPickerFlags({c.Option}, c.Since - 1), 0u) << c.Flag;
-    }
+    EXPECT_EQ(FolderPickerFlags(all, c.Version), c.Sum) << c.Version;
+    EXPECT_EQ(ReportsWrongNames(c.Version), c.Version > ShellVersionNumber(4, 70));
   }
-  EXPECT_FALSE(ReportsWrongNames(ShellVersionNumber(4, 70)));
-  EXPECT_TRUE(ReportsWrongNames(above470));
 }
 
 TEST(FolderPicking, FlagsAreSummed) {
   constexpr std::uint32_t six = ShellVersionNumber(6, 0);
-  EXPECT_EQ(FolderPickerFlags({}, six), 0u);
   EXPECT_EQ(
       FolderPickerFlags({bffReturnOnlyFSDirs, bffStatusText, bffEditBox, bffNewDialogStyle}, six),
       0x55u);
   EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffNewDialogStyle}, six), 0x90u);
   EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffEditBox}, six), 0x60u);
-  EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffEditBox}, 0), 0u);
 }
 
 TEST(FolderPicking, SpecialFoldersLeaveTheGaps) {
