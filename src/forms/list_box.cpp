@@ -8,19 +8,45 @@
 
 namespace {
 
-/// Text of an item by the two messages that list boxes and combo boxes have for it.
-std::string ItemText(HWND window, int index, UINT lengthMessage, UINT textMessage) {
-  const LRESULT length = SendMessageW(window, lengthMessage, static_cast<WPARAM>(index), 0);
-  if (length < 0) return {};
-  std::wstring text(static_cast<std::size_t>(length), L'\0');
-  SendMessageW(window, textMessage, static_cast<WPARAM>(index),
-               reinterpret_cast<LPARAM>(text.data()));
-  return ToAnsi(text);
-}
-
 LPARAM TextParam(const std::wstring& text) { return reinterpret_cast<LPARAM>(text.c_str()); }
 
 }  // namespace
+
+// ---- items ----
+
+int TNativeItemsControl::Count() const { return static_cast<int>(Send(Messages().Count)); }
+
+std::string TNativeItemsControl::Item(int index) const {
+  const LRESULT length = Send(Messages().TextLength, static_cast<WPARAM>(index));
+  if (length < 0) return {};
+  std::wstring text(static_cast<std::size_t>(length), L'\0');
+  Send(Messages().Text, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+  return ToAnsi(text);
+}
+
+int TNativeItemsControl::AddItem(std::string_view text) {
+  return static_cast<int>(Send(Messages().Add, 0, TextParam(ToWide(text))));
+}
+
+void TNativeItemsControl::InsertItem(int index, std::string_view text) {
+  Send(Messages().Insert, static_cast<WPARAM>(index), TextParam(ToWide(text)));
+}
+
+void TNativeItemsControl::DeleteItem(int index) {
+  Send(Messages().Delete, static_cast<WPARAM>(index));
+}
+
+void TNativeItemsControl::ClearItems() { Send(Messages().Clear); }
+
+int TNativeItemsControl::ItemIndex() const { return static_cast<int>(Send(Messages().Selection)); }
+
+void TNativeItemsControl::SetItemIndex(int index) {
+  Send(Messages().Select, static_cast<WPARAM>(index));
+}
+
+int TNativeItemsControl::IndexOf(std::string_view text) const {
+  return static_cast<int>(Send(Messages().Find, static_cast<WPARAM>(-1), TextParam(ToWide(text))));
+}
 
 // ---- list box ----
 
@@ -34,31 +60,11 @@ bool TListBox::Accepts(std::string_view property) const {
   return property == "sorted" || property == "dblclick" || TControl::Accepts(property);
 }
 
-int TListBox::Count() const { return static_cast<int>(Send(LB_GETCOUNT)); }
-
-std::string TListBox::Item(int index) const {
-  return ItemText(Handle(), index, LB_GETTEXTLEN, LB_GETTEXT);
-}
-
-int TListBox::AddItem(std::string_view text) {
-  return static_cast<int>(Send(LB_ADDSTRING, 0, TextParam(ToWide(text))));
-}
-
-void TListBox::InsertItem(int index, std::string_view text) {
-  Send(LB_INSERTSTRING, static_cast<WPARAM>(index), TextParam(ToWide(text)));
-}
-
-void TListBox::DeleteItem(int index) { Send(LB_DELETESTRING, static_cast<WPARAM>(index)); }
-
-void TListBox::ClearItems() { Send(LB_RESETCONTENT); }
-
-int TListBox::ItemIndex() const { return static_cast<int>(Send(LB_GETCURSEL)); }
-
-void TListBox::SetItemIndex(int index) { Send(LB_SETCURSEL, static_cast<WPARAM>(index)); }
-
-int TListBox::IndexOf(std::string_view text) const {
-  return static_cast<int>(
-      Send(LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), TextParam(ToWide(text))));
+const TNativeItemsControl::TMessages& TListBox::Messages() const {
+  static constexpr TMessages messages{
+      LB_GETCOUNT,     LB_GETTEXTLEN,   LB_GETTEXT,   LB_ADDSTRING, LB_INSERTSTRING,
+      LB_DELETESTRING, LB_RESETCONTENT, LB_GETCURSEL, LB_SETCURSEL, LB_FINDSTRINGEXACT};
+  return messages;
 }
 
 void TListBox::HandleCommand(WORD code) {
@@ -90,27 +96,11 @@ void TComboBox::SetBounds(const RECT& bounds) {
   TControl::SetBounds(open);
 }
 
-int TComboBox::Count() const { return static_cast<int>(Send(CB_GETCOUNT)); }
-
-std::string TComboBox::Item(int index) const {
-  return ItemText(Handle(), index, CB_GETLBTEXTLEN, CB_GETLBTEXT);
-}
-
-int TComboBox::AddItem(std::string_view text) {
-  return static_cast<int>(Send(CB_ADDSTRING, 0, TextParam(ToWide(text))));
-}
-
-void TComboBox::DeleteItem(int index) { Send(CB_DELETESTRING, static_cast<WPARAM>(index)); }
-
-void TComboBox::ClearItems() { Send(CB_RESETCONTENT); }
-
-int TComboBox::ItemIndex() const { return static_cast<int>(Send(CB_GETCURSEL)); }
-
-void TComboBox::SetItemIndex(int index) { Send(CB_SETCURSEL, static_cast<WPARAM>(index)); }
-
-int TComboBox::IndexOf(std::string_view text) const {
-  return static_cast<int>(
-      Send(CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), TextParam(ToWide(text))));
+const TNativeItemsControl::TMessages& TComboBox::Messages() const {
+  static constexpr TMessages messages{
+      CB_GETCOUNT,     CB_GETLBTEXTLEN, CB_GETLBTEXT, CB_ADDSTRING, CB_INSERTSTRING,
+      CB_DELETESTRING, CB_RESETCONTENT, CB_GETCURSEL, CB_SETCURSEL, CB_FINDSTRINGEXACT};
+  return messages;
 }
 
 void TComboBox::HandleCommand(WORD code) {
@@ -120,112 +110,5 @@ void TComboBox::HandleCommand(WORD code) {
     // The edit part still shows the old text when the system tells of a choice.
     if (Word("style", "drop-down") == "drop-down") SetText(SelectedText());
     Raise(OnChange);
-  }
-}
-
-// ---- combo box with images ----
-
-TControl::TWindowParams TImageComboBox::WindowParams() const {
-  return {WC_COMBOBOXEXW, CBS_DROPDOWNLIST | WS_VSCROLL | TabStopStyle(), 0};
-}
-
-void TImageComboBox::Created() {
-  Attach(Inner());
-  SetBounds(Bounds());
-}
-
-HWND TImageComboBox::Inner() const { return reinterpret_cast<HWND>(Send(CBEM_GETCOMBOCONTROL)); }
-
-bool TImageComboBox::Accepts(std::string_view property) const {
-  return property == "list-lines" || property == "change" || TControl::Accepts(property);
-}
-
-void TImageComboBox::SetBounds(const RECT& bounds) {
-  TControl::SetBounds(bounds);
-  // The outer window gives the inner one its closed height only: its list would open with no room.
-  const auto line = static_cast<int>(Send(CB_GETITEMHEIGHT, 0));
-  const int closed = static_cast<int>(bounds.bottom - bounds.top);
-  SetWindowPos(Inner(), nullptr, 0, 0, bounds.right - bounds.left,
-               closed + line * Number("list-lines", 8) + Form().Scaled(4),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void TImageComboBox::SetImages(const TImageList* images) {
-  Send(CBEM_SETIMAGELIST, 0, images ? reinterpret_cast<LPARAM>(images->Handle()) : 0);
-}
-
-int TImageComboBox::Count() const { return static_cast<int>(Send(CB_GETCOUNT)); }
-
-std::string TImageComboBox::Item(int index) const {
-  // The control cuts what does not fit: names longer than this are found nowhere in a database.
-  std::wstring text(1024, L'\0');
-  COMBOBOXEXITEMW item{};
-  item.mask = CBEIF_TEXT;
-  item.iItem = index;
-  item.pszText = text.data();
-  item.cchTextMax = static_cast<int>(text.size());
-  if (!Send(CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item))) return {};
-  // The control may answer with a pointer of its own instead of filling the buffer.
-  return ToAnsi(item.pszText ? std::wstring_view(item.pszText) : std::wstring_view());
-}
-
-int TImageComboBox::AddItem(std::string_view text, int image) {
-  std::wstring wide = ToWide(text);
-  COMBOBOXEXITEMW item{};
-  item.mask = CBEIF_TEXT | CBEIF_IMAGE | CBEIF_SELECTEDIMAGE | CBEIF_OVERLAY | CBEIF_INDENT;
-  item.iItem = -1;
-  item.pszText = wide.data();
-  item.iImage = image;
-  item.iSelectedImage = image;
-  return static_cast<int>(Send(CBEM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-}
-
-void TImageComboBox::DeleteItem(int index) { Send(CBEM_DELETEITEM, static_cast<WPARAM>(index)); }
-
-void TImageComboBox::ClearItems() { Send(CB_RESETCONTENT); }
-
-int TImageComboBox::ItemIndex() const { return static_cast<int>(Send(CB_GETCURSEL)); }
-
-void TImageComboBox::SetItemIndex(int index) { Send(CB_SETCURSEL, static_cast<WPARAM>(index)); }
-
-int TImageComboBox::IndexOf(std::string_view text) const {
-  const std::wstring wanted = ToWide(text);
-  for (int i = 0, count = Count(); i < count; ++i) {
-    if (lstrcmpiW(ToWide(Item(i)).c_str(), wanted.c_str()) == 0) return i;
-  }
-  return -1;
-}
-
-void TImageComboBox::HandleCommand(WORD code) {
-  if (code == CBN_SETFOCUS) Form().ControlFocused(*this);
-  if (code == CBN_SELCHANGE) Raise(OnChange);
-}
-
-LRESULT TImageComboBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_CHAR && window != Handle() && wParam > L' ') {
-    TypeAhead(static_cast<wchar_t>(wParam));
-    return 0;
-  }
-  return TItemsControl::WindowProc(window, message, wParam, lParam);
-}
-
-void TImageComboBox::TypeAhead(wchar_t typed) {
-  // The control draws its items itself and so cannot search them as a plain list does.
-  constexpr DWORD kPauseMilliseconds = 1000;
-  const DWORD now = GetTickCount();
-  if (now - FTypedAt > kPauseMilliseconds) FTyped.clear();
-  FTypedAt = now;
-  FTyped += typed;
-  const int count = Count();
-  const int from = std::max(ItemIndex(), 0) + (FTyped.size() == 1 ? 1 : 0);
-  for (int i = 0; i < count; ++i) {
-    const int index = (from + i) % count;
-    const auto start = ToWide(Item(index)).substr(0, FTyped.size());
-    if (lstrcmpiW(start.c_str(), FTyped.c_str()) != 0) continue;
-    if (index != ItemIndex()) {
-      SetItemIndex(index);
-      Raise(OnChange);
-    }
-    return;
   }
 }

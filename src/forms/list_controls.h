@@ -37,8 +37,8 @@ class TItemsControl : public TControl {
   }
 };
 
-/// OnClick when the selection moves or an item is clicked.
-class TListBox : public TItemsControl {
+/// The items of the controls whose native kinds have the same messages under different numbers.
+class TNativeItemsControl : public TItemsControl {
  public:
   using TItemsControl::TItemsControl;
 
@@ -53,27 +53,31 @@ class TListBox : public TItemsControl {
   void SetItemIndex(int index) override;
   int IndexOf(std::string_view text) const override;
 
+ protected:
+  struct TMessages {
+    UINT Count, TextLength, Text, Add, Insert, Delete, Clear, Selection, Select, Find;
+  };
+  virtual const TMessages& Messages() const = 0;
+};
+
+/// OnClick when the selection moves or an item is clicked.
+class TListBox : public TNativeItemsControl {
+ public:
+  using TNativeItemsControl::TNativeItemsControl;
+
   void HandleCommand(WORD code) override;
 
  protected:
   TWindowParams WindowParams() const override;
   bool Accepts(std::string_view property) const override;
+  const TMessages& Messages() const override;
 };
 
 /// A combo box; with style drop-down its text can be typed. OnChange when the user chooses or
 /// types.
-class TComboBox : public TItemsControl {
+class TComboBox : public TNativeItemsControl {
  public:
-  using TItemsControl::TItemsControl;
-
-  int Count() const override;
-  std::string Item(int index) const override;
-  int AddItem(std::string_view text) override;
-  void DeleteItem(int index) override;
-  void ClearItems() override;
-  int ItemIndex() const override;
-  void SetItemIndex(int index) override;
-  int IndexOf(std::string_view text) const override;
+  using TNativeItemsControl::TNativeItemsControl;
 
   void HandleCommand(WORD code) override;
   void SetBounds(const RECT& bounds) override;
@@ -82,6 +86,7 @@ class TComboBox : public TItemsControl {
   TWindowParams WindowParams() const override;
   void Created() override;
   bool Accepts(std::string_view property) const override;
+  const TMessages& Messages() const override;
 };
 
 /// A drop-down list with an image before each item. OnChange when the user chooses.
