@@ -4,7 +4,8 @@ file(GLOB ZEF_HOST_RESOURCES CONFIGURE_DEPENDS examples/host/*.manifest examples
 if(ZEF_HOST_SOURCES)
   add_executable(ZEF WIN32 ${ZEF_HOST_SOURCES})
   set_target_properties(ZEF PROPERTIES SUFFIX ".EXE")
-  target_link_libraries(ZEF PRIVATE zef_options comctl32 gdi32 user32 comdlg32 shell32 ws2_32)
+  target_link_libraries(ZEF PRIVATE zef_options comctl32 gdi32 user32 comdlg32 shell32
+                                    ole32 oleaut32 ws2_32)
   target_include_directories(ZEF PRIVATE ${PROJECT_SOURCE_DIR}/examples/host)
   target_compile_definitions(ZEF PRIVATE ZEF_VERSION_MAJOR=${PROJECT_VERSION_MAJOR}
                                          ZEF_VERSION_MINOR=${PROJECT_VERSION_MINOR}

@@ -60,7 +60,7 @@ target_link_libraries(outside_tests PRIVATE gtest loopback_server)
 file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
 add_executable(platform_tests ${ZEF_PLATFORM_TESTS})
 set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
-target_link_libraries(platform_tests PRIVATE zefext_objects gtest_main)
+target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main)
 
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
 zef_outside_program(outside_bench benchmarks/outside/main.cpp ${ZEF_OUTSIDE_BENCHES})

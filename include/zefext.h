@@ -224,6 +224,19 @@ void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result);
  *           none of the assistant's functions was called yet */
 unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
 
+/* ---- Accounts directories ------------------------------------------------------------------- */
+
+/* Opens one of the user's accounts directories: makes it the process's current directory. Without
+ * showing anything when it can, else in a dialog where the user chooses, adds, renames, removes and
+ * moves directories. The list is the current user's, in the settings (SetRegConf).
+ *   name       the entry to open; empty or null is the default one
+ *   showList   1 to show the dialog in any case
+ *   cancelled  receives 1 when the user left the dialog without choosing, else 0
+ * Returns 1 when the current directory has changed, so that files must be opened anew, else 0. The
+ * directory may have changed although the user cancelled: a move of the current one is not undone.
+ * A call while the dialog is open is answered as cancelled. */
+int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList, unsigned char* cancelled);
+
 /* ---- Filter -------------------------------------------------------------------------------- */
 
 /* Lets the user choose the operation type to filter entries by, and for the type "CB/Chq" a card or
@@ -243,8 +256,7 @@ unsigned char ZEFEXT_API VCLSelectTypOp(ZefStringList types, ZefStringList cards
  *   offered      version on the web
  *   information  address of the page; one that cannot be shown leaves its place empty
  * Returns 1: download it; 0: not now; -1: never signal this version again. */
-int ZEFEXT_API VCLAskForDownload(const char* current, const char* offered,
-                                 const char* information);
+int ZEFEXT_API VCLAskForDownload(const char* current, const char* offered, const char* information);
 
 /* Makes a download window, hidden, and its handle. The result is 1, or 0 when it cannot be made.
  *   owner     a form of the library with which the window is destroyed; null or anything else: none
@@ -258,17 +270,14 @@ int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialo
  *    1  value receives the dialog's outcome (0 or 1); needed
  *    2  destroys the window; a fetch is aborted
  *    3  value receives how the last fetch ended; needed. 0: one runs in the background; 1: the
- *       document was received; -1: none has ended, or it was aborted; -2: no connection; -3: failed;
- *       -4: the server's name is unknown
- *    4  text is the address (http: or https:) of the next fetches
- *    5  text names the file for the body of the next fetches; null: the body is kept in memory.
- *       Without this command it goes to "Default.htm", its header to "Head.txt"
- *    6  copies the body kept in memory: value holds the size of the buffer that text points to, and
- *       is lowered to the length of the body; no zero is added. Nothing when either is null. A body
- *       that did not arrive whole is not kept; there is none while a fetch runs
- *    7  starts a fetch in the background; nothing when a fetch runs already
- *    8  shows the window
- *    9  waits for the end of the fetch in the background
+ *       document was received; -1: none has ended, or it was aborted; -2: no connection; -3:
+ * failed; -4: the server's name is unknown 4  text is the address (http: or https:) of the next
+ * fetches 5  text names the file for the body of the next fetches; null: the body is kept in
+ * memory. Without this command it goes to "Default.htm", its header to "Head.txt" 6  copies the
+ * body kept in memory: value holds the size of the buffer that text points to, and is lowered to
+ * the length of the body; no zero is added. Nothing when either is null. A body that did not arrive
+ * whole is not kept; there is none while a fetch runs 7  starts a fetch in the background; nothing
+ * when a fetch runs already 8  shows the window 9  waits for the end of the fetch in the background
  *   10  fetches at once and returns when that has ended; nothing when a fetch runs already
  *   11  aborts the fetch in the background; the window can fetch again
  *

@@ -34,11 +34,23 @@ StartDisplay() {
   export DISPLAY=:$number
 }
 
+# A drive D: on another file system than C:, where this machine has one: moving from one volume to
+# another is not renaming.
+EnsureSecondDrive() {
+  local folder=/dev/shm/zefext_drive_$(id -u)_$(cksum <<<"$root" | cut -d' ' -f1)
+  mkdir -p "$folder" 2>/dev/null || folder=$root/build/drive_d
+  mkdir -p "$folder"
+  ln -sfn "$folder" "$WINEPREFIX/dosdevices/d:"
+}
+
 # Makes the prefix, or makes it anew when it was made by another Wine or an older recipe. Needs a
 # display.
 EnsurePrefix() {
   local stamp=$WINEPREFIX/made_by program
-  [[ -f $stamp && $(<"$stamp") == "$prefix_revision" ]] && return
+  if [[ -f $stamp && $(<"$stamp") == "$prefix_revision" ]]; then
+    EnsureSecondDrive
+    return
+  fi
   echo "Preparing Wine"
   StopWine
   rm -rf "$WINEPREFIX"
@@ -57,6 +69,7 @@ EnsurePrefix() {
   } >"$WINEPREFIX/drive_c/settings.reg"
   timeout 60 wine regedit /S 'C:\settings.reg' || { echo "Wine's settings failed" >&2; return 1; }
   wineserver -w
+  EnsureSecondDrive
   echo "$prefix_revision" >"$stamp"
 }
 

@@ -1,4 +1,5 @@
 #include <benchmark/benchmark.h>
+#include <sys/resource.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -25,9 +26,24 @@ void CountBytes(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * TextSize));
 }
 
+/// Processor time of this process or of the tools it waited for: what else the machine does must
+/// not count.
+double ProcessorSeconds(int whose) {
+  rusage usage;
+  getrusage(whose, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
 void OurDigest(benchmark::State& state) {
   const std::string& text = LargeText();
-  for (auto _ : state) benchmark::DoNotOptimize(Md5(text));
+  for (auto _ : state) {
+    const double start = ProcessorSeconds(RUSAGE_SELF);
+    benchmark::DoNotOptimize(Md5(text));
+    state.SetIterationTime(ProcessorSeconds(RUSAGE_SELF) - start);
+  }
   CountBytes(state);
 }
 
@@ -44,6 +60,7 @@ void DigestOfTheTool(benchmark::State& state) {
   const std::string command = std::string("md5sum < ") + file;
   char answer[33] = {};
   for (auto _ : state) {
+    const double start = ProcessorSeconds(RUSAGE_CHILDREN);
     std::FILE* tool = popen(command.c_str(), "r");
     const bool read = tool != nullptr && std::fread(answer, 1, 32, tool) == 32;
     if (tool != nullptr) pclose(tool);
@@ -51,16 +68,17 @@ void DigestOfTheTool(benchmark::State& state) {
       state.SkipWithError("the tool does not answer");
       break;
     }
+    state.SetIterationTime(ProcessorSeconds(RUSAGE_CHILDREN) - start);
   }
   std::remove(file);
   if (Md5Text(LargeText()) != answer) state.SkipWithError("the two digests differ");
   CountBytes(state);
 }
 
-BENCHMARK(OurDigest)->Name("DigestOf100MB/ours")->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(OurDigest)->Name("DigestOf100MB/ours")->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(DigestOfTheTool)
     ->Name("DigestOf100MB/md5sum")
-    ->UseRealTime()
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -26,4 +26,5 @@ void TCallLog::Add(std::wstring_view line, TDetail detail) {
     SendMessageW(FPane, EM_SETSEL, static_cast<WPARAM>(end), end);
     SendMessageW(FPane, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
   }
+  if (FTrace && detail == TDetail::Service) FTrace(std::wstring(line));
 }

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,9 @@
 class TCallLog {
  public:
   enum class TDetail {
-    Service,   ///< shown in the pane and written
-    Colouring  ///< written only: asked for every word, it would bury the services
+    Service,      ///< shown in the pane and written
+    Colouring,    ///< written only: asked at every word, it would bury the services
+    Preparation,  ///< written only: the texts and lists that a service is handed
   };
 
   TCallLog() = default;
@@ -23,10 +25,13 @@ class TCallLog {
   bool Open(const std::wstring& file);
   /// A read-only multi-line edit, or null when it is gone.
   void SetPane(HWND pane) { FPane = pane; }
+  /// Also hands each line of the pane to a trace; empty: no more.
+  void SetTrace(std::function<void(const std::wstring& line)> trace) { FTrace = std::move(trace); }
   void Clear();
   void Add(std::wstring_view line, TDetail detail = TDetail::Service);
 
  private:
   std::FILE* FFile = nullptr;
   HWND FPane = nullptr;
+  std::function<void(const std::wstring& line)> FTrace;
 };

@@ -8,6 +8,10 @@ namespace {
 
 std::wstring Quoted(const std::string& text) { return L"\"" + ToWide(text) + L"\""; }
 
+std::wstring Number(const void* handle) {
+  return std::to_wstring(reinterpret_cast<std::uintptr_t>(handle));
+}
+
 /// The library owns the text and keeps it only until its next call.
 std::string Copied(const char* text) { return text ? text : ""; }
 
@@ -33,8 +37,7 @@ bool TLibrary::Load(const std::wstring& file, HWND mainWindow, const std::string
   Version();
   if (FSetMainWindow.Address) {
     FSetMainWindow(mainWindow);
-    FLog.Add(L"VCLSetMainWindowHandle(" +
-             std::to_wstring(reinterpret_cast<std::uintptr_t>(mainWindow)) + L")");
+    FLog.Add(L"VCLSetMainWindowHandle(" + Number(mainWindow) + L")");
   }
   if (FSetMainHelpFile.Address) {
     FSetMainHelpFile(helpFile.c_str());
@@ -125,6 +128,155 @@ std::optional<std::string> TLibrary::SyntaxNewTypes() {
   FLog.Add(L"VCLSyntaxGetNewTypes() = " + std::to_wstring(changed) + L", " + Quoted(types));
   if (!changed) return std::nullopt;
   return types;
+}
+
+bool TLibrary::InvokeModalDialog() {
+  if (!FInvokeModal.Address) return false;
+  const TRunning running(FRunning);
+  // The library defines the low byte only.
+  const int result = FInvokeModal(nullptr) & 0xFF;
+  FLog.Add(L"VCLInvokeModalDialog(null) = " + std::to_wstring(result));
+  return result != 0;
+}
+
+ZefDialog TLibrary::OpenDialog(HWND parent) {
+  if (!FInvokeNonModal.Address) return nullptr;
+  ZefDialog dialog = nullptr;
+  FInvokeNonModal(parent, nullptr, &dialog);
+  FLog.Add(L"VCLInvokeNonModalDialog(" + Number(parent) + L", null) = " + Number(dialog));
+  return dialog;
+}
+
+void TLibrary::FreeDialog(ZefDialog dialog) {
+  if (!FFreeNonModal.Address) return;
+  const int result = FFreeNonModal(dialog) & 0xFF;
+  FLog.Add(L"VCLFreeNonModalDialog(" + Number(dialog) + L") = " + std::to_wstring(result));
+}
+
+HWND TLibrary::CreateView(HWND parent, ZefDialog& view) {
+  view = nullptr;
+  if (!FCreateView.Address) return nullptr;
+  // Declared as an interface, received as a handle.
+  IUnknown* made = nullptr;
+  const HWND window = FCreateView(parent, nullptr, made);
+  view = reinterpret_cast<ZefDialog>(made);
+  FLog.Add(L"CreateExampleView(" + Number(parent) + L", null) = " + Number(window) + L", " +
+           Number(view));
+  return window;
+}
+
+void TLibrary::GiveToView(ZefDialog view, IExClass1* services) {
+  if (!FGiveToView.Address) return;
+  FGiveToView(services, view);
+  FLog.Add(L"VCLExDlgDlwdGive(" + Number(services) + L", " + Number(view) + L")");
+}
+
+void TLibrary::ShowView(ZefDialog view) {
+  if (!FDialogShow.Address) return;
+  FDialogShow(view);
+  FLog.Add(L"VCLDialogShow(" + Number(view) + L")");
+}
+
+bool TLibrary::ViewChanged(ZefDialog view) {
+  if (!FHasChanged.Address) return false;
+  const int changed = FHasChanged(view);
+  FLog.Add(L"VCLDialogHasChanged(" + Number(view) + L") = " + std::to_wstring(changed));
+  return changed != 0;
+}
+
+void TLibrary::ClearViewChanged(ZefDialog view) {
+  if (!FClearHasChanged.Address) return;
+  FClearHasChanged(view);
+  FLog.Add(L"VCLDialogClearHasChanged(" + Number(view) + L")");
+}
+
+void TLibrary::Prepared(const std::wstring& call) {
+  FLog.Add(call, TCallLog::TDetail::Preparation);
+}
+
+ZefStringList TLibrary::NewList(const std::vector<std::string>& lines) {
+  ZefStringList list = nullptr;
+  FListCreate(&list, false, false, false);
+  Prepared(L"VCLStringListCreate(0, 0, 0) = " + Number(list));
+  for (const std::string& line : lines) {
+    const int index = FListAdd(list, line.c_str());
+    Prepared(L"VCLStringListAdd(" + Number(list) + L", " + Quoted(line) + L") = " +
+             std::to_wstring(index));
+  }
+  return list;
+}
+
+void TLibrary::FreeList(ZefStringList list) {
+  FListFree(list);
+  Prepared(L"VCLStringListFree(" + Number(list) + L")");
+}
+
+std::optional<std::string> TLibrary::SelectTypOp(const std::vector<std::string>& types,
+                                                 const std::vector<std::string>& cards,
+                                                 const std::string& selection) {
+  if (!FSelectTypOp.Address) return std::nullopt;
+  const TRunning running(FRunning);
+  const ZefStringList typeList = NewList(types);
+  const ZefStringList cardList = NewList(cards);
+  ZefString choice = nullptr;
+  FStringCreate(&choice);
+  Prepared(L"VCLAnsiStringCreate() = " + Number(choice));
+  FStringSet(choice, selection.c_str());
+  Prepared(L"VCLAnsiStringSet(" + Number(choice) + L", " + Quoted(selection) + L")");
+
+  const bool confirmed = FSelectTypOp(typeList, cardList, choice) != 0;
+  FLog.Add(L"VCLSelectTypOp(" + Number(typeList) + L", " + Number(cardList) + L", " +
+           Number(choice) + L") = " + std::to_wstring(confirmed));
+
+  const char* text = nullptr;
+  FStringGet(choice, &text);
+  const std::string chosen = Copied(text);
+  FLog.Add(L"VCLAnsiStringGet(" + Number(choice) + L") = " + Quoted(chosen));
+  FStringFree(choice);
+  Prepared(L"VCLAnsiStringFree(" + Number(choice) + L")");
+  FreeList(cardList);
+  FreeList(typeList);
+  if (!confirmed) return std::nullopt;
+  return chosen;
+}
+
+std::string TLibrary::Setting(const std::string& name) {
+  if (!FGetRegConf.Address) return {};
+  char value[255];
+  const long error = FGetRegConf(value, sizeof value, name.c_str(), true);
+  FLog.Add(L"GetRegConf(" + Quoted(name) + L", 1) = " + std::to_wstring(error) +
+           (error == 0 ? L", " + Quoted(value) : std::wstring()));
+  return error == 0 ? value : "";
+}
+
+void TLibrary::KeepSetting(const std::string& name, const std::string& value) {
+  if (!FSetRegConf.Address) return;
+  const long error = FSetRegConf(name.c_str(), value.c_str(), true);
+  FLog.Add(L"SetRegConf(" + Quoted(name) + L", " + Quoted(value) + L", 1) = " +
+           std::to_wstring(error));
+}
+
+void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth) {
+  if (!FShowHint.Address) return;
+  FShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y), maxWidth);
+  FLog.Add(L"VCLShowHint(" + Number(owner) + L", " + Quoted(text) + L", " +
+               std::to_wstring(place.x) + L", " + std::to_wstring(place.y) + L", " +
+               std::to_wstring(maxWidth) + L")",
+           TCallLog::TDetail::Colouring);
+}
+
+void TLibrary::ShowDebugText(const std::string& text) {
+  if (FShowDebugText.Address) FShowDebugText(text.c_str());
+}
+
+TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
+  if (!FSelectDirList.Address) return {};
+  const TRunning running(FRunning);
+  unsigned char cancelled = 0;
+  const bool changed = FSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
+  FLog.Add(L"VCLSelectDirList(\"\", " + std::to_wstring(showList) + L") = " +
+           std::to_wstring(changed) + L", " + std::to_wstring(cancelled));
+  return {changed, cancelled != 0};
 }
 
 int TLibrary::AskForDownload(const std::string& current, const std::string& offered,

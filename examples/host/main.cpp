@@ -29,7 +29,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int show) {
     return Fail(L"Usage : ZEF.EXE [--script N] [--line L] [--column C] [--assist] [--log FICHIER]");
   }
 
-  const INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_TAB_CLASSES | ICC_BAR_CLASSES};
+  const INITCOMMONCONTROLSEX controls = {sizeof controls,
+                                         ICC_TAB_CLASSES | ICC_BAR_CLASSES | ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&controls);
   TCallLog log;
   if (!commandLine->LogFile.empty() && !log.Open(commandLine->LogFile)) {

@@ -8,6 +8,7 @@
 
 #include "ansi.h"
 #include "commands.h"
+#include "window_place.h"
 
 // A command whose export the library lacks is greyed; a service that arrives takes one line here.
 struct TMainWindow::TCommand {
@@ -22,13 +23,25 @@ struct TMainWindow::TMenu {
   std::vector<TCommand> Commands;
 };
 
-const TMainWindow::TMenu TMainWindow::Menus[4] = {
-    {L"&Fichier", {{IDM_QUIT, L"&Quitter\tAlt+F4", &TMainWindow::Quit, nullptr}}},
+const TMainWindow::TMenu TMainWindow::Menus[5] = {
+    {L"&Fichier",
+     {{IDM_DIRECTORIES, L"&Répertoire des comptes…\tF4", &TMainWindow::RunDirectories,
+       "VCLSelectDirList"},
+      {0, nullptr, nullptr, nullptr},
+      {IDM_QUIT, L"&Quitter\tAlt+F4", &TMainWindow::Quit, nullptr}}},
     {L"&Macro",
      {{IDM_ASSISTANT, L"&Assistant objet…\tF1", &TMainWindow::RunAssistant, "VCLSyntaxHelpBox"},
       {IDM_CONSTANTS, L"&Constantes…\tF2", &TMainWindow::RunConstants, "VCLSyntaxConstHelpBox"},
       {IDM_TYPES, L"&Types des variables…\tF3", &TMainWindow::RunTypes, "VCLSyntaxTypesBox"}}},
-    {L"&Outils", {{IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
+    {L"&Boîtes",
+     {{IDM_MODAL, L"Boîte &modale…", &TMainWindow::RunModalDialog, "VCLInvokeModalDialog"},
+      {IDM_MODELESS, L"Boîte &non modale", &TMainWindow::OpenDialog, "VCLInvokeNonModalDialog"},
+      {IDM_VIEW, L"&Vue incorporée", &TMainWindow::OpenView, "VCLDialogShow"}}},
+    {L"&Outils",
+     {{IDM_FILTER, L"&Filtrer par type d'opération…", &TMainWindow::FilterEntries,
+       "VCLSelectTypOp"},
+      {IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, "VCLShowDebugText"},
+      {IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
     {L"&Aide",
      {{IDM_UPDATE, L"&Rechercher une mise à jour", &TMainWindow::CheckForUpdate,
        "VCLAskForDownload"},
@@ -39,7 +52,8 @@ namespace {
 
 constexpr ACCEL Keys[] = {{FVIRTKEY, VK_F1, IDM_ASSISTANT},
                           {FVIRTKEY, VK_F2, IDM_CONSTANTS},
-                          {FVIRTKEY, VK_F3, IDM_TYPES}};
+                          {FVIRTKEY, VK_F3, IDM_TYPES},
+                          {FVIRTKEY, VK_F4, IDM_DIRECTORIES}};
 
 constexpr UINT_PTR UpdateTimer = 1;
 constexpr UINT UpdatePollMs = 100;
@@ -48,6 +62,12 @@ std::wstring BesideProgram(const wchar_t* name) {
   std::wstring path(32768, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
   return path.substr(0, path.find_last_of(L'\\') + 1) + name;
+}
+
+std::wstring CurrentDirectory() {
+  std::wstring path(32768, L'\0');
+  path.resize(GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data()));
+  return path;
 }
 
 HMENU ControlId(int id) { return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)); }
@@ -77,8 +97,9 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
   const int macro = std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1);
   FMacros[static_cast<std::size_t>(macro)].Position = commandLine.Position;
   ShowMacro(macro);
-  ShowWindow(FHandle, show);
+  ShowWindow(FHandle, PutBackPlace(FLibrary, FHandle, show));
   SetFocus(FEditor.Handle());
+  OpenDirectory(false);
   if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
   return true;
 }
@@ -121,6 +142,8 @@ bool TMainWindow::CreateControls() {
       return word && (FLibrary.*question)(*word);
     };
   };
+  FEditor.OnRestOn = [this](const std::wstring& name, POINT below) { ShowWordHelp(name, below); };
+  FEditor.OnMovedOn = [this] { HideWordHelp(); };
   return FEditor.Create(FHandle, IDC_EDITOR,
                         {ask(&TLibrary::IsMethod), ask(&TLibrary::IsConstant)});
 }
@@ -190,8 +213,13 @@ void TMainWindow::ShowMacro(int index) {
   SendMessageW(FTabs, TCM_SETCURSEL, static_cast<WPARAM>(FMacro), 0);
   FEditor.SetText(shown.Text);
   FEditor.SetPosition(shown.Position);
-  SetWindowTextW(FHandle, (L"ZEF - " + shown.Title).c_str());
+  ShowTitle();
   ShowPosition();
+}
+
+void TMainWindow::ShowTitle() {
+  const std::wstring& macro = FMacros[static_cast<std::size_t>(FMacro)].Title;
+  SetWindowTextW(FHandle, (L"ZEF - " + macro + L" - " + CurrentDirectory()).c_str());
 }
 
 void TMainWindow::ShowPosition() {
@@ -220,6 +248,21 @@ void TMainWindow::RunCommand(int id) {
 }
 
 void TMainWindow::Quit() { SendMessageW(FHandle, WM_CLOSE, 0, 0); }
+
+void TMainWindow::RunDirectories() {
+  OpenDirectory(true);
+  SetFocus(FEditor.Handle());
+}
+
+void TMainWindow::OpenDirectory(bool showList) {
+  const TLibrary::TDirectoryChoice choice = FLibrary.SelectDirectory(showList);
+  ShowTitle();
+  if (choice.Changed) {
+    Tell(L"Répertoire des comptes ouvert");
+  } else if (choice.Cancelled) {
+    Tell(L"Le répertoire des comptes n'a pas changé.");
+  }
+}
 
 void TMainWindow::RunAssistant() {
   const auto [line, column] = FEditor.Position();
@@ -261,6 +304,56 @@ void TMainWindow::RunConstants() {
 void TMainWindow::RunTypes() {
   SetDeclaredTypes(FEditor, ToWide(FLibrary.SyntaxTypesBox(AnsiTypes())));
   SetFocus(FEditor.Handle());
+}
+
+void TMainWindow::RunModalDialog() { FLibrary.InvokeModalDialog(); }
+
+void TMainWindow::OpenDialog() { OpenGuest(FDialogWindow, TGuestWindow::TGuest::Dialog); }
+
+void TMainWindow::OpenView() { OpenGuest(FViewWindow, TGuestWindow::TGuest::View); }
+
+void TMainWindow::OpenGuest(std::unique_ptr<TGuestWindow>& window, TGuestWindow::TGuest guest) {
+  if (window && window->Handle()) {
+    SetForegroundWindow(window->Handle());
+  } else {
+    window = std::make_unique<TGuestWindow>(FLibrary, guest, FHandle);
+  }
+}
+
+void TMainWindow::ShowWordHelp(const std::wstring& name, POINT below) {
+  if (!FHelp) FHelp = std::make_unique<TScriptHelp>(BesideProgram(L"VBSZEF.XML"));
+  const std::optional<std::string> help = ToAnsi(FHelp->Find(name));
+  if (!help || help->empty() || FLibrary.Busy()) return;
+  HideWordHelp();
+  FBubbleOwner =
+      CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 0, 0, FHandle, nullptr, nullptr, nullptr);
+  FLibrary.ShowHint(FBubbleOwner, *help, below, Scale(360));
+}
+
+// The library takes a bubble away only with the window that it belongs to: it has one of its own.
+void TMainWindow::HideWordHelp() {
+  if (FBubbleOwner) DestroyWindow(FBubbleOwner);
+  FBubbleOwner = nullptr;
+}
+
+void TMainWindow::SwitchTrace() {
+  FTracing = !FTracing;
+  CheckMenuItem(GetMenu(FHandle), IDM_TRACE, FTracing ? MF_CHECKED : MF_UNCHECKED);
+  if (!FTracing) {
+    FLog.SetTrace({});
+    return;
+  }
+  FLog.SetTrace([this](const std::wstring& line) {
+    if (const std::optional<std::string> text = ToAnsi(line)) FLibrary.ShowDebugText(*text);
+  });
+  FLibrary.Version();
+  SetFocus(FEditor.Handle());
+}
+
+void TMainWindow::FilterEntries() {
+  if (!FEntries || !FEntries->Handle())
+    FEntries = std::make_unique<TEntriesWindow>(FLibrary, FHandle);
+  FEntries->Filter();
 }
 
 void TMainWindow::ClearLog() { FLog.Clear(); }
@@ -336,6 +429,12 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_CLOSE:
       if (FLibrary.Busy()) return 0;
+      FViewWindow.reset();
+      FDialogWindow.reset();
+      FEntries.reset();
+      HideWordHelp();
+      FLog.SetTrace({});
+      KeepPlace(FLibrary, FHandle);
       FUpdate.Abort();
       FLibrary.Unload();
       DestroyWindow(FHandle);

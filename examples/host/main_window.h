@@ -2,14 +2,18 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "call_log.h"
 #include "command_line.h"
+#include "entries_window.h"
+#include "guest_window.h"
 #include "library.h"
 #include "macros.h"
 #include "script_editor.h"
+#include "script_help.h"
 #include "update_check.h"
 
 /// The program's window: the macros in tabs, the script editor, the calls made to the library and a
@@ -26,7 +30,7 @@ class TMainWindow {
  private:
   struct TCommand;
   struct TMenu;
-  static const TMenu Menus[4];
+  static const TMenu Menus[5];
 
   static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
@@ -38,15 +42,27 @@ class TMainWindow {
   int Scale(int pixels) const;
 
   void ShowMacro(int index);
+  void ShowTitle();
   void ShowPosition();
   void Tell(const std::wstring& message);
   void RunCommand(int id);
   bool Available(const TCommand& command) const;
 
   void Quit();
+  void RunDirectories();
+  /// The default accounts directory, or the one that the user chooses from the list.
+  void OpenDirectory(bool showList);
   void RunAssistant();
   void RunConstants();
   void RunTypes();
+  void RunModalDialog();
+  void OpenDialog();
+  void OpenView();
+  void OpenGuest(std::unique_ptr<TGuestWindow>& window, TGuestWindow::TGuest guest);
+  void ShowWordHelp(const std::wstring& name, POINT below);
+  void HideWordHelp();
+  void FilterEntries();
+  void SwitchTrace();
   void ClearLog();
   void CheckForUpdate();
   void FollowUpdate();
@@ -69,4 +85,10 @@ class TMainWindow {
   TScriptEditor FEditor;
   std::vector<TMacro> FMacros;
   int FMacro = -1;
+  std::unique_ptr<TGuestWindow> FViewWindow;
+  std::unique_ptr<TGuestWindow> FDialogWindow;
+  std::unique_ptr<TEntriesWindow> FEntries;
+  std::unique_ptr<TScriptHelp> FHelp;  ///< read when the mouse first rests on a name
+  HWND FBubbleOwner = nullptr;
+  bool FTracing = false;
 };

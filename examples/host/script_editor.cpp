@@ -49,6 +49,10 @@ const wchar_t* ScriptFont() {
   return L"Tahoma";
 }
 
+POINT PointOf(LPARAM packed) {
+  return {static_cast<short>(LOWORD(packed)), static_cast<short>(HIWORD(packed))};
+}
+
 std::vector<std::wstring> SplitLines(const std::wstring& text) {
   std::vector<std::wstring> lines;
   std::size_t start = 0;
@@ -298,10 +302,56 @@ void TScriptEditor::Colour(CHARRANGE range, COLORREF colour, bool automatic) {
 
 void TScriptEditor::PastePlain() { SendMessageW(FHandle, EM_PASTESPECIAL, CF_UNICODETEXT, 0); }
 
+std::wstring TScriptEditor::NameAt(POINT at) const {
+  POINTL point = {at.x, at.y};
+  const LRESULT place = SendMessageW(FHandle, EM_CHARFROMPOS, 0, reinterpret_cast<LPARAM>(&point));
+  const auto row = static_cast<int>(SendMessageW(FHandle, EM_EXLINEFROMCHAR, 0, place));
+  if (row < 0 || row >= LineCount()) return {};
+  const LONG column = static_cast<LONG>(place) - LineRange(row).cpMin;
+  const std::wstring& text = Line(row);
+  // Beside the text, the control names the nearest place in it.
+  if (column < 0 || column >= static_cast<LONG>(text.size())) return {};
+  for (const TWord& word : SplitScriptLine(text)) {
+    const auto start = static_cast<LONG>(word.Start);
+    const auto end = start + static_cast<LONG>(word.Length);
+    if (column >= start && column < end && word.Kind == TWordKind::Name) {
+      return text.substr(word.Start, word.Length);
+    }
+  }
+  return {};
+}
+
+void TScriptEditor::MouseMoved(POINT at) {
+  if (!FRestsOn.empty() && NameAt(at) == FRestsOn) return;
+  if (!FRestsOn.empty() && OnMovedOn) OnMovedOn();
+  FRestsOn.clear();
+  TRACKMOUSEEVENT track = {sizeof track, TME_HOVER | TME_LEAVE, FHandle, HOVER_DEFAULT};
+  TrackMouseEvent(&track);
+}
+
+void TScriptEditor::MouseRests(POINT at) {
+  const std::wstring name = NameAt(at);
+  if (name.empty() || name == FRestsOn || !OnRestOn) return;
+  FRestsOn = name;
+  POINT below = {at.x, at.y + GetSystemMetrics(SM_CYCURSOR) * 2 / 3};
+  ClientToScreen(FHandle, &below);
+  OnRestOn(name, below);
+}
+
 LRESULT CALLBACK TScriptEditor::EditorProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                            UINT_PTR id, DWORD_PTR data) {
   auto& editor = *reinterpret_cast<TScriptEditor*>(data);
   switch (message) {
+    case WM_MOUSEMOVE:
+      editor.MouseMoved(PointOf(lParam));
+      break;
+    case WM_MOUSEHOVER:
+      editor.MouseRests(PointOf(lParam));
+      break;
+    case WM_MOUSELEAVE:
+    case WM_KILLFOCUS:
+      editor.MouseMoved({-1, -1});
+      break;
     case WM_PASTE:
       editor.PastePlain();
       return 0;

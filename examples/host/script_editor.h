@@ -46,6 +46,10 @@ class TScriptEditor {
   std::optional<std::wstring> SelectedText() const;
   void ReplaceSelection(const std::wstring& text);
 
+  /// The mouse rests on a name (with its leading dot) at a place of the screen; it moved on.
+  std::function<void(const std::wstring& name, POINT below)> OnRestOn;
+  std::function<void()> OnMovedOn;
+
   /// Colours the lines that differ from those coloured before.
   void Changed();
 
@@ -59,9 +63,14 @@ class TScriptEditor {
   void ColourLine(int line);
   void Colour(CHARRANGE range, COLORREF colour, bool automatic);
   void PastePlain();
+  void MouseMoved(POINT at);
+  void MouseRests(POINT at);
+  /// The name under a point of the control, or empty.
+  std::wstring NameAt(POINT at) const;
 
   HWND FHandle = nullptr;
   TNames FNames;
   std::vector<std::wstring> FLines{std::wstring()};
   bool FColouring = false;
+  std::wstring FRestsOn;  ///< the name that the mouse rests on
 };

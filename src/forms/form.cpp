@@ -52,6 +52,7 @@ void TForm::Close() {
 }
 
 void TForm::BringToFront() {
+  if (!Visible()) return;
   SetForegroundWindow(FHandle);
   BringWindowToTop(FHandle);
 }

@@ -34,6 +34,12 @@ LRESULT CALLBACK TForm::FormProc(HWND window, UINT message, WPARAM wParam, LPARA
 LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = FHandle;
   LRESULT result = 0;
+  if (message == WM_DESTROY) {
+    // They belong to the window around an embedded form, and would outlive it. Now, while the
+    // controls are there: tooltips that go after them leave memory behind.
+    if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
+    FTooltips = nullptr;
+  }
   if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) WindowGone();
@@ -149,9 +155,6 @@ void TForm::HandleHelp(const HELPINFO& info) {
 void TForm::WindowGone() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
-  // They belong to the window around an embedded form, and would outlive it.
-  if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
-  FTooltips = nullptr;
   FEntered = nullptr;
   Abandon();
   WindowDestroyed();

@@ -1,45 +1,9 @@
-#include <vector>
-
 #include "forms/form.h"
+#include "forms/modal_world.h"
 
 struct TForm::TModalState {
   bool Abandoned = false;
 };
-
-namespace {
-
-/// Disables the other windows of the thread for as long as it lives; knows which one was active.
-class TModalWorld {
- public:
-  explicit TModalWorld(HWND form) : FForm(form), FActive(GetActiveWindow()) {
-    EnumThreadWindows(GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
-  }
-  TModalWorld(const TModalWorld&) = delete;
-  TModalWorld& operator=(const TModalWorld&) = delete;
-  // Before the form hides: with no enabled window left, the system would activate another program.
-  ~TModalWorld() {
-    for (const HWND window : FDisabled) {
-      if (IsWindow(window)) EnableWindow(window, TRUE);
-    }
-  }
-  HWND Active() const { return FActive; }
-
- private:
-  static BOOL CALLBACK Disable(HWND window, LPARAM self) {
-    auto* world = reinterpret_cast<TModalWorld*>(self);
-    if (window != world->FForm && IsWindowVisible(window) && IsWindowEnabled(window)) {
-      EnableWindow(window, FALSE);
-      world->FDisabled.push_back(window);
-    }
-    return TRUE;
-  }
-
-  HWND FForm;
-  HWND FActive;
-  std::vector<HWND> FDisabled;
-};
-
-}  // namespace
 
 int TForm::ShowModal() {
   if (!FHandle || Modal()) return mrCancel;

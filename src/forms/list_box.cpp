@@ -44,6 +44,10 @@ int TListBox::AddItem(std::string_view text) {
   return static_cast<int>(Send(LB_ADDSTRING, 0, TextParam(ToWide(text))));
 }
 
+void TListBox::InsertItem(int index, std::string_view text) {
+  Send(LB_INSERTSTRING, static_cast<WPARAM>(index), TextParam(ToWide(text)));
+}
+
 void TListBox::DeleteItem(int index) { Send(LB_DELETESTRING, static_cast<WPARAM>(index)); }
 
 void TListBox::ClearItems() { Send(LB_RESETCONTENT); }

@@ -45,6 +45,8 @@ class TListBox : public TItemsControl {
   int Count() const override;
   std::string Item(int index) const override;
   int AddItem(std::string_view text) override;
+  /// At that index, also in a sorted list: the caller keeps the order.
+  void InsertItem(int index, std::string_view text);
   void DeleteItem(int index) override;
   void ClearItems() override;
   int ItemIndex() const override;

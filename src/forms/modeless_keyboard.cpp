@@ -22,6 +22,11 @@ TModelessForms& Modeless() {
 /// typed text is translated as the host does it.
 bool IsDialogKey(const MSG& message) {
   if (message.message == WM_SYSCHAR) return true;
+  if (message.message == WM_CHAR) {
+    // A letter alone is a mnemonic where it is no text, on a button for one.
+    const auto wanted = SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0);
+    return (wanted & (DLGC_WANTCHARS | DLGC_WANTALLKEYS)) == 0;
+  }
   if (message.message != WM_KEYDOWN) return false;
   switch (message.wParam) {
     case VK_TAB:
@@ -37,17 +42,21 @@ bool IsDialogKey(const MSG& message) {
   }
 }
 
+HWND ModelessFormAround(HWND window) {
+  const auto& forms = Modeless().Forms;
+  const auto around = std::ranges::find_if(
+      forms, [&](HWND form) { return form == window || IsChild(form, window); });
+  return around == forms.end() ? nullptr : *around;
+}
+
 LRESULT CALLBACK MessageHook(int code, WPARAM wParam, LPARAM lParam) {
   auto& message = *reinterpret_cast<MSG*>(lParam);
-  if (code == HC_ACTION && wParam == PM_REMOVE && IsDialogKey(message)) {
+  if (code == HC_ACTION && wParam == PM_REMOVE) {
     Guarded([&] {
       const TCallScope scope;
-      for (const HWND form : std::vector<HWND>(Modeless().Forms)) {
-        if ((form == message.hwnd || IsChild(form, message.hwnd)) &&
-            IsDialogMessageW(form, &message)) {
-          message.message = WM_NULL;
-          break;
-        }
+      const HWND form = ModelessFormAround(message.hwnd);
+      if (form && IsDialogKey(message) && IsDialogMessageW(form, &message)) {
+        message.message = WM_NULL;
       }
     });
   }

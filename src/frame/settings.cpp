@@ -10,7 +10,9 @@ namespace {
 constexpr char RootKey[] = "Software";
 constexpr char CompanyKey[] = "KAVEN";
 constexpr char ProductKey[] = "ZEF";
-constexpr std::uint32_t LongestSetting = 255;
+/// Room for what settings commonly hold, and the most that is read of one.
+constexpr std::uint32_t UsualSetting = 255;
+constexpr std::uint32_t LongestSetting = 1u << 22;
 
 TRegistryHive HiveOf(bool currentUser) {
   return currentUser ? TRegistryHive::CurrentUser : TRegistryHive::LocalMachine;
@@ -32,16 +34,10 @@ long CreateSettings(TRegistryKey& key, bool currentUser) {
   return result;
 }
 
-}  // namespace
-
-long QuerySetting(char* buffer, std::uint32_t size, const char* name, bool currentUser) {
-  if (buffer && size > 0) *buffer = '\0';
-  if (!buffer || !name) return ERROR_INVALID_PARAMETER;
-  TRegistryKey key;
-  long result = OpenSettings(key, currentUser);
-  if (result != ERROR_SUCCESS) return result;
+/// As QuerySetting, from a key that is open.
+long QueryText(const TRegistryKey& key, char* buffer, std::uint32_t size, const char* name) {
   TRegistryKey::TValue value{size, false};
-  result = key.QueryValue(name, buffer, value);
+  long result = key.QueryValue(name, buffer, value);
   if (result == ERROR_SUCCESS) {
     if (value.Size < size) {
       buffer[value.Size] = '\0';
@@ -54,6 +50,17 @@ long QuerySetting(char* buffer, std::uint32_t size, const char* name, bool curre
   return result;
 }
 
+}  // namespace
+
+long QuerySetting(char* buffer, std::uint32_t size, const char* name, bool currentUser) {
+  if (buffer && size > 0) *buffer = '\0';
+  if (!buffer || !name) return ERROR_INVALID_PARAMETER;
+  TRegistryKey key;
+  const long result = OpenSettings(key, currentUser);
+  if (result != ERROR_SUCCESS) return result;
+  return QueryText(key, buffer, size, name);
+}
+
 long StoreSetting(const char* name, const char* value, bool currentUser) {
   if (!name) return ERROR_INVALID_PARAMETER;
   TRegistryKey key;
@@ -61,14 +68,31 @@ long StoreSetting(const char* name, const char* value, bool currentUser) {
   return result == ERROR_SUCCESS ? key.SetText(name, value ? value : "") : result;
 }
 
-void WriteSetting(const std::string& name, const std::string& value, bool currentUser) {
-  StoreSetting(name.c_str(), value.c_str(), currentUser);
+TSettings::TSettings(bool currentUser) : FCurrentUser(currentUser) {
+  OpenSettings(FReading, currentUser);
 }
 
-std::string ReadSetting(const std::string& name, bool currentUser) {
-  char buffer[LongestSetting];
-  const long result = QuerySetting(buffer, LongestSetting, name.c_str(), currentUser);
-  return result == ERROR_SUCCESS ? buffer : "";
+std::string TSettings::Read(const std::string& name) const {
+  std::string text;
+  for (std::uint32_t size = UsualSetting; size <= LongestSetting; size *= 4) {
+    text.resize(size);
+    const long result = QueryText(FReading, text.data(), size, name.c_str());
+    if (result == ERROR_SUCCESS) return text.c_str();
+    if (result != ERROR_MORE_DATA) break;
+  }
+  return {};
+}
+
+bool TSettings::OpenForWriting() {
+  return FWriting.IsOpen() || CreateSettings(FWriting, FCurrentUser) == ERROR_SUCCESS;
+}
+
+bool TSettings::Write(const std::string& name, const std::string& value) {
+  return OpenForWriting() && FWriting.SetText(name.c_str(), value.c_str()) == ERROR_SUCCESS;
+}
+
+bool TSettings::Remove(const std::string& name) {
+  return OpenForWriting() && FWriting.DeleteValue(name.c_str()) == ERROR_SUCCESS;
 }
 
 std::string DigestOf(const std::string& text) { return Md5Text(text); }

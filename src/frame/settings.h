@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include "platform/registry.h"
 
 /// The library's and the host's settings: texts in the registry, below the host's own key, in the
 /// current user's hive or else the machine's. Texts are in the process's ANSI code page.
@@ -15,11 +18,28 @@ long QuerySetting(char* buffer, std::uint32_t size, const char* name, bool curre
 /// code; 87 for a null name. A null value is empty.
 long StoreSetting(const char* name, const char* value, bool currentUser);
 
-/// Writes a setting whether or not it succeeds.
-void WriteSetting(const std::string& name, const std::string& value, bool currentUser);
+/// The settings for one round of many readings or writings: the key is opened once for each.
+class TSettings {
+ public:
+  explicit TSettings(bool currentUser);
 
-/// The setting, or an empty text when it cannot be read or has more than 254 bytes.
-std::string ReadSetting(const std::string& name, bool currentUser);
+  /// The text whatever its length; empty when it cannot be read. Nothing is seen of what was there
+  /// for the first time after this object was made.
+  std::string Read(const std::string& name) const;
+  /// In no special order.
+  std::vector<std::string> Names() const { return FReading.ValueNames(); }
+  /// False when the setting could not be written, and is as before.
+  bool Write(const std::string& name, const std::string& value);
+  /// False when the setting is still there.
+  bool Remove(const std::string& name);
+
+ private:
+  bool OpenForWriting();
+
+  bool FCurrentUser;
+  TRegistryKey FReading;
+  TRegistryKey FWriting;
+};
 
 /// The MD5 digest of a text as 32 lower-case hexadecimal digits.
 std::string DigestOf(const std::string& text);

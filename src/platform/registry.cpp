@@ -69,3 +69,19 @@ long TRegistryKey::SetText(const char* name, const char* text) {
   return RegSetValueExA(KeyOf(FKey), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text),
                         static_cast<DWORD>(std::strlen(text) + 1));
 }
+
+long TRegistryKey::DeleteValue(const char* name) { return RegDeleteValueA(KeyOf(FKey), name); }
+
+std::vector<std::string> TRegistryKey::ValueNames() const {
+  // The longest name that the system takes, in bytes of any code page.
+  std::string name(16384 * 4, '\0');
+  std::vector<std::string> names;
+  long result = ERROR_SUCCESS;
+  for (DWORD index = 0; result == ERROR_SUCCESS; ++index) {
+    auto length = static_cast<DWORD>(name.size());
+    result =
+        RegEnumValueA(KeyOf(FKey), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+    if (result == ERROR_SUCCESS) names.emplace_back(name, 0, length);
+  }
+  return names;
+}

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 enum class TRegistryHive { CurrentUser, LocalMachine };
 enum class TRegistryAccess { Query, Write };
@@ -22,6 +24,8 @@ class TRegistryKey {
   /// Opens the key for writing, made if it is not there.
   long Create(const TRegistryKey& parent, const char* name);
 
+  bool IsOpen() const { return FKey != nullptr; }
+
   struct TValue {
     std::uint32_t Size;  ///< in: bytes there is room for; out: bytes that the value has
     bool Text;           ///< the value is of one of the kinds that hold text
@@ -29,6 +33,9 @@ class TRegistryKey {
   /// A value that does not fit gives the more-data code. Text need not be terminated.
   long QueryValue(const char* name, void* buffer, TValue& value) const;
   long SetText(const char* name, const char* text);
+  long DeleteValue(const char* name);
+  /// In no special order; none when they cannot be read.
+  std::vector<std::string> ValueNames() const;
 
  private:
   void Close();

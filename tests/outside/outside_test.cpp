@@ -9,10 +9,17 @@ namespace {
 constexpr int TestSeconds = 90;
 constexpr int GoneMs = 10000;  ///< the system's own worker threads may stay for a while
 constexpr wchar_t MainClass[] = L"OutsideTestsMain";
+constexpr UINT CallMessage = WM_APP;
+
+LRESULT CALLBACK MainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != CallMessage) return DefWindowProcW(window, message, wParam, lParam);
+  (*reinterpret_cast<const std::function<void()>*>(lParam))();
+  return 1;
+}
 
 HWND CreateMainWindow() {
   WNDCLASSW mainClass{};
-  mainClass.lpfnWndProc = DefWindowProcW;
+  mainClass.lpfnWndProc = MainProc;
   mainClass.hInstance = GetModuleHandleW(nullptr);
   mainClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   mainClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_APPWORKSPACE + 1);
@@ -66,6 +73,10 @@ void TOutsideTest::TearDown() {
   UnregisterClassW(MainClass, GetModuleHandleW(nullptr));
   ServeMessages();
   TWatchdog::Allow(0);
+}
+
+void TOutsideTest::InHost(const std::function<void()>& call) {
+  SendMessageW(MainWindow, CallMessage, 0, reinterpret_cast<LPARAM>(&call));
 }
 
 // A window that outlives the library would run into its unmapped code at the next message.

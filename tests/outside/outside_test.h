@@ -32,6 +32,9 @@ class TOutsideTest : public testing::Test {
     During([] {}, script);
   }
 
+  /// From a script: makes a call in the host's thread, as the host does when a message comes in.
+  void InHost(const std::function<void()>& call);
+
   HWND MainWindow = nullptr;
   std::optional<TLibrary> Library;
   std::optional<THelpServer> HelpServer;

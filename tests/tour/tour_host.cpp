@@ -29,7 +29,14 @@ TTourHost::TTourHost(const std::wstring& directory, const std::string& stop,
                       &startup, &FProcess))
     throw TUserError(Say("ZEF.EXE cannot be started: error ", GetLastError()));
   FUser = std::make_unique<TUser>(FProcess.dwProcessId);
-  FWindow = std::make_unique<TFormDriver>(FUser->WaitForForm(Utf8(ZEF_MAIN_WINDOW_CLASS)));
+  // Not as a form that takes input: a dialog may be open over it from the start.
+  HWND window = nullptr;
+  FUser->WaitUntil("the window of ZEF.EXE", [&] {
+    for (const HWND each : TopWindows(FProcess.dwProcessId))
+      if (Shown(each) && ClassOf(each) == Utf8(ZEF_MAIN_WINDOW_CLASS)) window = each;
+    return window != nullptr;
+  });
+  FWindow = std::make_unique<TFormDriver>(*FUser, window);
 }
 
 TTourHost::~TTourHost() {

@@ -15,6 +15,9 @@ class TTourHost {
   /// Pictures and the log of calls are written to the directory, their names begin with the stop's.
   /// Throws TUserError when the program does not start.
   TTourHost(const std::wstring& directory, const std::string& stop, const std::wstring& arguments);
+  /// The program a second time, for the same stop.
+  TTourHost(const TTourHost& earlier, const std::string& name)
+      : TTourHost(earlier.FDirectory, earlier.FStop + "_" + name, L"") {}
   TTourHost(const TTourHost&) = delete;
   TTourHost& operator=(const TTourHost&) = delete;
   ~TTourHost();

@@ -10,6 +10,9 @@
 #include "user/window.h"
 
 namespace {
+constexpr int UncoveredMs = 1000;
+constexpr DWORD LookAgainMs = 5;
+
 bool IsCombo(HWND control) {
   const std::string name = ClassOf(control);
   return name == "ComboBox" || name == WC_COMBOBOXEXA;
@@ -124,9 +127,15 @@ void TFormDriver::Reach(HWND control, POINT screen) const {
   const std::string name = NameOf(control);
   if (!IsWindowEnabled(control)) throw TUserError(name + " is disabled");
   if (!Shown(control)) throw TUserError(name + " is hidden");
-  const HWND met = WindowFromPoint(screen);
-  if (!Within(met, control) && !Within(control, met))
-    throw TUserError(Say(name, " is covered by ", ClassOf(met), " \"", NameOf(met), "\""));
+  // A form that has just come up may lie under its owner for a moment.
+  const ULONGLONG deadline = GetTickCount64() + UncoveredMs;
+  HWND met = WindowFromPoint(screen);
+  while (!Within(met, control) && !Within(control, met)) {
+    if (GetTickCount64() > deadline)
+      throw TUserError(Say(name, " is covered by ", ClassOf(met), " \"", NameOf(met), "\""));
+    Sleep(LookAgainMs);
+    met = WindowFromPoint(screen);
+  }
 }
 
 POINT TFormDriver::Inside(HWND control, double x, double y) const {

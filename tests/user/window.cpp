@@ -3,7 +3,7 @@
 #include "user/say.h"
 
 namespace {
-constexpr UINT AnswerMs = 1000;
+constexpr UINT AnswerMs = 3000;  // a busy machine holds a thread up for a second
 
 std::wstring FromBytes(UINT codePage, std::string_view text) {
   const int length = static_cast<int>(text.size());

@@ -1,0 +1,62 @@
+#include "directories/dlg_dir_select.h"
+#include "frame/exported.h"
+#include "frame/singletons.h"
+#include "zefext.h"
+
+namespace {
+
+/// Whether a choice is going on: its boxes keep serving the host's messages.
+bool choosing = false;
+
+class TChoosing {
+ public:
+  TChoosing() { choosing = true; }
+  TChoosing(const TChoosing&) = delete;
+  TChoosing& operator=(const TChoosing&) = delete;
+  ~TChoosing() { choosing = false; }
+};
+
+/// The dialog with the list as it is stored now.
+TDlgDirSelect& LoadedDialog() {
+  auto* kept = static_cast<TDlgDirSelect*>(FormInSlot(TFormSlot::DirectoryList));
+  if (!kept) return SingletonForm<TDlgDirSelect>(TFormSlot::DirectoryList);
+  kept->LoadList();
+  return *kept;
+}
+
+/// Opens a directory of the list; true when the current directory has changed.
+bool ChooseDirectory(const char* name, bool showList, bool& cancelled) {
+  TDlgDirSelect& dialog = LoadedDialog();
+  TDiskFiles files;
+  const std::string before = files.Current();
+  if (!showList) {
+    const int entry = dialog.List().IndexToOpen(name);
+    const auto entering =
+        entry < 0 ? TEntering::Failed : EnterDirectory(files, dialog.List().Entry(entry).Path);
+    if (entering != TEntering::Failed) return entering == TEntering::Entered;
+  }
+  auto entering = TEntering::Failed;
+  if (dialog.ShowModal() == mrOk) {
+    entering = EnterDirectory(files, dialog.ChosenPath());
+  } else {
+    cancelled = true;
+  }
+  return entering == TEntering::Entered || files.Current() != before;
+}
+
+}  // namespace
+
+int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList,
+                                unsigned char* cancelled) {
+  bool leftWithoutChoice = false;
+  const int changed = Exported(0, [&] {
+    if (choosing) {
+      leftWithoutChoice = true;
+      return 0;
+    }
+    const TChoosing scope;
+    return ChooseDirectory(OrEmpty(name), showList != 0, leftWithoutChoice) ? 1 : 0;
+  });
+  if (cancelled) *cancelled = leftWithoutChoice ? 1 : 0;
+  return changed;
+}

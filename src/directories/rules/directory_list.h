@@ -1,0 +1,66 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "directories/rules/settings_store.h"
+
+struct TDirectoryEntry {
+  int Number = 0;  ///< under which it was read, or how many there were when it was added
+  std::string Name;
+  std::string Path;  ///< need not exist: its drive may be away
+};
+
+/// The user's named accounts directories in the order of their names, and which of them opens at
+/// start-up. Indices are positions in that order; -1 stands for none.
+class TDirectoryList {
+ public:
+  /// Reads a stored list in place of this one. Whatever the store holds: numbers without a name are
+  /// skipped, and the time depends on what is there, not on the stored count.
+  void Load(const TSettingsStore& store);
+  /// The stored count was 0 (or none): an older program may have left its data to be imported.
+  bool NothingStored() const { return FNothingStored; }
+
+  /// Writes the list. Whichever write fails, a later Load reads either the whole list written last
+  /// or the whole one before it; false when it is the one before.
+  bool Save(TSettingsStore& store) const;
+
+  int Count() const { return static_cast<int>(FEntries.size()); }
+  const TDirectoryEntry& Entry(int index) const {
+    return FEntries.at(static_cast<std::size_t>(index));
+  }
+  /// Ignores letter case.
+  int IndexOf(std::string_view name) const;
+  /// The entry last read or added with this path, ignoring letter case.
+  int IndexOfPath(std::string_view path) const;
+  /// The default entry when the name is empty.
+  int IndexToOpen(std::string_view name) const;
+
+  /// Takes a directory that no stored list knows. Returns its index.
+  int Import(const std::string& name, const std::string& path);
+  /// A new entry without a path, the default one when it is the first. Returns its index, or
+  /// nothing when the name is in the list.
+  std::optional<int> Add(const std::string& name);
+  /// Returns the entry's new index, or nothing when the name is in the list (also as this very
+  /// entry's name in another case).
+  std::optional<int> Rename(int index, const std::string& name);
+  void Remove(int index);
+  void SetPath(int index, std::string path);
+
+  bool IsDefault(int index) const { return Entry(index).Name == FDefaultName; }
+  void SetDefault(int index) { FDefaultName = Entry(index).Name; }
+  void ClearDefault() { FDefaultName.clear(); }
+
+ private:
+  int Insert(TDirectoryEntry entry);
+  void LoadEntries(const TSettingsStore& store, int count);
+  bool LoadPending(const TSettingsStore& store);
+  std::string PendingText() const;
+  bool WriteEntries(TSettingsStore& store) const;
+
+  std::vector<TDirectoryEntry> FEntries;  ///< sorted by name
+  std::string FDefaultName;
+  bool FNothingStored = true;
+};

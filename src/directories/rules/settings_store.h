@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// Named texts that outlive the program, in the host's ANSI code page. Names ignore the case of
+/// ASCII letters.
+class TSettingsStore {
+ public:
+  TSettingsStore() = default;
+  TSettingsStore(const TSettingsStore&) = delete;
+  TSettingsStore& operator=(const TSettingsStore&) = delete;
+  virtual ~TSettingsStore() = default;
+
+  /// The whole text, or an empty one when there is none or it cannot be read.
+  virtual std::string Read(const std::string& name) const = 0;
+  /// The names that are there, in no special order.
+  virtual std::vector<std::string> Names() const = 0;
+  /// One text is written wholly or not at all; false when it was not.
+  virtual bool Write(const std::string& name, const std::string& value) = 0;
+  /// False when it is still there.
+  virtual bool Remove(const std::string& name) = 0;
+};

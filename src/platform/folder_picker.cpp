@@ -1,0 +1,232 @@
+#include "platform/folder_picker.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <shlobj.h>
+#include <shlwapi.h>
+
+#include <memory>
+
+#include "platform/code_page.h"
+#include "platform/guard.h"
+#include "platform/quiet_disks.h"
+#include "platform/system_library.h"
+
+namespace {
+
+constexpr UINT_PTR kSubclassId = 2;
+constexpr std::size_t kMostOfPath = 260;
+
+struct TFreeItems {
+  void operator()(void* items) const { CoTaskMemFree(items); }
+};
+using TItems = std::unique_ptr<ITEMIDLIST, TFreeItems>;
+
+struct TRelease {
+  void operator()(IUnknown* object) const { object->Release(); }
+};
+using TShellFolder = std::unique_ptr<IShellFolder, TRelease>;
+
+/// The newer look of the picker has drop targets, which need this.
+class TOle {
+ public:
+  TOle() : FMine(SUCCEEDED(OleInitialize(nullptr))) {}
+  TOle(const TOle&) = delete;
+  TOle& operator=(const TOle&) = delete;
+  ~TOle() {
+    if (FMine) OleUninitialize();
+  }
+
+ private:
+  bool FMine;
+};
+
+std::string PathText(const std::wstring& path) {
+  std::string text = ToAnsi(path);
+  if (ToWide(text) == path) return text;
+  // Its nearest letters may name another folder.
+  std::wstring shortPath(GetShortPathNameW(path.c_str(), nullptr, 0), L'\0');
+  const DWORD length =
+      GetShortPathNameW(path.c_str(), shortPath.data(), static_cast<DWORD>(shortPath.size()));
+  if (length > 0 && length < shortPath.size()) {
+    shortPath.resize(length);
+    const std::string shortText = ToAnsi(shortPath);
+    if (ToWide(shortText) == shortPath) return shortText;
+  }
+  return text;
+}
+
+std::string ReturnedText(const STRRET& returned, const ITEMIDLIST* items) {
+  switch (returned.uType) {
+    case STRRET_WSTR: {
+      const std::unique_ptr<wchar_t, TFreeItems> text(returned.pOleStr);
+      return text ? ToAnsi(text.get()) : std::string();
+    }
+    case STRRET_OFFSET:
+      return reinterpret_cast<const char*>(items) + returned.uOffset;
+    case STRRET_CSTR:
+      return returned.cStr;
+    default:
+      return {};
+  }
+}
+
+LPARAM TextParam(const std::wstring& text) { return reinterpret_cast<LPARAM>(text.c_str()); }
+
+}  // namespace
+
+/// What the shell lends for one run.
+struct TFolderPicker::TShell {
+  TSystemLibrary Library{L"shell32.dll"};
+  decltype(&SHBrowseForFolderW) Browse =
+      Library.Function<decltype(&SHBrowseForFolderW)>("SHBrowseForFolderW");
+  decltype(&SHGetPathFromIDListW) PathFromItems =
+      Library.Function<decltype(&SHGetPathFromIDListW)>("SHGetPathFromIDListW");
+  decltype(&SHGetSpecialFolderLocation) SpecialFolder =
+      Library.Function<decltype(&SHGetSpecialFolderLocation)>("SHGetSpecialFolderLocation");
+  TShellFolder Desktop;
+
+  TShell() {
+    const auto get = Library.Function<decltype(&SHGetDesktopFolder)>("SHGetDesktopFolder");
+    IShellFolder* desktop = nullptr;
+    if (get && SUCCEEDED(get(&desktop))) Desktop.reset(desktop);
+  }
+  explicit operator bool() const { return Browse && PathFromItems && SpecialFolder && Desktop; }
+
+  /// Nothing for a folder that is not on a disk.
+  std::optional<std::string> PathOf(const ITEMIDLIST* items) const {
+    wchar_t path[MAX_PATH];
+    if (!PathFromItems(items, path)) return std::nullopt;
+    return PathText(path);
+  }
+  std::string DisplayName(const ITEMIDLIST* items) const {
+    STRRET returned{};
+    if (FAILED(Desktop->GetDisplayNameOf(items, SHGDN_NORMAL, &returned))) return {};
+    return ReturnedText(returned, items);
+  }
+  TItems Root(const TRequest& request, HWND owner) const {
+    LPITEMIDLIST items = nullptr;
+    if (!request.RootPath.empty()) {
+      std::wstring path = ToWide(request.RootPath).substr(0, kMostOfPath);
+      Desktop->ParseDisplayName(owner, nullptr, path.data(), nullptr, &items, nullptr);
+    } else if (request.SpecialFolder != 0) {
+      SpecialFolder(owner, request.SpecialFolder, &items);
+    }
+    return TItems(items);
+  }
+};
+
+/// The shell's and the system's calls into the picker.
+struct TFolderPicker::TCallbacks {
+  static int CALLBACK Browse(HWND window, UINT message, LPARAM argument, LPARAM self) {
+    return Guarded(0, [&] {
+      return self ? Handle(*reinterpret_cast<TFolderPicker*>(self), window, message, argument) : 0;
+    });
+  }
+
+  static int Handle(TFolderPicker& picker, HWND window, UINT message, LPARAM argument) {
+    const TEvents& events = picker.FEvents;
+    switch (message) {
+      case BFFM_INITIALIZED:
+        picker.FWindow = window;
+        SetWindowSubclass(window, Watch, kSubclassId, reinterpret_cast<DWORD_PTR>(&picker));
+        if (events.Initialized) events.Initialized();
+        return 0;
+      case BFFM_SELCHANGED: {
+        const auto* items = reinterpret_cast<const ITEMIDLIST*>(argument);
+        if (!events.SelectionChanged || !items) return 0;
+        const auto path = picker.FShell->PathOf(items);
+        events.SelectionChanged(path ? *path : picker.FShell->DisplayName(items));
+        return 0;
+      }
+      case BFFM_VALIDATEFAILEDA:
+        return WrongName(events, reinterpret_cast<const char*>(argument));
+      case BFFM_VALIDATEFAILEDW:
+        return WrongName(events, ToAnsi(reinterpret_cast<const wchar_t*>(argument)));
+      default:
+        return 0;
+    }
+  }
+
+  static int WrongName(const TEvents& events, const std::string& typed) {
+    return events.WrongName && events.WrongName(typed) ? 1 : 0;
+  }
+
+  static LRESULT CALLBACK Watch(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                UINT_PTR /*id*/, DWORD_PTR self) {
+    const auto& events = reinterpret_cast<TFolderPicker*>(self)->FEvents;
+    const bool hides = message == WM_WINDOWPOSCHANGING &&
+                       (reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_HIDEWINDOW) != 0;
+    if (hides && events.Closing) Guarded([&] { events.Closing(); });
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(window, Watch, kSubclassId);
+    return DefSubclassProc(window, message, wParam, lParam);
+  }
+};
+
+std::optional<std::string> TFolderPicker::Run(const TRequest& request, TEvents events) {
+  const TOle ole;
+  const TQuietDisks quiet;
+  const TShell shell;
+  if (!shell || FShell) return std::nullopt;
+  const auto owner = static_cast<HWND>(request.Owner);
+  const TItems root = shell.Root(request, owner);
+  const std::wstring title = ToWide(request.Title);
+  wchar_t displayName[MAX_PATH] = {};
+  BROWSEINFOW info{};
+  info.hwndOwner = owner;
+  info.pidlRoot = root.get();
+  info.pszDisplayName = displayName;
+  info.lpszTitle = title.c_str();
+  info.ulFlags = request.Flags;
+  info.lpfn = TCallbacks::Browse;
+  info.lParam = reinterpret_cast<LPARAM>(this);
+  FShell = &shell;
+  FEvents = std::move(events);
+  const TItems chosen(shell.Browse(&info));
+  FWindow = nullptr;
+  FShell = nullptr;
+  FEvents = {};
+  if (!chosen) return std::nullopt;
+  return shell.PathOf(chosen.get()).value_or(std::string());
+}
+
+std::string TFolderPicker::Caption() const {
+  wchar_t text[kMostOfPath] = {};
+  GetWindowTextW(static_cast<HWND>(FWindow), text, static_cast<int>(kMostOfPath));
+  return ToAnsi(text);
+}
+
+void TFolderPicker::SetCaption(const std::string& caption) {
+  if (Open()) SetWindowTextW(static_cast<HWND>(FWindow), ToWide(caption).c_str());
+}
+
+void TFolderPicker::SetSelection(const std::string& folder) {
+  if (!Open()) return;
+  SendMessageW(static_cast<HWND>(FWindow), BFFM_SETSELECTIONW, TRUE, TextParam(ToWide(folder)));
+}
+
+void TFolderPicker::SetStatusText(const std::string& text) {
+  if (!Open()) return;
+  SendMessageW(static_cast<HWND>(FWindow), BFFM_SETSTATUSTEXTW, 0, TextParam(ToWide(text)));
+}
+
+void TFolderPicker::EnableOk(bool enabled) {
+  // Shells differ in which of the two they read.
+  if (Open()) {
+    SendMessageW(static_cast<HWND>(FWindow), BFFM_ENABLEOK, static_cast<WPARAM>(enabled), enabled);
+  }
+}
+
+void TFolderPicker::Cancel() {
+  if (Open()) PostMessageW(static_cast<HWND>(FWindow), WM_COMMAND, IDCANCEL, 0);
+}
+
+std::uint32_t ShellVersion() {
+  const TSystemLibrary shell(L"shell32.dll");
+  const auto getVersion = shell.Function<DLLGETVERSIONPROC>("DllGetVersion");
+  DLLVERSIONINFO version{};
+  version.cbSize = sizeof version;
+  if (!getVersion || FAILED(getVersion(&version))) return 0;
+  return version.dwMajorVersion << 16 | (version.dwMinorVersion & 0xFFFF);
+}

@@ -1,0 +1,70 @@
+#include "directories/rules/folder_picking.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using enum TBffOption;
+using enum TBffRootDir;
+
+TEST(FolderPicking, OptionsCountFromTheirShellVersionOn) {
+  constexpr TBffOptions all{
+      bffBrowseForComputer,  bffBrowseForPrinter,  bffDontGoBelowDomain,  bffReturnFSAncestors,
+      bffReturnOnlyFSDirs,   bffStatusText,        bffValidate,           bffEditBox,
+      bffBrowseIncludeFiles, bffBrowseIncludeURLs, bffNewDialogStyle,     bffShareable,
+      bffUseNewUI,           bffNoNewFolderButton, bffNoTranslateTargets, bffUsageHint};
+  const struct {
+    std::uint32_t Version;
+    std::uint32_t Sum;
+  } cases[] = {{0, 0x300F},
+               {ShellVersionNumber(4, 70), 0x300F},
+               {ShellVersionNumber(4, 71), 0x703F},
+               {ShellVersionNumber(4, 99), 0x703F},
+               {ShellVersionNumber(5, 0), 0x703F + 0x8080 + 0x40 + 0x50},
+               {ShellVersionNumber(5, 82), 0x703F + 0x8080 + 0x40 + 0x50},
+               {ShellVersionNumber(6, 0), 0x703F + 0x8080 + 0x40 + 0x50 + 0x700}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(FolderPickerFlags(all, c.Version), c.Sum) << c.Version;
+    EXPECT_EQ(ReportsWrongNames(c.Version), c.Version > ShellVersionNumber(4, 70));
+  }
+}
+
+TEST(FolderPicking, FlagsAreSummed) {
+  constexpr std::uint32_t six = ShellVersionNumber(6, 0);
+  EXPECT_EQ(
+      FolderPickerFlags({bffReturnOnlyFSDirs, bffStatusText, bffEditBox, bffNewDialogStyle}, six),
+      0x55u);
+  EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffNewDialogStyle}, six), 0x90u);
+  EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffEditBox}, six), 0x60u);
+}
+
+TEST(FolderPicking, SpecialFoldersLeaveTheGaps) {
+  const struct {
+    TBffRootDir Root;
+    int Folder;
+  } cases[] = {{rdDesktop, 0},      {rdMyVideo, 14},        {rdDesktopDirectory, 16},
+               {rdConnections, 49}, {rdCommonMusic, 53},    {rdRecourcesLocalized, 57},
+               {rdCDBurnArea, 59},  {rdComputersNearMe, 61}};
+  for (const auto& c : cases) EXPECT_EQ(SpecialFolder(c.Root), c.Folder);
+  int before = -1;
+  for (int i = 0; i < kBffRootDirCount - 1; ++i) {
+    const auto folder = SpecialFolder(static_cast<TBffRootDir>(i));
+    ASSERT_TRUE(folder.has_value());
+    EXPECT_GT(*folder, before);
+    for (const int gap : {15, 50, 51, 52, 60}) EXPECT_NE(*folder, gap);
+    before = *folder;
+  }
+  EXPECT_EQ(SpecialFolder(rdUseSelectedDir), std::nullopt);
+}
+
+TEST(FolderPicking, OnlyPathsBehindADriveRootLoseTheirEndSlash) {
+  const struct {
+    const char* Given;
+    const char* Kept;
+  } cases[] = {{"c:\\", "c:\\"}, {"c:\\a\\", "c:\\a"},           {"c:\\a", "c:\\a"},
+               {"c:a\\", "c:a"}, {"\\\\pc\\s\\", "\\\\pc\\s\\"}, {"", ""},
+               {"\\", "\\"},     {"c:\\a\\\\", "c:\\a\\"},       {"abc\\", "abc\\"}};
+  for (const auto& c : cases) EXPECT_EQ(WithoutEndSlash(c.Given), c.Kept);
+}
+
+}  // namespace
