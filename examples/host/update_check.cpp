@@ -29,7 +29,7 @@ constexpr char News[] =
 /// The new version: large enough, and sent slowly enough, for its progress to be seen.
 void SendVersion(TConnection& connection) {
   constexpr int parts = 100;
-  constexpr unsigned pause = 60;
+  constexpr unsigned pause = 80;
   std::string part;
   while (part.size() < 20000) part += "ZEF " + std::string(Offered) + "\r\n";
   connection.Send("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " +

@@ -77,6 +77,12 @@ class TWinHttp {
   bool FUsable;
 };
 
+/// The calling thread's last error; never none, for something did fail.
+unsigned long LastFailure() {
+  const DWORD error = GetLastError();
+  return error ? error : ERROR_GEN_FAILURE;
+}
+
 class TInternetHandle {
  public:
   TInternetHandle() = default;
@@ -95,6 +101,14 @@ class TInternetHandle {
 
  private:
   HINTERNET FHandle = nullptr;
+};
+
+/// A request and the handles that it hangs on, which must outlive it.
+struct TOpened {
+  TInternetHandle Session;
+  TInternetHandle Connection;
+  TInternetHandle Request;
+  bool Secure = false;
 };
 
 struct TAddress {
@@ -194,11 +208,11 @@ class THttpRequest::TExchange {
   explicit TExchange(std::shared_ptr<TSignal> signal) : FSignal(std::move(signal)) {}
 
   /// Has the system report to this object, which it keeps alive until it reports no more.
-  bool Attach(TInternetHandle request, bool secure, const std::shared_ptr<TExchange>& self);
+  bool Attach(TOpened opened, const std::shared_ptr<TExchange>& self);
   /// Ends what the system still does, and its use by the requesting thread.
   void Close();
 
-  HINTERNET Request() const { return FRequest.Get(); }
+  HINTERNET Request() const { return FOpened.Request.Get(); }
   void Cancel() {
     FCancelled = true;
     FSignal->Set();
@@ -210,7 +224,7 @@ class THttpRequest::TExchange {
   template <class TCall>
   unsigned long Begin(TCall&& call) {
     FCompleted = false;
-    return call() ? THttpResult::NoError : GetLastError();
+    return call() ? THttpResult::NoError : LastFailure();
   }
   /// Starts a step that reads into the buffer not read last.
   unsigned long BeginRead();
@@ -242,41 +256,40 @@ class THttpRequest::TExchange {
   std::atomic<unsigned long> FRefusal = 0;
 
   std::mutex FLock;  ///< the handle is not closed while a report reads through it
-  TInternetHandle FRequest;
+  TOpened FOpened;
   std::array<std::unique_ptr<char[]>, 2> FBuffers;
   std::size_t FReadingInto = 0;
   int FRedirections = 0;
-  bool FSecure = false;
 
   std::shared_ptr<TExchange> FSelf;
   std::unique_ptr<TModuleHold> FHold;
 };
 
-bool THttpRequest::TExchange::Attach(TInternetHandle request, bool secure,
-                                     const std::shared_ptr<TExchange>& self) {
+bool THttpRequest::TExchange::Attach(TOpened opened, const std::shared_ptr<TExchange>& self) {
   const auto& client = TWinHttp::Get();
   for (auto& buffer : FBuffers) buffer = std::make_unique_for_overwrite<char[]>(kBufferSize);
   auto hold = std::make_unique<TModuleHold>();
   auto context = reinterpret_cast<DWORD_PTR>(this);
-  if (!client.SetOption(request.Get(), WINHTTP_OPTION_CONTEXT_VALUE, &context, sizeof context)) {
+  if (!client.SetOption(opened.Request.Get(), WINHTTP_OPTION_CONTEXT_VALUE, &context,
+                        sizeof context)) {
     return false;
   }
-  FSecure = secure;
   FHold = std::move(hold);
   FSelf = self;
-  if (client.SetStatusCallback(request.Get(), Report, WINHTTP_CALLBACK_FLAG_ALL_NOTIFICATIONS, 0) ==
-      WINHTTP_INVALID_STATUS_CALLBACK) {
+  if (client.SetStatusCallback(opened.Request.Get(), Report,
+                               WINHTTP_CALLBACK_FLAG_ALL_NOTIFICATIONS,
+                               0) == WINHTTP_INVALID_STATUS_CALLBACK) {
     FSelf = nullptr;
     return false;
   }
-  FRequest = std::move(request);
+  FOpened = std::move(opened);
   return true;
 }
 
 void THttpRequest::TExchange::Close() {
-  TInternetHandle closing;
+  TOpened closing;
   const std::lock_guard lock(FLock);
-  closing = std::move(FRequest);
+  closing = std::move(FOpened);
 }
 
 unsigned long THttpRequest::TExchange::Await(const TSignalWait& wait, unsigned timeOut) const {
@@ -291,7 +304,7 @@ unsigned long THttpRequest::TExchange::Await(const TSignalWait& wait, unsigned t
 
 unsigned long THttpRequest::TExchange::BeginRead() {
   FReadingInto = 1 - FReadingInto;
-  return Begin([&] { return TWinHttp::Get().QueryDataAvailable(FRequest.Get(), nullptr); });
+  return Begin([&] { return TWinHttp::Get().QueryDataAvailable(FOpened.Request.Get(), nullptr); });
 }
 
 void CALLBACK THttpRequest::TExchange::Report(HINTERNET, DWORD_PTR context, DWORD status,
@@ -337,17 +350,17 @@ void THttpRequest::TExchange::DataAvailable(DWORD size) {
   // Reading what is there from here, and not from the requesting thread, saves waking it twice.
   if (size == 0) return Completed(THttpResult::NoError);
   const std::lock_guard lock(FLock);
-  if (!FRequest) return;
+  if (!FOpened.Request) return;
   const DWORD room = static_cast<DWORD>(kBufferSize);
-  if (!TWinHttp::Get().ReadData(FRequest.Get(), Buffer(), std::min(size, room), nullptr)) {
-    Completed(GetLastError());
+  if (!TWinHttp::Get().ReadData(FOpened.Request.Get(), Buffer(), std::min(size, room), nullptr)) {
+    Completed(LastFailure());
   }
 }
 
 void THttpRequest::TExchange::Redirected(const wchar_t* address) {
   // Kept here as well as asked of the system, not all versions of which hold to either.
   constexpr std::wstring_view plain = L"http:";
-  const bool downgraded = FSecure && _wcsnicmp(address, plain.data(), plain.size()) == 0;
+  const bool downgraded = FOpened.Secure && _wcsnicmp(address, plain.data(), plain.size()) == 0;
   if (++FRedirections > kMostRedirections || downgraded) FRefusal = THttpResult::RedirectRefused;
   FSignal->Set();
 }
@@ -363,17 +376,19 @@ void THttpRequest::TExchange::Completed(unsigned long error, DWORD size) {
 
 namespace {
 
-/// Makes the request's handle; the ones above it are closed by the system with it.
-TInternetHandle OpenRequest(const TAddress& address, unsigned timeOut) {
+TOpened Open(const TAddress& address, unsigned timeOut) {
   const auto& client = TWinHttp::Get();
-  const TInternetHandle session = OpenSession(timeOut);
-  if (!session) return {};
-  const TInternetHandle connection(
-      client.Connect(session.Get(), address.Host.c_str(), address.Port, 0));
-  if (!connection) return {};
-  return TInternetHandle(client.OpenRequest(connection.Get(), L"GET", address.Path.c_str(), nullptr,
-                                            WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
-                                            address.Secure ? WINHTTP_FLAG_SECURE : 0));
+  TOpened opened;
+  opened.Secure = address.Secure;
+  opened.Session = OpenSession(timeOut);
+  if (!opened.Session) return opened;
+  opened.Connection =
+      TInternetHandle(client.Connect(opened.Session.Get(), address.Host.c_str(), address.Port, 0));
+  if (!opened.Connection) return opened;
+  opened.Request = TInternetHandle(client.OpenRequest(
+      opened.Connection.Get(), L"GET", address.Path.c_str(), nullptr, WINHTTP_NO_REFERER,
+      WINHTTP_DEFAULT_ACCEPT_TYPES, address.Secure ? WINHTTP_FLAG_SECURE : 0));
+  return opened;
 }
 
 }  // namespace
@@ -407,10 +422,10 @@ unsigned long THttpRequest::Perform(std::string_view text, THttpSink& sink, cons
   const auto& client = TWinHttp::Get();
   if (!client.Usable()) return ERROR_MOD_NOT_FOUND;
   TAddress address;
-  if (!ParseAddress(text, address)) return GetLastError();
-  TInternetHandle opened = OpenRequest(address, FTimeOut);
-  if (!opened || !FExchange->Attach(std::move(opened), address.Secure, FExchange)) {
-    return GetLastError();
+  if (!ParseAddress(text, address)) return LastFailure();
+  TOpened opened = Open(address, FTimeOut);
+  if (!opened.Request || !FExchange->Attach(std::move(opened), FExchange)) {
+    return LastFailure();
   }
   const HINTERNET request = FExchange->Request();
   const auto step = [&](auto&& call) {

@@ -284,7 +284,7 @@ void Update(TTourHost& host) {
   offer.WaitGone();
   TFormDriver download = host.User().WaitForForm("TDlgDwnld");
   const HWND bar = download.Control("ProgressBar");
-  host.User().WaitUntil("half the file", [&] { return Ask(bar, PBM_GETPOS) >= 50; });
+  host.User().WaitUntil("part of the file", [&] { return Ask(bar, PBM_GETPOS) >= 25; });
   host.Picture(download, "download");
   download.WaitGone();
   host.Picture(host.Window(), "downloaded");
