@@ -95,6 +95,46 @@ void FunctionCall(TTourHost& host) {
   form.WaitGone();
 }
 
+/// A parameter's value put together from constants, some of which combine.
+void Constants(TTourHost& host) {
+  host.Window().Press(VK_F1);
+  TFormDriver form = host.User().WaitForForm("TDlgSyntax");
+  form.Select("ListParam", "[boutons]");
+  form.WaitText("EditValue", "vbExclamation + vbOKOnly");
+  form.Click("ButValue");
+  TFormDriver picker = host.User().WaitForForm("TDlgSyntaxConst");
+  picker.WaitText("EditResult", "vbExclamation + vbOKOnly");
+  host.Picture(picker, "opened");
+  picker.ToggleItem("ListConst", "vbYesNo");
+  picker.Select("ListConst", "vbYesNo");
+  host.Picture(picker, "ticked");
+  picker.Click("ButtonOK");
+  picker.WaitGone();
+  host.User().WaitUntil(
+      "the value", [&] { return form.Text("EditValue").find("vbYesNo") != std::string::npos; });
+  host.Picture(form, "value");
+  form.Press(VK_ESCAPE);
+  form.WaitGone();
+}
+
+/// The types of the script's variables: one more is added, then all is left as it was.
+void Types(TTourHost& host) {
+  const std::string before = host.Script();
+  host.Window().Press(VK_F3);
+  TFormDriver form = host.User().WaitForForm("TDlgSyntaxTypes");
+  host.Picture(form, "opened");
+  form.Select("BoxConst", "unBudget");
+  form.WaitText("EditModif", "unBudget");
+  host.Picture(form, "selected");
+  form.Fill("EditNew", "texte");
+  host.User().WaitUntil("the button", [&] { return form.Enabled("BtnAdd"); });
+  host.Picture(form, "new");
+  form.Click("BtnAdd");
+  form.Click("ButtonCancel");
+  form.WaitGone();
+  Expect(host.Script() == before, "Cancel leaves the script alone");
+}
+
 /// The base dialog, modal and inside a window of the host, then a view; their calls traced.
 void Dialogs(TTourHost& host) {
   TUser& user = host.User();
@@ -296,6 +336,8 @@ constexpr TStop Stops[] = {
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
     {"member", 2, "texte & ", Member},
     {"function", 2, "MsgBox texte", FunctionCall},
+    {"constants", 2, "MsgBox texte", Constants},
+    {"types", 2, "MsgBox texte", Types},
     {"dialogs", 1, "SoldeAu(", Dialogs},
     {"bubble", 2, "MsgBox texte", Bubble},
     {"filter", 1, "SoldeAu(", Filter},
