@@ -269,23 +269,26 @@ int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialo
  *
  *    1  value receives the dialog's outcome (0 or 1); needed
  *    2  destroys the window; a fetch is aborted
- *    3  value receives how the last fetch ended; needed. 0: one runs in the background; 1: the
- *       document was received; -1: none has ended, or it was aborted; -2: no connection; -3:
- * failed; -4: the server's name is unknown 4  text is the address (http: or https:) of the next
- * fetches 5  text names the file for the body of the next fetches; null: the body is kept in
- * memory. Without this command it goes to "Default.htm", its header to "Head.txt" 6  copies the
- * body kept in memory: value holds the size of the buffer that text points to, and is lowered to
- * the length of the body; no zero is added. Nothing when either is null. A body that did not arrive
- * whole is not kept; there is none while a fetch runs 7  starts a fetch in the background; nothing
- * when a fetch runs already 8  shows the window 9  waits for the end of the fetch in the background
+ *    3  value receives how the last fetch ended; needed.
+ *       0: one runs in the background; 1: the document was received; -1: none has ended, or it was
+ *       aborted; -2: no connection; -3: it failed; -4: the server's name is unknown
+ *    4  text is the address (http: or https:) of the next fetches
+ *    5  text names the file for the body of the next fetches; null: the body is kept in memory.
+ *       Without this command it goes to "Default.htm", its header to "Head.txt"
+ *    6  copies the body kept in memory: value holds the size of the buffer that text points to,
+ *       and is lowered to the length of the body; no zero is added. Nothing when either is null.
+ *       A body that did not arrive whole is not kept; there is none while a fetch runs
+ *    7  starts a fetch in the background; nothing when a fetch runs already
+ *    8  shows the window
+ *    9  waits for the end of the fetch in the background
  *   10  fetches at once and returns when that has ended; nothing when a fetch runs already
  *   11  aborts the fetch in the background; the window can fetch again
  *
  * The file of command 5 is replaced when the whole body has arrived, and untouched else; its name
- * and the address are taken when a fetch starts. A fetch fails when nothing happens for 10 seconds.
- * While commands 9 and 10 wait, windows are repainted and messages sent by other threads answered;
- * input waits. Commands 2 and 11 return at once, whatever the network does. Should the host free
- * the library under a fetch, it stays in memory. */
+ * and the address are taken when a fetch starts. A fetch fails when nothing happens for 10
+ * seconds. While commands 9 and 10 wait, windows are repainted and messages sent by other threads
+ * answered; input waits. Commands 2 and 11 return at once, whatever the network does. Should the
+ * host free the library under a fetch, it stays in memory. */
 int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, char* text, int* value);
 
 #ifdef __cplusplus
