@@ -27,7 +27,7 @@ void TForm::Show() {
   }
   TControl* const first = FActiveControl;
   // The system puts the focus somewhere as it activates the window; only where we put it counts.
-  FActivating = true;
+  FActivating = fresh;
   ShowWindow(FHandle, SW_SHOW);
   FActivating = false;
   if (fresh) FocusFirst(first);
