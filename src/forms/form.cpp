@@ -123,6 +123,11 @@ TControl* TForm::FindControl(HWND window) const {
   return found == FControls.end() ? nullptr : *found;
 }
 
+bool TForm::Owns(const TForm& dialog) const {
+  return std::ranges::any_of(Components(),
+                             [&](const auto& component) { return component.get() == &dialog; });
+}
+
 TControl& TForm::Child(std::string_view name) const {
   TControl* control = FindControl(name);
   if (!control) throw std::logic_error("no such control: " + std::string(name));
