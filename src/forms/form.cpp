@@ -118,8 +118,13 @@ TControl* TForm::FindControl(std::string_view name) const {
 
 TControl* TForm::FindControl(HWND window) const {
   if (!window) return nullptr;
-  const auto found =
-      std::ranges::find_if(FControls, [&](const auto* control) { return control->Owns(window); });
+  // A control's own window first: lists tell of each of their items, and asking every control for
+  // its inner windows each time is slow.
+  auto found = std::ranges::find(FControls, window, &TControl::Handle);
+  if (found == FControls.end()) {
+    found =
+        std::ranges::find_if(FControls, [&](const auto* control) { return control->Owns(window); });
+  }
   return found == FControls.end() ? nullptr : *found;
 }
 
