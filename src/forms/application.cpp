@@ -28,8 +28,10 @@ TForm* TApplication::FindForm(HWND window) const {
 
 void TApplication::Retire(std::unique_ptr<TForm> form) {
   if (!form) return;
-  // A modal run that began after this form's own stands on top of it: it must unwind first.
-  const auto modal = std::ranges::find(FModalForms, form.get());
+  // A modal run that began after this form's own, or after that of a dialog of this form, stands on
+  // top of it: it must unwind first.
+  const auto modal = std::ranges::find_if(
+      FModalForms, [&](const TForm* each) { return each == form.get() || form->Owns(*each); });
   for (auto each = modal; each != FModalForms.end(); ++each) (*each)->Abandon();
   std::erase(FForms, form.get());
   form->Hide();

@@ -82,7 +82,7 @@ int TCheckListBox::AddItem(std::string_view text, bool enabled, bool checked) {
   std::wstring wide = ToWide(text);
   LVITEMW item{};
   item.mask = LVIF_TEXT;
-  item.iItem = Count();
+  item.iItem = static_cast<int>(FItemEnabled.size());
   item.pszText = wide.data();
   FItemEnabled.push_back(enabled);
   const auto index = static_cast<int>(Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));

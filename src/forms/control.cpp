@@ -137,7 +137,12 @@ void TControl::SetTextUtf8(std::string_view text) {
 
 bool TControl::Enabled() const { return IsWindowEnabled(FHandle) != FALSE; }
 
-void TControl::SetEnabled(bool enabled) { EnableWindow(FHandle, enabled); }
+void TControl::SetEnabled(bool enabled) {
+  const bool focused = !enabled && Focused();
+  EnableWindow(FHandle, enabled);
+  // The system would leave the focus nowhere, and the keyboard dead.
+  if (focused) SendMessageW(FForm.Handle(), WM_NEXTDLGCTL, 0, FALSE);
+}
 
 bool TControl::Visible() const { return (GetWindowLongW(FHandle, GWL_STYLE) & WS_VISIBLE) != 0; }
 

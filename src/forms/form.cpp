@@ -27,7 +27,7 @@ void TForm::Show() {
   }
   TControl* const first = FActiveControl;
   // The system puts the focus somewhere as it activates the window; only where we put it counts.
-  FActivating = true;
+  FActivating = fresh;
   ShowWindow(FHandle, SW_SHOW);
   FActivating = false;
   if (fresh) FocusFirst(first);
@@ -118,9 +118,19 @@ TControl* TForm::FindControl(std::string_view name) const {
 
 TControl* TForm::FindControl(HWND window) const {
   if (!window) return nullptr;
-  const auto found =
-      std::ranges::find_if(FControls, [&](const auto* control) { return control->Owns(window); });
+  // A control's own window first: lists tell of each of their items, and asking every control for
+  // its inner windows each time is slow.
+  auto found = std::ranges::find(FControls, window, &TControl::Handle);
+  if (found == FControls.end()) {
+    found =
+        std::ranges::find_if(FControls, [&](const auto* control) { return control->Owns(window); });
+  }
   return found == FControls.end() ? nullptr : *found;
+}
+
+bool TForm::Owns(const TForm& dialog) const {
+  return std::ranges::any_of(Components(),
+                             [&](const auto& component) { return component.get() == &dialog; });
 }
 
 TControl& TForm::Child(std::string_view name) const {

@@ -116,6 +116,8 @@ class TForm : public TComponent {
   /// Controls in the order of the layout.
   const std::vector<TControl*>& Controls() const { return FControls; }
   TControl* FindControl(std::string_view name) const;
+  /// True for the dialogs that the form made for itself and adopted.
+  bool Owns(const TForm& dialog) const;
   /// The control that this window, or one of its parents, belongs to, or null.
   TControl* FindControl(HWND window) const;
   /// Repaints at once.

@@ -89,6 +89,7 @@ LRESULT TImageComboBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPA
     TypeAhead(static_cast<wchar_t>(wParam));
     return 0;
   }
+  if (message == WM_KILLFOCUS) FTyped.clear();
   return TItemsControl::WindowProc(window, message, wParam, lParam);
 }
 

@@ -55,8 +55,8 @@ void TDlgSyntax::InitDialog() {
   XMLSyntax.SetActive(true);
   FNames.BuildWords(*XMLSyntax.Database());
   RefreshTypeNames();
-  FConst = CreateForm<TDlgSyntaxConst>(XMLSyntax);
-  FTypes = CreateForm<TDlgSyntaxTypes>(XMLSyntax);
+  FConst = &Adopt(CreateForm<TDlgSyntaxConst>(XMLSyntax));
+  FTypes = &Adopt(CreateForm<TDlgSyntaxTypes>(XMLSyntax));
   XMLSyntax.SetActive(false);
 }
 

@@ -100,8 +100,8 @@ class TDlgSyntax : public TDlgBase {
   TSyntaxNames FNames;
   std::shared_ptr<const TSyntaxDatabase> FNamesSource;  ///< what the type names were made from
   TAssistantModel FModel;
-  std::unique_ptr<TDlgSyntaxConst> FConst;
-  std::unique_ptr<TDlgSyntaxTypes> FTypes;
+  TDlgSyntaxConst* FConst = nullptr;
+  TDlgSyntaxTypes* FTypes = nullptr;
   bool FLineFocused = false;
   bool FShowing = false;  ///< the assistant itself is writing its controls
 };

@@ -76,7 +76,10 @@ void TDlgSyntaxConst::FillConstants() {
 // ---- ticks and text ----
 
 void TDlgSyntaxConst::ShowMarks(const std::vector<int>& changed) {
+  const bool many = changed.size() > 1;
+  if (many) ListConst->BeginUpdate();
   for (const int constant : changed) ListConst->SetChecked(constant, FChoice.Ticked(constant));
+  if (many) ListConst->EndUpdate();
 }
 
 void TDlgSyntaxConst::ParseResult() { ShowMarks(FChoice.Parse(EditResult->Text())); }

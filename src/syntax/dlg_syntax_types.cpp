@@ -25,7 +25,6 @@ void TDlgSyntaxTypes::Bind(TFormBinder& binder) {
 void TDlgSyntaxTypes::SetVariables(std::string_view commaText) {
   FVariables.Load(commaText);
   RefreshLists();
-  BoxTypes->SetItemIndex(-1);
   EditModif->SetText({});
   EditNew->SetText({});
   BtnAdd->SetEnabled(false);
@@ -40,6 +39,7 @@ void TDlgSyntaxTypes::RefreshLists() {
   for (const auto& name : FVariables.Names()) BoxConst->AddItem(name);
   BoxConst->EndUpdate();
   RefreshTypes();
+  BoxTypes->SetItemIndex(-1);
 }
 
 void TDlgSyntaxTypes::RefreshTypes() {

@@ -76,6 +76,9 @@ class TLibrary {
   ZEF_EXPORT(VCLSyntaxIsMethod);
   ZEF_EXPORT(VCLSyntaxIsConstant);
   ZEF_EXPORT(VCLSyntaxHelpBox);
+  ZEF_EXPORT(VCLSyntaxConstHelpBox);
+  ZEF_EXPORT(VCLSyntaxTypesBox);
+  ZEF_EXPORT(VCLSyntaxGetNewTypes);
   ZEF_EXPORT(VCLSelectTypOp);
   ZEF_EXPORT(VCLSelectDirList);
   ZEF_EXPORT(VCLAskForDownload);

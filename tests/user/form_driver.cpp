@@ -18,6 +18,11 @@ bool IsCombo(HWND control) {
   return name == "ComboBox" || name == WC_COMBOBOXEXA;
 }
 
+/// A group's frame lets clicks through, which only its own thread is told.
+bool LetsThrough(HWND window, POINT screen) {
+  return Ask(window, WM_NCHITTEST, 0, MAKELPARAM(screen.x, screen.y)) == HTTRANSPARENT;
+}
+
 bool Within(HWND window, HWND ancestor) { return window == ancestor || IsChild(ancestor, window); }
 }  // namespace
 
@@ -127,12 +132,14 @@ void TFormDriver::Reach(HWND control, POINT screen) const {
   const std::string name = NameOf(control);
   if (!IsWindowEnabled(control)) throw TUserError(name + " is disabled");
   if (!Shown(control)) throw TUserError(name + " is hidden");
-  // A form that has just come up may lie under its owner for a moment.
+  // A form that has just come up may lie under its owner for a moment; a tip goes once the pointer
+  // comes to it.
   const ULONGLONG deadline = GetTickCount64() + UncoveredMs;
   HWND met = WindowFromPoint(screen);
-  while (!Within(met, control) && !Within(control, met)) {
+  while (!Within(met, control) && !Within(control, met) && !LetsThrough(met, screen)) {
     if (GetTickCount64() > deadline)
       throw TUserError(Say(name, " is covered by ", ClassOf(met), " \"", NameOf(met), "\""));
+    if (ClassOf(met) == TOOLTIPS_CLASSA) FUser->PointAt(screen);
     Sleep(LookAgainMs);
     met = WindowFromPoint(screen);
   }
