@@ -77,10 +77,11 @@ set_target_properties(platform_bench PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_O
 target_link_libraries(platform_bench PRIVATE zefext_objects)
 
 # The tour runs the example host where it is built.
-file(GLOB ZEF_TOUR CONFIGURE_DEPENDS tests/tour/*.cpp)
+file(GLOB ZEF_TOUR CONFIGURE_DEPENDS examples/tour/*.cpp)
 if(TARGET ZEF AND ZEF_TOUR)
   add_executable(tour ${ZEF_TOUR})
-  target_include_directories(tour PRIVATE ${PROJECT_SOURCE_DIR}/examples/host)
+  target_include_directories(tour PRIVATE ${PROJECT_SOURCE_DIR}/examples
+                                          ${PROJECT_SOURCE_DIR}/examples/host)
   target_link_libraries(tour PRIVATE scripted_user)
   target_link_options(tour PRIVATE -municode)
   add_dependencies(tour ZEF)
