@@ -13,6 +13,7 @@
 
 #include "platform/code_page.h"
 #include "platform/module_hold.h"
+#include "platform/system_library.h"
 
 namespace {
 
@@ -54,7 +55,7 @@ class TWinHttp {
 
  private:
   TWinHttp() {
-    const HMODULE library = LoadLibraryExW(L"winhttp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    const auto library = static_cast<HMODULE>(LoadSystemLibrary(L"winhttp.dll"));
     const auto find = [&](auto& function, const char* name) {
       using TFunction = std::remove_reference_t<decltype(function)>;
       function =

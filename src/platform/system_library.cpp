@@ -2,8 +2,17 @@
 
 #include <windows.h>
 
-TSystemLibrary::TSystemLibrary(const wchar_t* name)
-    : FModule(LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {}
+#include <string>
+
+void* LoadSystemLibrary(const wchar_t* name) {
+  // By its full path: older systems do not know the flag that would limit the search.
+  wchar_t folder[MAX_PATH];
+  const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return nullptr;
+  return LoadLibraryW((std::wstring(folder) + L"\\" + name).c_str());
+}
+
+TSystemLibrary::TSystemLibrary(const wchar_t* name) : FModule(LoadSystemLibrary(name)) {}
 
 TSystemLibrary::~TSystemLibrary() {
   if (FModule) FreeLibrary(static_cast<HMODULE>(FModule));

@@ -1,5 +1,8 @@
 #pragma once
 
+/// Loads a library by its file name, from the system's own folder only; its module handle, or null.
+void* LoadSystemLibrary(const wchar_t* name);
+
 /// A system library that few calls need, loaded for as long as the object lives.
 class TSystemLibrary {
  public:
