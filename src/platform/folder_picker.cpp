@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "platform/code_page.h"
+#include "platform/com_ptr.h"
 #include "platform/guard.h"
 #include "platform/quiet_disks.h"
 #include "platform/system_library.h"
@@ -18,28 +19,33 @@ namespace {
 constexpr UINT_PTR kSubclassId = 2;
 constexpr std::size_t kMostOfPath = 260;
 
+/// What the shell hands out is freed by the system's common allocator, which the shell has loaded.
 struct TFreeItems {
-  void operator()(void* items) const { CoTaskMemFree(items); }
+  void operator()(void* items) const {
+    const TSystemLibrary ole(L"ole32.dll");
+    if (const auto free = ole.Function<decltype(&CoTaskMemFree)>("CoTaskMemFree")) free(items);
+  }
 };
 using TItems = std::unique_ptr<ITEMIDLIST, TFreeItems>;
 
-struct TRelease {
-  void operator()(IUnknown* object) const { object->Release(); }
-};
-using TShellFolder = std::unique_ptr<IShellFolder, TRelease>;
+using TShellFolder = TComPtr<IShellFolder>;
 
 /// The newer look of the picker has drop targets, which need this.
 class TOle {
  public:
-  TOle() : FMine(SUCCEEDED(OleInitialize(nullptr))) {}
+  TOle() {
+    const auto initialize = FLibrary.Function<decltype(&OleInitialize)>("OleInitialize");
+    FMine = initialize && SUCCEEDED(initialize(nullptr));
+  }
   TOle(const TOle&) = delete;
   TOle& operator=(const TOle&) = delete;
   ~TOle() {
-    if (FMine) OleUninitialize();
+    if (FMine) FLibrary.Function<decltype(&OleUninitialize)>("OleUninitialize")();
   }
 
  private:
-  bool FMine;
+  TSystemLibrary FLibrary{L"ole32.dll"};
+  bool FMine = false;
 };
 
 std::string PathText(const std::wstring& path) {
