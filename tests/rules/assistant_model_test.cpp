@@ -21,13 +21,6 @@ class AssistantModel : public testing::Test {
     const int item = FModel.SelectedItem();
     return item < 0 ? std::string() : FModel.MemberItems().Text(item);
   }
-  TValues Items() const {
-    TValues items;
-    for (int i = 0; i < FModel.MemberItems().Count(); ++i) {
-      items.push_back(FModel.MemberItems().Text(i));
-    }
-    return items;
-  }
   TValues Rows() const {  // "+" enabled, "x" checked
     TValues rows;
     for (const TParamRow& row : FModel.ParamRows()) {
@@ -44,64 +37,6 @@ class AssistantModel : public testing::Test {
   const TSampleSyntax FSyntax;
   TAssistantModel FModel;
 };
-
-TEST_F(AssistantModel, TypesAlongAChainOfFiveMembers) {
-  Analyse("x = app.comptes.item(1).ECRITURES.item(2).categorie.nom^.x + 1");
-  EXPECT_EQ(Position(), 5);
-  EXPECT_EQ(FModel.SelectedType(), "Categorie");
-  EXPECT_EQ(SelectedItem(), "Nom");
-  EXPECT_EQ(FModel.ReturnType(), "Texte");
-  EXPECT_EQ(FModel.Result(), "x = app.Comptes.Item(1).Ecritures.Item(2).Categorie.Nom.x + 1");
-  EXPECT_EQ(FModel.ResultCursor(), 58);  // past the blank that belongs to the expression
-
-  const char* types[] = {"Application", "Comptes", "Compte", "Ecritures", "Ecriture", "Categorie"};
-  for (int position = 4; position >= 0; --position) {
-    FModel.Step(FSyntax.View(), position);
-    EXPECT_EQ(FModel.SelectedType(), types[position]);
-  }
-  for (int position = 1; position <= 5; ++position) {
-    FModel.Step(FSyntax.View(), position);
-    EXPECT_EQ(FModel.SelectedType(), types[position]);
-  }
-  FModel.Step(FSyntax.View(), 6);
-  EXPECT_EQ(FModel.SelectedType(), "Texte");
-  EXPECT_FALSE(FModel.MemberBoxEnabled());
-  EXPECT_EQ(FModel.TypeHelp().Text, "une suite de lettres");
-  FModel.Step(FSyntax.View(), 99);
-  EXPECT_EQ(Position(), 7);
-  EXPECT_EQ(FModel.SelectedType(), "");
-}
-
-TEST_F(AssistantModel, OffersMembersAndParameters) {
-  FModel.SetDeclared("c=compte");
-  Analyse("c.ad^d 1, , \"s\", 4");
-  EXPECT_EQ(FModel.SelectedType(), "Compte");
-  EXPECT_EQ(FModel.TypeHelp().Text, "aide sur Compte");
-  EXPECT_EQ(Items(), (TValues{"Add()", "Ecritures", "Nom", "Solde()"}));
-  EXPECT_EQ(FModel.MemberItems().Image(0), 0);
-  EXPECT_EQ(FModel.MemberItems().Image(1), 2);
-  EXPECT_EQ(SelectedItem(), "Add()");
-  EXPECT_EQ(Expression(), "c.Add 1, , \"s\", 4");
-  EXPECT_EQ(FModel.MemberHelp().Text, "aide sur Add");
-  EXPECT_FALSE(FModel.MemberHelp().Returned.has_value());
-  EXPECT_EQ(Rows(), (TValues{"Montantx", "[Force]+", "[Style]+x", "<?>+x"}));
-
-  struct {
-    TParamKind Kind;
-    std::string List, Default, Help, Value;
-  } const panels[] = {{TParamKind::Required, "", "", "", "1"},
-                      {TParamKind::Optional, "bool", "", "", ""},
-                      {TParamKind::Optional, "Styles", "0", "le style", "\"s\""},
-                      {TParamKind::Absent, "", "", "", "4"}};
-  for (int i = 0; i < 4; ++i) {
-    FModel.SelectParam(FSyntax.View(), i);
-    EXPECT_EQ(FModel.ParamPanel().Kind, panels[i].Kind) << i;
-    EXPECT_EQ(FModel.ParamPanel().List, panels[i].List) << i;
-    EXPECT_EQ(FModel.ParamPanel().Default, panels[i].Default) << i;
-    EXPECT_EQ(FModel.ParamPanel().Help, panels[i].Help) << i;
-    EXPECT_EQ(FModel.Value(), panels[i].Value) << i;
-  }
-}
 
 TEST_F(AssistantModel, RewritesWithEachAction) {
   const TSyntaxView syntax = FSyntax.View();
@@ -165,29 +100,6 @@ TEST_F(AssistantModel, UseReturnBoxFollowsParenthesesAndReturn) {
   }
 }
 
-TEST_F(AssistantModel, FunctionModeOffersTheFunctions) {
-  const TSyntaxView syntax = FSyntax.View();
-  Analyse("x = msg^box(\"a\") & b");
-  EXPECT_FALSE(FModel.TypeBoxEnabled());
-  EXPECT_TRUE(FModel.MemberBoxEnabled());
-  EXPECT_EQ(Items(), (TValues{"Left()", "MsgBox()"}));
-  EXPECT_EQ(FModel.Result(), "x = MsgBox(\"a\") & b");
-  EXPECT_EQ(FModel.TypeHelp().Own, TAssistantText::VisualBasicFunction);
-  EXPECT_EQ(FModel.MemberHelp().Returned, "le bouton");
-  EXPECT_EQ(Rows(), (TValues{"Promptx", "[Buttons]+"}));
-  EXPECT_FALSE(FModel.DeleteEnabled());
-  FModel.ChooseMember(syntax, 0);
-  EXPECT_EQ(FModel.Result(), "x = Left(\"a\") & b");
-  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
-
-  for (const std::optional<std::string_view> line : {std::optional<std::string_view>(), {""}}) {
-    FModel.AnalyseHostLine(syntax, line, 0);
-    EXPECT_EQ(FModel.Result(), "");
-    EXPECT_EQ(Items(), (TValues{"Left()", "MsgBox()"}));
-    EXPECT_EQ(FModel.MemberHelp().Own, TAssistantText::ChooseMember);
-  }
-}
-
 TEST_F(AssistantModel, DeclaresAnUndeclaredVariableWithItsChosenType) {
   const TSyntaxView syntax = FSyntax.View();
   struct {
@@ -210,8 +122,6 @@ TEST_F(AssistantModel, DeclaresAnUndeclaredVariableWithItsChosenType) {
   }
   FModel.SetDeclared("c=Compte");
   Analyse("v.So^lde");
-  EXPECT_EQ(FModel.TypeHelp().Own, TAssistantText::ChooseType);
-  EXPECT_FALSE(FModel.MemberBoxEnabled());
   FModel.ChooseType(syntax, "Compte");
   FModel.Step(syntax, 1);
   FModel.Step(syntax, 0);
@@ -279,19 +189,6 @@ TEST_F(AssistantModel, SaysWhatChanged) {
   EXPECT_EQ(FModel.TakeChanges(), 0U);
   FModel.SetValue(syntax, "12");
   EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::LineChanged | TAssistantModel::ParamRowsChanged);
-}
-
-TEST_F(AssistantModel, OpensOnAnEmptyDatabase) {
-  const TSyntaxDatabase database;
-  TSyntaxNames names;
-  names.BuildWords(database);
-  names.BuildTypes(database);
-  FModel.AnalyseHostLine({database, names}, "a.b(1).c", 8);
-  FModel.Step({database, names}, 0);
-  FModel.ChooseType({database, names}, "Compte");
-  EXPECT_EQ(FModel.SelectedType(), "");
-  EXPECT_EQ(FModel.MemberItems().Count(), 0);
-  EXPECT_EQ(FModel.Result(), "a.b(1).c");
 }
 
 }  // namespace

@@ -29,18 +29,15 @@ TEST(Collation, UpperCaseOfWindows1252) {
 }
 
 TEST(Collation, OrderIsByUnsignedBytesWithoutALocale) {
-  const struct {
-    const char* Smaller;
-    const char* Greater;
-    bool CaseSensitive;
-  } cases[] = {
-      {"", "a", false},  {"ab", "abc", false}, {"Z", "\xE9", true}, {"Z", "a", true},
-      {"a", "Z", false}, {"_", "a", true},     {"a", "_", false},  // an upper-cased letter stands
-                                                                   // before the underscore
-  };
-  for (const auto& c : cases) {
-    EXPECT_LT(CompareText(c.Smaller, c.Greater, c.CaseSensitive), 0) << c.Smaller << c.Greater;
-    EXPECT_GT(CompareText(c.Greater, c.Smaller, c.CaseSensitive), 0) << c.Smaller << c.Greater;
+  // An upper-cased letter stands before the underscore.
+  const std::vector<const char*> orders[] = {{"", "a", "ab", "Z", "_", "\xE9"},
+                                             {"", "Z", "_", "a", "ab", "\xE9"}};
+  for (const bool caseSensitive : {false, true}) {
+    const auto& order = orders[caseSensitive];
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      EXPECT_LT(CompareText(order[i - 1], order[i], caseSensitive), 0) << order[i];
+      EXPECT_GT(CompareText(order[i], order[i - 1], caseSensitive), 0) << order[i];
+    }
   }
 }
 
@@ -65,7 +62,6 @@ class LocaleCollation : public testing::Test {
 
 TEST_F(LocaleCollation, LocaleDecidesAndBytesSettleWhatItCannot) {
   EXPECT_LT(CompareText("b-a", "bb", false), 0);
-  EXPECT_LT(CompareText("ba", "b-b", true), 0);
   EXPECT_GT(CompareText("B-C", "ba", false), 0) << "the locale is asked about upper-cased texts";
   EXPECT_NE(CompareText("co-op", "coop", false), 0) << "not the same text, so never equal in order";
   EXPECT_EQ(CompareText("co-op", "coop", false) < 0, CompareText("coop", "co-op", false) > 0);

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "update/rules/body_buffer.h"
-#include "update/rules/download_command.h"
 #include "update/rules/download_progress.h"
 #include "update/rules/fetch_outcome.h"
 
@@ -74,14 +73,6 @@ TEST(FetchOutcome, FollowsErrorPhaseAndLength) {
   }
   EXPECT_TRUE(BodyWanted(204));
   EXPECT_FALSE(BodyWanted(400));
-}
-
-TEST(DownloadCommand, NeedsItsNumberAndItsValue) {
-  for (int command = -128; command < 128; ++command) {
-    const bool known = command >= 1 && command <= 11;
-    EXPECT_EQ(CommandAccepted(command, true), known) << command;
-    EXPECT_EQ(CommandAccepted(command, false), known && command != 1 && command != 3) << command;
-  }
 }
 
 TEST(BodyBuffer, GivesBackWhatItTook) {

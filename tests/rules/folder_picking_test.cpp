@@ -27,25 +27,12 @@ TEST(FolderPicking, OptionsCountFromTheirShellVersionOn) {
     EXPECT_EQ(FolderPickerFlags(all, c.Version), c.Sum) << c.Version;
     EXPECT_EQ(ReportsWrongNames(c.Version), c.Version > ShellVersionNumber(4, 70));
   }
-}
-
-TEST(FolderPicking, FlagsAreSummed) {
-  constexpr std::uint32_t six = ShellVersionNumber(6, 0);
-  EXPECT_EQ(
-      FolderPickerFlags({bffReturnOnlyFSDirs, bffStatusText, bffEditBox, bffNewDialogStyle}, six),
-      0x55u);
-  EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffNewDialogStyle}, six), 0x90u);
-  EXPECT_EQ(FolderPickerFlags({bffUseNewUI, bffEditBox}, six), 0x60u);
+  EXPECT_EQ(FolderPickerFlags({bffReturnOnlyFSDirs, bffStatusText, bffEditBox, bffNewDialogStyle},
+                              ShellVersionNumber(6, 0)),
+            0x55u);
 }
 
 TEST(FolderPicking, SpecialFoldersLeaveTheGaps) {
-  const struct {
-    TBffRootDir Root;
-    int Folder;
-  } cases[] = {{rdDesktop, 0},      {rdMyVideo, 14},        {rdDesktopDirectory, 16},
-               {rdConnections, 49}, {rdCommonMusic, 53},    {rdRecourcesLocalized, 57},
-               {rdCDBurnArea, 59},  {rdComputersNearMe, 61}};
-  for (const auto& c : cases) EXPECT_EQ(SpecialFolder(c.Root), c.Folder);
   int before = -1;
   for (int i = 0; i < kBffRootDirCount - 1; ++i) {
     const auto folder = SpecialFolder(static_cast<TBffRootDir>(i));
@@ -54,6 +41,7 @@ TEST(FolderPicking, SpecialFoldersLeaveTheGaps) {
     for (const int gap : {15, 50, 51, 52, 60}) EXPECT_NE(*folder, gap);
     before = *folder;
   }
+  EXPECT_EQ(before, 61);
   EXPECT_EQ(SpecialFolder(rdUseSelectedDir), std::nullopt);
 }
 
