@@ -6,8 +6,8 @@
 #include "outside/watchdog.h"
 
 namespace {
-constexpr int TestSeconds = 90;
-constexpr int GoneMs = 10000;  ///< the system's own worker threads may stay for a while
+constexpr int TestSeconds = 180;
+constexpr int GoneMs = 30000;  ///< the system's own worker threads may stay for a while
 constexpr wchar_t MainClass[] = L"OutsideTestsMain";
 constexpr UINT CallMessage = WM_APP;
 

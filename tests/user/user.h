@@ -18,7 +18,7 @@ class TFormDriver;
 /// done. To be used from a thread that has no window of the program.
 class TUser {
  public:
-  static constexpr int PatienceMs = 10000;
+  static constexpr int PatienceMs = 30000;
 
   explicit TUser(DWORD process) : FProcess(process) {}
   virtual ~TUser() = default;
