@@ -58,7 +58,7 @@ target_link_libraries(outside_tests PRIVATE gtest loopback_server)
 
 # What needs Windows but no window is tested from inside.
 file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
-add_executable(platform_tests ${ZEF_PLATFORM_TESTS})
+add_executable(platform_tests ${ZEF_PLATFORM_TESTS} ${PROJECT_BINARY_DIR}/layouts.rc)
 set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
 target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main)
 

@@ -93,6 +93,16 @@ std::vector<TControl*> TabSequence(const std::vector<TControl*>& controls) {
   return sequence;
 }
 
+/// Runs a step of making a form; an error in it names whose step it was.
+template <class TStep>
+void Naming(const std::string& name, TStep&& step) {
+  try {
+    step();
+  } catch (const std::exception& error) {
+    throw TLayoutError(name + ": " + error.what());
+  }
+}
+
 }  // namespace
 
 void TForm::Load() {
@@ -103,11 +113,13 @@ void TForm::Load() {
   FDpi = DpiOf(FParentWindow ? FParentWindow : Application().MainWindow());
   FFont = MakeFont(FLayout, FDpi);
   if (const auto* help = FLayout.Find("help")) FHelpContext = LayoutNumber(help->Values[0]);
-  CreateFormWindow();
-  CreateControls(layout);
-  TFormBinder binder(*this);
-  Bind(binder);
-  BindEvents(binder);
+  Naming(ClassName(), [&] {
+    CreateFormWindow();
+    CreateControls(layout);
+    TFormBinder binder(*this);
+    Bind(binder);
+    BindEvents(binder);
+  });
   if (FLayout.Find("show-hints")) CreateTooltips();
   if (const auto* active = FLayout.Find("active")) {
     FFirstActive = FActiveControl = &Child(active->Values[0]);
@@ -192,7 +204,7 @@ void TForm::CreateControls(const TLayout& layout) {
     const int left = Scaled(*bounds[0]);
     const int top = Scaled(*bounds[1]);
     const RECT place{left, top, left + size.cx, top + size.cy};
-    control->Create(place, FFont.Get());
+    Naming(control->Name(), [&] { control->Create(place, FFont.Get()); });
     FPlacements.push_back({control, place});
   }
 }
@@ -221,7 +233,8 @@ void TForm::BindEvents(const TFormBinder& binder) {
   for (TControl* control : FControls) {
     for (const auto& property : control->Layout().Properties) {
       if (TNotifyEvent* event = control->FindEvent(property.Name)) {
-        *event = TFormBinder::Find(binder.FHandlers, property.Values[0]);
+        Naming(control->Name(),
+               [&] { *event = TFormBinder::Find(binder.FHandlers, property.Values[0]); });
       }
     }
     if (control->Layout().Find("default")) FDefaultButton = dynamic_cast<TButton*>(control);

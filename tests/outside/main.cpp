@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "outside/debug_listener.h"
 #include "outside/watchdog.h"
 
 int main(int argc, char** argv) {
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
   // go.
   InitCommonControls();
   TWatchdog::Start();
+  TDebugListener::Start();
   // The test framework watches each thread that traces with one more thread: this one from now on,
   // not from within a test that counts threads.
   { SCOPED_TRACE(""); }

@@ -1,0 +1,31 @@
+#include "platform/debug_report.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <exception>
+
+void DebugReport(std::string_view text, const TPlace& place) noexcept {
+  char window[120] = "";
+  if (place.Window) {
+    char name[64] = "?";
+    GetClassNameA(static_cast<HWND>(place.Window), name, sizeof name);
+    std::snprintf(window, sizeof window, ", window %s, message 0x%04X", name, place.Message);
+  }
+  // On the stack: memory may be what has run out.
+  char line[600];
+  std::snprintf(line, sizeof line, "zefext: %.*s (in %s%s, thread %lu)\n",
+                static_cast<int>(text.size()), text.data(), place.Function, window,
+                GetCurrentThreadId());
+  OutputDebugStringA(line);
+}
+
+void ReportException(const TPlace& place) noexcept {
+  try {
+    throw;
+  } catch (const std::exception& error) {
+    DebugReport(error.what(), place);
+  } catch (...) {
+    DebugReport("an exception of unknown type", place);
+  }
+}
