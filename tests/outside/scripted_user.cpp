@@ -10,6 +10,7 @@
 
 namespace {
 constexpr int RescueMs = 5000;
+constexpr int AfterCallMs = 3000;  ///< for what a call that has returned leaves to happen
 
 /// A form of the library or a box of the system.
 bool IsDialog(HWND window) {
@@ -22,6 +23,7 @@ void TScriptedUser::During(const std::function<void()>& call,
                            const std::function<void(TScriptedUser&)>& script) {
   FCallEnded = false;
   FScriptEnded = false;
+  FHopelessFrom = 0;
   TWatchdog::Watch(this);
   const DWORD uiThread = GetCurrentThreadId();
   std::thread hand([&, uiThread] {
@@ -35,6 +37,7 @@ void TScriptedUser::During(const std::function<void()>& call,
     ADD_FAILURE() << error.what();
   }
   FCallEnded = true;
+  if (!FIdle) FHopelessFrom = GetTickCount64() + AfterCallMs;
   MSG message;
   while (!FScriptEnded && GetMessageW(&message, nullptr, 0, 0) > 0) {
     TranslateMessage(&message);
@@ -42,6 +45,16 @@ void TScriptedUser::During(const std::function<void()>& call,
   }
   hand.join();
   TWatchdog::Watch(nullptr);
+}
+
+void TScriptedUser::WhileIdle(const std::function<void(TScriptedUser&)>& script) {
+  FIdle = true;
+  During([] {}, script);
+}
+
+std::string TScriptedUser::Hopeless() const {
+  const ULONGLONG from = FHopelessFrom;
+  return from && GetTickCount64() > from ? "the call has returned" : "";
 }
 
 void TScriptedUser::Act(const std::function<void(TScriptedUser&)>& script) {

@@ -18,9 +18,12 @@ class TScriptedUser : public TUser {
   /// script has ended. A script that fails is a test failure with the steps and the window tree;
   /// the forms it left open are closed. A call that does not return even so ends the process.
   void During(const std::function<void()>& call, const std::function<void(TScriptedUser&)>& script);
+  /// The script alone: there is no call whose return would make its waits hopeless.
+  void WhileIdle(const std::function<void(TScriptedUser&)>& script);
 
  protected:
   void Settle() override;
+  std::string Hopeless() const override;
 
  private:
   void Act(const std::function<void(TScriptedUser&)>& script);
@@ -28,5 +31,7 @@ class TScriptedUser : public TUser {
 
   TInputBarrier FBarrier;
   std::atomic<bool> FCallEnded = false;
+  std::atomic<ULONGLONG> FHopelessFrom = 0;  ///< in ticks; 0: not at all
   std::atomic<bool> FScriptEnded = false;
+  bool FIdle = false;
 };

@@ -15,6 +15,8 @@ void TUser::WaitUntil(std::string_view what, const std::function<bool()>& ready,
   const ULONGLONG deadline = GetTickCount64() + static_cast<ULONGLONG>(ms);
   while (!ready()) {
     if (GetTickCount64() > deadline) throw TUserError(Say("waited in vain for ", what));
+    if (const std::string why = Hopeless(); !why.empty() && !ready())
+      throw TUserError(Say("waits in vain for ", what, ": ", why));
     Sleep(LookAgainMs);
   }
 }

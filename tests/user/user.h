@@ -49,6 +49,8 @@ class TUser {
  protected:
   /// Returns when the program has dealt with all input so far, as far as that can be known.
   virtual void Settle();
+  /// What there is no use in waiting any longer for, or empty.
+  virtual std::string Hopeless() const { return {}; }
 
  private:
   HWND FindBubble() const;
