@@ -3,11 +3,19 @@
  * Every function uses the standard Windows calling convention (stdcall) and an undecorated name.
  * Texts are zero-terminated and in the host's ANSI code page; positions and lengths count bytes.
  * Null pointers are accepted everywhere: a null in-text reads as empty, a null out-argument is
- * skipped. Texts handed out belong to the library and are never freed by the host. Call everything
- * from the one thread that runs the host's windows. No function raises a C++ exception.
+ * skipped. Texts handed out belong to the library and are never freed by the host. No function
+ * raises a C++ exception.
+ *
+ * Call everything from the one thread that runs the host's windows. While the library has a window,
+ * a call from another thread than the window's is refused: it does nothing and gives what a refused
+ * handle or a cancelled dialog would. Once that thread has ended, its windows are forgotten and
+ * made anew for the next caller. VCLGetVersion, GetRegConf, SetRegConf and MD5 may be called from
+ * any thread. What goes wrong unseen (an error inside the library, a call that was refused) is told
+ * to the debugger's output, one line that begins with "zefext: ".
  *
  * Order of calls: load; VCLSetMainWindowHandle; VCLSetMainHelpFile; the services, any number of
- * times; VCLFree while the main window still exists; unload.
+ * times; VCLFree while the main window still exists; unload. A host that lets go of the library
+ * while one of its dialogs is on screen unloads it a moment after the dialog has been closed.
  */
 #ifndef ZEFEXT_H
 #define ZEFEXT_H
@@ -32,14 +40,18 @@ void ZEFEXT_API VCLSetMainWindowHandle(HWND mainWindow);
 /* The host's help file: copied, and taken by every dialog made from then on. */
 void ZEFEXT_API VCLSetMainHelpFile(const char* helpFile);
 
-/* Destroys the windows that the library keeps between calls. May be called any number of times; a
- * later call of a service makes them afresh. Called from inside one of the library's dialogs, it
- * closes that dialog as Cancel does. */
+/* Destroys the windows that the library keeps between calls: the hint bubble, the debug window, the
+ * assistant, the type filter and the directory list, in that order. May be called any number of
+ * times; a later call of a service makes them afresh. Called from inside one of these dialogs, it
+ * closes that dialog as Cancel does. All others are untouched: the base dialog and the offer close
+ * with their call, modeless dialogs, views and downloads live until the host frees them or unloads
+ * the library. */
 void ZEFEXT_API VCLFree(void);
 
 /* ---- Dialogs ------------------------------------------------------------------------------- */
 
-/* A form of the library, held by the host. A handle that is null, stale or foreign is refused. */
+/* A form of the library, held by the host. A handle that is null, stale or foreign is refused; none
+ * is ever given out twice while the library is loaded. */
 typedef struct ZefDialogObject* ZefDialog;
 
 /* Shows the base dialog until the user closes it. With a help file, its Help button opens that

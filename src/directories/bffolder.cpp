@@ -4,6 +4,7 @@
 
 #include "forms/application.h"
 #include "forms/modal_world.h"
+#include "platform/floating_point.h"
 
 TBffolder::TBffolder(std::string name)
     : TComponent(std::move(name)), FShellVersion(ShellVersion()) {}
@@ -32,6 +33,7 @@ bool TBffolder::Execute() {
   events.Closing = [&world] { world.reset(); };
 
   FRunning = true;
+  const TFloatingPointMasks masks;
   const auto chosen = FPicker.Run(request, std::move(events));
   FRunning = false;
   if (!chosen) return false;

@@ -48,13 +48,11 @@ bool ChooseDirectory(const char* name, bool showList, bool& cancelled) {
 
 int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList,
                                 unsigned char* cancelled) {
-  bool leftWithoutChoice = false;
+  bool leftWithoutChoice = true;
   const int changed = Exported(0, [&] {
-    if (choosing) {
-      leftWithoutChoice = true;
-      return 0;
-    }
+    if (choosing) return 0;
     const TChoosing scope;
+    leftWithoutChoice = false;
     return ChooseDirectory(OrEmpty(name), showList != 0, leftWithoutChoice) ? 1 : 0;
   });
   if (cancelled) *cancelled = leftWithoutChoice ? 1 : 0;

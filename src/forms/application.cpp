@@ -3,21 +3,22 @@
 #include <algorithm>
 
 #include "forms/form.h"
+#include "forms/modal_run.h"
+#include "platform/guard.h"
+#include "platform/kept.h"
+#include "text/handle_table.h"
 
 // Set by the linker to where this module lies.
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 HINSTANCE TApplication::Instance() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
 
-TApplication& Application() {
-  static TApplication application;
-  return application;
-}
+TApplication& Application() { return Kept<TApplication>(); }
 
 TForm* TApplication::FindForm(const void* handle) const {
-  const auto found =
-      std::ranges::find_if(FForms, [&](const TForm* form) { return form == handle; });
-  return found == FForms.end() ? nullptr : *found;
+  const auto found = std::ranges::find_if(
+      FHostForms, [&](const auto& kept) { return handle && kept.Form->HostHandle() == handle; });
+  return found == FHostForms.end() ? nullptr : found->Form.get();
 }
 
 TForm* TApplication::FindForm(HWND window) const {
@@ -26,20 +27,49 @@ TForm* TApplication::FindForm(HWND window) const {
   return found == FForms.end() ? nullptr : *found;
 }
 
-void TApplication::Retire(std::unique_ptr<TForm> form) {
-  if (!form) return;
+// ---- the end of forms ----
+
+bool TApplication::PutToRest(const std::unique_ptr<TForm>& form) {
+  if (!form) return false;
   // A modal run that began after this form's own, or after that of a dialog of this form, stands on
   // top of it: it must unwind first.
-  const auto modal = std::ranges::find_if(
-      FModalForms, [&](const TForm* each) { return each == form.get() || form->Owns(*each); });
-  for (auto each = modal; each != FModalForms.end(); ++each) (*each)->Abandon();
+  const auto modal = std::ranges::find_if(FModalRuns, [&](const TModalRun* run) {
+    return &run->Form() == form.get() || form->Owns(run->Form());
+  });
+  for (auto each = modal; each != FModalRuns.end(); ++each) (*each)->Abandon();
   std::erase(FForms, form.get());
-  form->Hide();
+  Guarded([&] { form->Hide(); });
   form->Retired();
-  if (FCallDepth > 0) FRetired.push_back(std::move(form));
+  return FCallDepth > 0;
 }
 
+void TApplication::Retire(std::unique_ptr<TForm> form) {
+  if (PutToRest(form)) FRetired.push_back({std::move(form), false});
+}
+
+void TApplication::RetireHostForm(std::unique_ptr<TForm> form) {
+  if (PutToRest(form)) FRetired.push_back({std::move(form), true});
+}
+
+void TApplication::DestroyRetired() {
+  const auto ready = [this](const TRetired& retired) {
+    return FCallDepth == 1 || (retired.PinsDecide && !retired.Form->Pinned());
+  };
+  while (true) {
+    const auto found = std::ranges::find_if(FRetired, ready);
+    if (found == FRetired.end()) return;
+    // Moved out first: destroying windows runs window procedures, which come by here again.
+    const auto retired = std::move(found->Form);
+    FRetired.erase(found);
+  }
+}
+
+// ---- forms that the host holds ----
+
 TForm& TApplication::Keep(std::unique_ptr<TForm> form, const TForm* owner) {
+  do {
+    form->FHostHandle = reinterpret_cast<void*>(static_cast<std::uintptr_t>(NewHandleNumber()));
+  } while (FindForm(form->FHostHandle));
   FHostForms.push_back({std::move(form), owner});
   return *FHostForms.back().Form;
 }
@@ -65,18 +95,28 @@ void TApplication::ReleaseOwnedBy(const TForm& owner) {
   }
 }
 
+void TApplication::WindowsLost() {
+  FCallDepth = 0;
+  FModalRuns.clear();
+  FHold.reset();
+  for (TForm* form : FForms) form->LoseWindow();
+  // What stood on the stack of that thread alone is out of reach.
+  FForms.clear();
+  FRetired.clear();
+}
+
 void TApplication::HelpCommand(UINT command, ULONG_PTR data) const {
   WinHelpA(FHandle, FHelpFile.c_str(), command, data);
 }
 
+// ---- calls ----
+
 TCallScope::TCallScope() { ++Application().FCallDepth; }
 
-TCallScope::~TCallScope() {
+void TCallScope::Leave() {
   auto& application = Application();
-  while (application.FCallDepth == 1 && !application.FRetired.empty()) {
-    // Moved out first: destroying windows runs window procedures, which come by here again.
-    const auto retired = std::move(application.FRetired.back());
-    application.FRetired.pop_back();
-  }
-  --application.FCallDepth;
+  // Below 0 once the calls were forgotten under this one.
+  if (application.FCallDepth <= 0) return;
+  application.DestroyRetired();
+  if (--application.FCallDepth == 0) application.FHold.reset();
 }

@@ -96,9 +96,10 @@ void TControl::SetWindowName(HWND window, const std::string& name) {
 LRESULT CALLBACK TControl::SubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR /*id*/, DWORD_PTR self) {
   const TCallScope scope;
-  return Guarded<LRESULT>(0, [&] {
-    return reinterpret_cast<TControl*>(self)->WindowProc(window, message, wParam, lParam);
-  });
+  auto* control = reinterpret_cast<TControl*>(self);
+  const TFormPin pin(control->FForm);
+  return Guarded<LRESULT>(0, [&] { return control->WindowProc(window, message, wParam, lParam); },
+                          {std::source_location::current(), window, message});
 }
 
 LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -15,6 +15,14 @@ TForm::~TForm() {
   if (FHandle) DestroyWindow(FHandle);
 }
 
+void TForm::LoseWindow() {
+  RemoveModelessForm(FHandle);
+  FHandle = nullptr;
+  FTooltips = nullptr;
+  FModalRun = nullptr;
+  FPins = 0;
+}
+
 // ---- showing and hiding ----
 
 void TForm::Show() {
@@ -181,6 +189,10 @@ void TForm::ArrangeControls() {
 bool TForm::Help(UINT command, int data) {
   bool callHelp = true;
   const bool handled = OnHelp && OnHelp(command, data, callHelp);
-  if (callHelp) Application().HelpCommand(command, static_cast<ULONG_PTR>(data));
+  if (callHelp) AskHelp(command, data);
   return handled || callHelp;
+}
+
+void TForm::AskHelp(UINT command, int data) const {
+  Application().HelpCommand(command, static_cast<ULONG_PTR>(data));
 }

@@ -18,6 +18,7 @@ enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2 };
 
 class TButton;
 class TForm;
+class TModalRun;
 
 /// Ties a loaded layout to a form's class: its controls to fields, its event names to handlers.
 class TFormBinder {
@@ -71,6 +72,10 @@ class TForm : public TComponent {
   }
   ~TForm() override;
 
+  /// What the host knows the form by while Application().Keep holds it: a number that no other form
+  /// ever gets. Null before.
+  void* HostHandle() const { return FHostHandle; }
+
   virtual const char* ClassName() const = 0;
 
   HWND Handle() const { return FHandle; }
@@ -89,7 +94,7 @@ class TForm : public TComponent {
   void Minimize() { ShowWindow(FHandle, SW_MINIMIZE); }
   void BringToFront();
   bool Visible() const { return FHandle && IsWindowVisible(FHandle); }
-  bool Modal() const { return FModalState != nullptr; }
+  bool Modal() const { return FModalRun != nullptr; }
 
   int ModalResult() const { return FModalResult; }
   void SetModalResult(int result) { FModalResult = result; }
@@ -136,6 +141,8 @@ class TForm : public TComponent {
   /// A help request for this form: its help event first, then, if that asks for it, the help
   /// system. True when the request was dealt with.
   bool Help(UINT command, int data);
+  /// Asks the help system for this form: here, with the main window and the main help file.
+  virtual void AskHelp(UINT command, int data) const;
 
   // ---- for CreateForm and the framework ----
 
@@ -173,7 +180,9 @@ class TForm : public TComponent {
 
  private:
   friend class TFormBinder;
-  struct TModalState;
+  friend class TModalRun;
+  friend class TApplication;
+  friend class TFormPin;
   struct TPlacement {
     TControl* Control;
     RECT Bounds;  ///< at the form's designed client size, device pixels
@@ -188,7 +197,6 @@ class TForm : public TComponent {
   void ScaleTo(int dpi);
   void ArrangeControls();
   void FocusFirst(TControl* first);
-  void RunModal(const TModalState& state);
   bool TranslateKey(const MSG& message) const;
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
   bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
@@ -196,6 +204,9 @@ class TForm : public TComponent {
   void HandleHelp(const HELPINFO& info);
   bool ControlColor(HDC dc, HWND window, LRESULT& result);
   void WindowGone();
+  /// Its window went without a message, with the thread that it belonged to.
+  void LoseWindow();
+  bool Pinned() const { return FPins > 0; }
 
   HWND FParentWindow;
   HWND FHandle = nullptr;
@@ -218,7 +229,22 @@ class TForm : public TComponent {
   int FHelpContext = 0;
   std::string FHelpFile;
   int FModalResult = mrNone;
-  TModalState* FModalState = nullptr;
+  TModalRun* FModalRun = nullptr;
+  void* FHostHandle = nullptr;
+  int FPins = 0;
+};
+
+/// Stands around code that uses a form which that very code may free: it goes only afterwards.
+class TFormPin {
+ public:
+  explicit TFormPin(TForm& form) : FForm(form) { ++FForm.FPins; }
+  TFormPin(const TFormPin&) = delete;
+  TFormPin& operator=(const TFormPin&) = delete;
+  ~TFormPin() { --FForm.FPins; }
+
+ private:
+  TForm& FForm;
+  TUnwindNotice FNotice{[](void* self) { --static_cast<TFormPin*>(self)->FForm.FPins; }, this};
 };
 
 template <class T>

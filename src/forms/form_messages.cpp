@@ -28,7 +28,9 @@ LRESULT CALLBACK TForm::FormProc(HWND window, UINT message, WPARAM wParam, LPARA
   }
   auto* form = reinterpret_cast<TForm*>(GetWindowLongPtrW(window, kFormOffset));
   if (!form) return DefDlgProcW(window, message, wParam, lParam);
-  return Guarded<LRESULT>(0, [&] { return form->WindowProc(message, wParam, lParam); });
+  const TFormPin pin(*form);
+  return Guarded<LRESULT>(0, [&] { return form->WindowProc(message, wParam, lParam); },
+                          {std::source_location::current(), window, message});
 }
 
 LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {

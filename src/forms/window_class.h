@@ -11,3 +11,8 @@ void RegisterWindowClass(const std::wstring& name, WNDPROC proc, int extra, HBRU
 /// Unregisters every class registered so far; for the unloading library, whose code the classes
 /// point into.
 void UnregisterWindowClasses();
+
+/// Leaves the windows of this library that a thread still has to the system, which destroys them:
+/// at once in that thread itself, else when it serves its next messages. None of them runs into the
+/// library's code again. Any thread.
+void LeaveWindows(DWORD thread);

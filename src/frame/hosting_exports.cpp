@@ -27,12 +27,13 @@ int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile) {
 }
 
 void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDialog* dialog) {
+  if (dialog) *dialog = nullptr;
   Exported([&] {
-    if (dialog) *dialog = nullptr;
     auto form = CreateForm<TDlgBase>(parent);
     if (helpFile) form->SetHelpFile(helpFile);
     TForm& kept = Application().Keep(std::move(form));
-    if (dialog) *dialog = reinterpret_cast<ZefDialog>(&kept);
+    if (dialog) *dialog = static_cast<ZefDialog>(kept.HostHandle());
+    const TFormPin pin(kept);
     kept.Show();
   });
 }
@@ -42,35 +43,43 @@ int ZEFEXT_API VCLFreeNonModalDialog(ZefDialog dialog) {
     auto* base = FormOf<TDlgBase>(dialog);
     if (!base) return 0;
     const int result = base->Result() ? 1 : 0;
-    Application().Retire(Application().Take(*base));
+    Application().RetireHostForm(Application().Take(*base));
     return result;
   });
 }
 
 void ZEFEXT_API VCLDialogShow(ZefDialog dialog) {
   Exported([&] {
-    if (auto* view = FormOf<TDialogViewBaseForm>(dialog)) view->Show();
+    auto* view = FormOf<TDialogViewBaseForm>(dialog);
+    if (!view) return;
+    const TFormPin pin(*view);
+    view->Show();
   });
 }
 
 int ZEFEXT_API VCLDialogHasChanged(ZefDialog dialog) {
   return Exported(0, [&] {
     auto* view = FormOf<TDialogViewBaseForm>(dialog);
-    return view && view->HasChanged() ? 1 : 0;
+    if (!view) return 0;
+    const TFormPin pin(*view);
+    return view->HasChanged() ? 1 : 0;
   });
 }
 
 void ZEFEXT_API VCLDialogClearHasChanged(ZefDialog dialog) {
   Exported([&] {
-    if (auto* view = FormOf<TDialogViewBaseForm>(dialog)) view->SetChanged(false);
+    auto* view = FormOf<TDialogViewBaseForm>(dialog);
+    if (!view) return;
+    const TFormPin pin(*view);
+    view->SetChanged(false);
   });
 }
 
 extern "C" HWND ZEFEXT_API MakeExampleView(void* parent, const char* helpFile, IUnknown** view) {
+  if (view) *view = nullptr;
   return Exported<HWND>(nullptr, [&] {
-    if (view) *view = nullptr;
     TForm& form = Application().Keep(CreateForm<TExampleView>(static_cast<HWND>(parent)));
-    if (view) *view = reinterpret_cast<IUnknown*>(&form);
+    if (view) *view = static_cast<IUnknown*>(form.HostHandle());
     // For every dialog made from now on, not for this view alone: hosts count on it.
     if (helpFile) Application().SetHelpFile(helpFile);
     return form.Handle();

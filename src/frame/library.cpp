@@ -2,9 +2,12 @@
 
 #include "forms/application.h"
 #include "forms/window_class.h"
+#include "forms/window_thread.h"
 #include "frame/singletons.h"
 #include "platform/guard.h"
+#include "platform/kept.h"
 #include "platform/locale_collation.h"
+#include "platform/runtime_leftovers.h"
 
 namespace {
 
@@ -15,14 +18,27 @@ void Attach() {
   if (processAttachCount++ == 0) UseLocaleCollation();
 }
 
+/// A process that ends takes its windows with it, and other libraries that they need may be gone:
+/// then nothing is released.
 void Detach(bool processEnds) {
-  if (--processAttachCount != 0) return;
-  // A process that ends takes its windows with it; other libraries that they need may be gone.
-  if (processEnds) return;
+  if (--processAttachCount != 0 || processEnds) return;
+  auto& application = Application();
+  application.ForgetCalls();
+  // The last to let go may be any thread, but only their own can destroy windows.
+  const DWORD thread = TWindowThread::Id();
+  if (thread != 0 && !TWindowThread::IsCurrent()) {
+    LeaveWindows(thread);
+    application.WindowsLost();
+  }
   ReleaseSingletons();
-  Application().ReleaseHostForms();
+  application.ReleaseHostForms();
+  // Those that stood on a stack which an exception of the host's cut off.
+  LeaveWindows(GetCurrentThreadId());
   UnregisterWindowClasses();
-  Application().SetHandle(nullptr);
+  application.SetHandle(nullptr);
+  ReleaseKept();
+  TWindowThread::Forget();
+  GiveBackRuntimeLeftovers();
 }
 
 }  // namespace
@@ -41,6 +57,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID reserved) {
         break;
       case DLL_THREAD_DETACH:
         --threadAttachCount;
+        TWindowThread::ThreadEnds();
         break;
       default:
         break;

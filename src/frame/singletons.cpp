@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/kept.h"
+
 namespace {
 
 struct TSingletons {
@@ -10,10 +12,7 @@ struct TSingletons {
   std::array<std::unique_ptr<TForm>, 4> Forms;
 };
 
-TSingletons& Singletons() {
-  static TSingletons singletons;
-  return singletons;
-}
+TSingletons& Singletons() { return Kept<TSingletons>(); }
 
 std::unique_ptr<TForm>& Slot(TFormSlot slot) {
   return Singletons().Forms[static_cast<std::size_t>(slot)];
@@ -38,4 +37,14 @@ void ReleaseSingletons() {
   HintBubble().reset();
   HintShown() = false;
   for (auto& form : Singletons().Forms) Application().Retire(std::move(form));
+}
+
+bool HasWindows() {
+  return HintBubble() || !Application().Forms().empty() || Application().InCall();
+}
+
+void ForgetWindows() {
+  Application().WindowsLost();
+  ReleaseSingletons();
+  Application().ReleaseHostForms();
 }

@@ -22,6 +22,11 @@ bool& HintShown();
 /// Destroys them all: the hint bubble, then the slots in their order.
 void ReleaseSingletons();
 
+/// Whether the library has windows, kept here or not, or is in the middle of a call.
+bool HasWindows();
+/// The thread of the windows has ended, and they with it: nothing is left of them.
+void ForgetWindows();
+
 /// The slot's form, made now if there is none. One class per slot.
 template <class T>
 T& SingletonForm(TFormSlot slot) {

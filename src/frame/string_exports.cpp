@@ -1,21 +1,15 @@
 #include <memory>
 
 #include "frame/exported.h"
-#include "frame/rules/handle_table.h"
 #include "frame/string_handles.h"
+#include "platform/kept.h"
+#include "text/handle_table.h"
 
 namespace {
 
-// Made by the first handle, so that the library's load runs no code of theirs.
-THandleTable<TSharedText>& Strings() {
-  static THandleTable<TSharedText> table;
-  return table;
-}
+THandleTable<TSharedText>& Strings() { return Kept<THandleTable<TSharedText>>(); }
 
-THandleTable<TStringList>& Lists() {
-  static THandleTable<TStringList> table;
-  return table;
-}
+THandleTable<TStringList>& Lists() { return Kept<THandleTable<TStringList>>(); }
 
 template <class THandle>
 std::uint32_t NumberOf(THandle handle) {
@@ -34,11 +28,9 @@ TSharedText* FindString(ZefString handle) { return Strings().Find(NumberOf(handl
 TStringList* FindStringList(ZefStringList handle) { return Lists().Find(NumberOf(handle)); }
 
 void ZEFEXT_API VCLAnsiStringCreate(ZefString* handle) {
-  Exported([&] {
-    if (!handle) return;
-    *handle = nullptr;
-    *handle = HandleOf<ZefString>(Strings().Create());
-  });
+  if (!handle) return;
+  *handle = nullptr;
+  Exported([&] { *handle = HandleOf<ZefString>(Strings().Create()); });
 }
 
 void ZEFEXT_API VCLAnsiStringCopy(ZefString destination, ZefString source) {
@@ -60,10 +52,10 @@ void ZEFEXT_API VCLAnsiStringSet(ZefString handle, const char* text) {
 }
 
 void ZEFEXT_API VCLAnsiStringGet(ZefString handle, const char** text) {
+  if (!text) return;
+  *text = nullptr;
   Exported([&] {
-    if (!text) return;
-    const TSharedText* string = FindString(handle);
-    *text = string ? string->CStr() : nullptr;
+    if (const TSharedText* string = FindString(handle)) *text = string->CStr();
   });
 }
 
@@ -77,9 +69,9 @@ void ZEFEXT_API VCLAnsiStringConcat(ZefString destination, ZefString source) {
 
 void ZEFEXT_API VCLStringListCreate(ZefStringList* list, unsigned char /*allowDuplicates*/,
                                     unsigned char caseSensitive, unsigned char sorted) {
+  if (!list) return;
+  *list = nullptr;
   Exported([&] {
-    if (!list) return;
-    *list = nullptr;
     const TStringList::TOptions options{.Sorted = sorted != 0, .CaseSensitive = caseSensitive != 0};
     *list = HandleOf<ZefStringList>(Lists().Create(options));
   });

@@ -45,7 +45,7 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word) {
 
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types) {
-  if (result) *result = nullptr;
+  if (result) *result = OrEmpty(line);
   Exported([&] {
     std::string text = OrEmpty(line);
     TDlgSyntax& assistant = Assistant();
@@ -60,7 +60,7 @@ void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** res
 }
 
 void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result) {
-  if (result) *result = nullptr;
+  if (result) *result = OrEmpty(text);
   Exported([&] {
     std::string value = OrEmpty(text);
     TDlgSyntax& assistant = Assistant();
@@ -76,7 +76,7 @@ void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result) {
 }
 
 void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result) {
-  if (result) *result = nullptr;
+  if (result) *result = OrEmpty(text);
   Exported([&] {
     std::string variables = OrEmpty(text);
     TDlgSyntax& assistant = Assistant();

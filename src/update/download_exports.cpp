@@ -56,12 +56,13 @@ void Perform(TDlgDwnld& dialog, TDownloadCommand command, char* text, int* value
 }  // namespace
 
 int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialog) {
+  if (dialog) *dialog = nullptr;
   return Exported(0, [&] {
     auto form = CreateForm<TDlgDwnld>();
     if (helpFile) form->SetHelpFile(helpFile);
     TForm& kept =
         Application().Keep(std::move(form), Application().FindForm(static_cast<void*>(owner)));
-    if (dialog) *dialog = reinterpret_cast<ZefDialog>(&kept);
+    if (dialog) *dialog = static_cast<ZefDialog>(kept.HostHandle());
     return 1;
   });
 }

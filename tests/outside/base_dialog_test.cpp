@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 
 #include "outside/outside_test.h"
 
@@ -68,6 +69,10 @@ TEST_F(BaseDialog, IsLeftInEveryWayAndReportsNothing) {
       {"Alt+N", [](TFormDriver& form) { form.Mnemonic('N'); }},
       {"close box", [](TFormDriver& form) { form.CloseBox(); }},
       {"Alt+F4", [](TFormDriver& form) { form.Press(VK_F4, mdAlt); }},
+      // As other threads and programs send them: no message for the dialog's loop.
+      {"sent close", [](TFormDriver& form) { SendMessageW(form.Handle(), WM_CLOSE, 0, 0); }},
+      {"sent click",
+       [](TFormDriver& form) { SendMessageW(form.Control("ButtonOK"), BM_CLICK, 0, 0); }},
   };
   for (const auto& way : ways) {
     SCOPED_TRACE(way.Way);
@@ -200,6 +205,19 @@ TEST_F(BaseDialog, HelpButtonAsksTheHelpSystemWithTheRightFile) {
     EXPECT_EQ(std::ranges::count(requests, expected), 2);
     EXPECT_EQ(requests.size(), 2U);
   }
+  // Without a question mark, F1 does as the Help button would.
+  HelpServer->Forget();
+  Library->VCLSetMainHelpFile(HelpFile);
+  Library->VCLShowDebugText("");
+  HWND debug = nullptr;
+  WhileIdle([&](TScriptedUser& user) {
+    TFormDriver form = user.WaitForForm("TDlgDebug");
+    debug = form.Handle();
+    form.Click("Memo");
+    form.Press(VK_F1);
+  });
+  const std::vector<THelpServer::TRequest> asked{{debug, HELP_CONTEXT, 0, HelpFile}};
+  EXPECT_EQ(HelpServer->Requests(), asked);
 }
 
 TEST_F(BaseDialog, IsOwnedByTheMainWindowOfTheMoment) {
@@ -246,20 +264,30 @@ TEST_F(BaseDialog, ModelessLivesInTheHostsWindowUntilFreed) {
 }
 
 TEST_F(BaseDialog, RefusesHandlesThatAreNotItsOwn) {
-  ZefDialog freed = nullptr;
-  Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &freed);
-  Library->VCLFreeNonModalDialog(freed);
+  std::set<ZefDialog> freed;
+  // In the middle of a call as well, each dialog takes its windows with it.
+  Run([&](TScriptedUser&, TFormDriver& form) {
+    InHost([&] {
+      for (int count = 0; count < 100; ++count) {
+        ZefDialog dialog = nullptr;
+        Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &dialog);
+        Library->VCLFreeNonModalDialog(dialog);
+        EXPECT_TRUE(freed.insert(dialog).second) << "a handle comes back";
+      }
+      EXPECT_TRUE(Descendants(MainWindow).empty());
+    });
+    form.Click("ButtonOK");
+    form.WaitGone();
+  });
   ZefDialog live = nullptr;
   Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &live);
+  const size_t windows = Descendants(MainWindow).size();
   char foreign[256]{};
-  for (void* wrong : {static_cast<void*>(nullptr), static_cast<void*>(foreign),
-                      reinterpret_cast<void*>(8), reinterpret_cast<void*>(MainWindow)})
-    EXPECT_EQ(Library->VCLFreeNonModalDialog(static_cast<ZefDialog>(wrong)) & 0xFF, 0);
-  // The freed one's memory may have become the live one.
-  if (freed != live) {
-    EXPECT_EQ(Library->VCLFreeNonModalDialog(freed) & 0xFF, 0);
-  }
-  EXPECT_FALSE(Descendants(MainWindow).empty());
+  std::vector<void*> wrong{nullptr, foreign, reinterpret_cast<void*>(8), MainWindow};
+  wrong.insert(wrong.end(), freed.begin(), freed.end());
+  for (void* handle : wrong)
+    EXPECT_EQ(Library->VCLFreeNonModalDialog(static_cast<ZefDialog>(handle)) & 0xFF, 0);
+  EXPECT_EQ(Descendants(MainWindow).size(), windows);
 
   Library->VCLInvokeNonModalDialog(MainWindow, nullptr, nullptr);
   Library->VCLFreeNonModalDialog(live);

@@ -96,8 +96,12 @@ std::string TCensus::NewSince(const TCensus& earlier) const {
   for (const HWND window : Windows)
     if (!earlier.Windows.contains(window))
       news += Say("window ", ClassOf(window), " '", TextOf(window), "'\n");
-  for (const DWORD thread : Threads)
-    if (!earlier.Threads.contains(thread))
-      news += Say("thread ", std::hex, thread, " of ", ModuleName(StartModule(thread)), "\n");
+  for (const DWORD thread : Threads) {
+    if (earlier.Threads.contains(thread)) continue;
+    const HMODULE module = StartModule(thread);
+    // The system keeps the threads of its pool for a while.
+    if (module == GetModuleHandleA("ntdll.dll")) continue;
+    news += Say("thread ", std::hex, thread, " of ", ModuleName(module), "\n");
+  }
   return news;
 }

@@ -1,9 +1,13 @@
 #include <algorithm>
+#include <array>
+#include <csetjmp>
 #include <fstream>
 #include <iterator>
 #include <regex>
 #include <set>
+#include <thread>
 
+#include "outside/debug_listener.h"
 #include "outside/outside_test.h"
 
 namespace {
@@ -133,23 +137,223 @@ TEST_F(LoadedLibrary, LoadedTwiceStaysUntilTheLastUnload) {
   EXPECT_EQ(Library->VCLGetVersion(), 1102U);
 }
 
-TEST_F(LoadedLibrary, LoadsAndUnloadsAHundredTimesAndLeavesNothing) {
+/// What a process runs out of or grows by.
+struct THoldings {
+  DWORD ThreadLocalIndex;  ///< the next that the system gives
+  std::size_t HeapBytes;
+
+  static THoldings Take() {
+    THoldings holdings{TlsAlloc(), 0};
+    TlsFree(holdings.ThreadLocalIndex);
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    for (DWORD index = 0; index < count; ++index) {
+      PROCESS_HEAP_ENTRY entry{};
+      while (HeapWalk(heaps[index], &entry))
+        if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) holdings.HeapBytes += entry.cbData;
+    }
+    return holdings;
+  }
+};
+
+TEST_F(LoadedLibrary, LoadsAndUnloadsAndLeavesNothing) {
   const TDatabaseFile database(Database);
   Library.reset();
-  constexpr int WarmUp = 3;  // the system makes and keeps things of its own at first
-  constexpr int Rounds = 100;
-  TCensus early{};
-  for (int round = 0; round < Rounds; ++round) {
-    if (round == WarmUp) early = TCensus::Take();
-    const TLibrary library;
-    library.VCLSetMainWindowHandle(MainWindow);
-    UseADialog(library);
-    EXPECT_EQ(library.VCLSyntaxIsMethod(".ajouter"), 1);
-    if (round % 2) library.VCLFree();
-  }
+  const auto round = [&](bool withDialog, bool freed) {
+    {
+      const TLibrary library;
+      library.VCLSetMainWindowHandle(MainWindow);
+      if (withDialog) UseADialog(library);
+      library.VCLShowDebugText("");
+      EXPECT_EQ(library.VCLSyntaxIsMethod(".ajouter"), 1);
+      if (freed) library.VCLFree();
+    }
+    WaitUnloaded();
+  };
+  // The system makes and keeps things of its own at first.
+  for (int count = 0; count < 4; ++count) round(true, count % 2);
+  const TCensus early = TCensus::Take();
+  const DWORD index = THoldings::Take().ThreadLocalIndex;
+  for (int count = 0; count < 30; ++count) round(count % 3 == 0, count % 2);
   const TCensus late = TCensus::Take();
   EXPECT_EQ(late.NewSince(early), "");
   EXPECT_EQ(late.Modules, early.Modules);
   // The system caches a few; what each round lost would be many more.
   EXPECT_LT(late.GdiObjects, early.GdiObjects + 20);
+  EXPECT_EQ(THoldings::Take().ThreadLocalIndex, index);
+}
+
+TEST_F(LoadedLibrary, GivesBackWhatItsRuntimeTakesForEachLoad) {
+  Library.reset();
+  const auto rounds = [](int count) {
+    while (count--) {
+      const TLibrary library;
+      ZefString text = nullptr;
+      library.VCLAnsiStringCreate(&text);
+    }
+  };
+  rounds(20);
+  const THoldings early = THoldings::Take();
+  rounds(300);
+  const THoldings late = THoldings::Take();
+  EXPECT_EQ(late.ThreadLocalIndex, early.ThreadLocalIndex);
+  // The thread library's locks are what is left.
+  EXPECT_LT(late.HeapBytes - early.HeapBytes, 300U * 1024);
+}
+
+TEST_F(LoadedLibrary, MayBeLetGoWhereItIsInUse) {
+  void* view = nullptr;
+  Library->CreateExampleView(MainWindow, nullptr, &view);
+  Library->VCLDialogShow(static_cast<ZefDialog>(view));
+  Library->VCLShowDebugText("last");
+  During([this] { Library->VCLInvokeModalDialog(nullptr); },
+         [this](TScriptedUser& user) {
+           TFormDriver form = user.WaitForForm("TDlgBase");
+           InHost([this] { Library.reset(); });
+           SendMessageW(form.Handle(), WM_CLOSE, 0, 0);
+           form.WaitGone();
+         });
+  // By now the last to hold it is a thread of the system's, which has none of its windows.
+  WaitUnloaded();
+  EXPECT_TRUE(Descendants(MainWindow).empty());
+  // From its next load on it makes its windows anew.
+  const TLibrary again;
+  again.VCLShowDebugText("first");
+  WhileIdle([](TScriptedUser& user) {
+    EXPECT_EQ(user.WaitForForm("TDlgDebug").Text("Memo"), "0001 : first");
+  });
+}
+
+TEST_F(LoadedLibrary, BelongsToTheThreadOfItsWindowsWhileThatRuns) {
+  Library->VCLShowDebugText("mine");
+  const struct {
+    const char* Export;
+    std::function<int()> Call;
+    int Refused;
+  } calls[] = {
+      {"VCLInvokeModalDialog", [&] { return Library->VCLInvokeModalDialog(nullptr) & 0xFF; }, 0},
+      {"VCLInvokeNonModalDialog",
+       [&] {
+         ZefDialog out = reinterpret_cast<ZefDialog>(8);
+         Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &out);
+         return out ? 1 : 0;
+       },
+       0},
+      {"VCLShowDebugText", [&] { return Library->VCLShowDebugText("theirs"), 0; }, 0},
+      {"VCLStringListCount", [&] { return Library->VCLStringListCount(nullptr); }, -1},
+      {"VCLSyntaxHelpBox",
+       [&] {
+         const char* out = nullptr;
+         Library->VCLSyntaxHelpBox("a.b", nullptr, &out, nullptr);
+         return std::string_view(out).compare("a.b");
+       },
+       0},
+      {"VCLSelectDirList",
+       [&] {
+         unsigned char cancelled = 0;
+         return Library->VCLSelectDirList(nullptr, static_cast<unsigned char>(1), &cancelled) * 2 +
+                cancelled;
+       },
+       1},
+      {"VCLFree", [&] { return Library->VCLFree(), 0; }, 0},
+  };
+  std::thread([&] {
+    for (const auto& each : calls) {
+      SCOPED_TRACE(each.Export);
+      TDebugListener::Take();
+      EXPECT_EQ(each.Call(), each.Refused);
+      EXPECT_NE(TDebugListener::Take().find(each.Export), std::string::npos);
+    }
+  }).join();
+  const auto memo = [this] {
+    std::string text;
+    WhileIdle([&](TScriptedUser& user) { text = user.WaitForForm("TDlgDebug").Text("Memo"); });
+    return text;
+  };
+  EXPECT_EQ(memo(), "0001 : mine");
+
+  // The windows of a thread that has ended are nobody's.
+  Library->VCLFree();
+  std::thread([&] {
+    Library->VCLShowDebugText("theirs");
+    Library->VCLInvokeNonModalDialog(nullptr, nullptr, nullptr);
+  }).join();
+  Library->VCLShowDebugText("mine again");
+  EXPECT_EQ(memo(), "0001 : mine again");
+}
+
+constexpr DWORD HostException = 0xE0000001;
+
+/// Ends a call by an exception as a host's own handler does: the system unwinds the stack, and the
+/// host goes on behind the call.
+class THostHandler {
+ public:
+  /// True when the exception came out of the call.
+  static bool CutsOff(const std::function<void()>& call) {
+    THostHandler handler;
+    asm volatile("movl %%fs:0, %0" : "=r"(handler.FNext) : : "memory");
+    asm volatile("movl %0, %%fs:0" : : "r"(&handler) : "memory");
+    volatile bool cut = true;
+    if (setjmp(handler.FBack) == 0) {
+      call();
+      cut = false;
+    }
+    asm volatile("movl %0, %%fs:0" : : "r"(handler.FNext) : "memory");
+    return cut;
+  }
+
+ private:
+  static EXCEPTION_DISPOSITION Handle(EXCEPTION_RECORD* record, void* frame, CONTEXT*, void*) {
+    const bool wanted = record->ExceptionCode == HostException && !(record->ExceptionFlags & 6);
+    if (wanted) longjmp(static_cast<THostHandler*>(frame)->FBack, 1);
+    return ExceptionContinueSearch;
+  }
+
+  void* FNext = nullptr;
+  EXCEPTION_DISPOSITION (*FHandler)(EXCEPTION_RECORD*, void*, CONTEXT*, void*) = Handle;
+  jmp_buf FBack{};
+};
+
+unsigned short FloatingPointControl() {
+  unsigned short control = 0;
+  asm volatile("fnstcw %0" : "=m"(control));
+  return control;
+}
+
+TEST_F(LoadedLibrary, LeavesTheHostAsItWasHoweverADialogEnds) {
+  const HWND edit = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20,
+                                    MainWindow, nullptr, nullptr, nullptr);
+  const std::function<void()> raise = [] { RaiseException(HostException, 0, 0, nullptr); };
+  const unsigned short unmasked = 0x37B;  // division by zero raises
+  for (const bool byException : {false, true}) {
+    SCOPED_TRACE(byException);
+    SetFocus(edit);
+    SetCapture(MainWindow);
+    asm volatile("fldcw %0" : : "m"(unmasked));
+    bool cut = false;
+    During([&] { cut = THostHandler::CutsOff([&] { Library->VCLInvokeModalDialog(nullptr); }); },
+           [&](TScriptedUser& user) {
+             TFormDriver form = user.WaitForForm("TDlgBase");
+             InHost([] {
+               EXPECT_EQ(GetCapture(), nullptr);
+               EXPECT_EQ(FloatingPointControl() & 0x3F, 0x3F);
+             });
+             if (byException) {
+               PostMessageW(MainWindow, WM_APP, 0, reinterpret_cast<LPARAM>(&raise));
+             } else {
+               form.Press(VK_ESCAPE);
+             }
+             form.WaitGone();
+           });
+    EXPECT_EQ(FloatingPointControl(), unmasked);
+    asm volatile("fninit");
+    EXPECT_EQ(cut, byException);
+    EXPECT_TRUE(IsWindowEnabled(MainWindow));
+    EXPECT_EQ(GetFocus(), edit);
+    // No call counts as going on: what is freed goes at once.
+    Library->VCLShowDebugText("");
+    Library->VCLFree();
+    EXPECT_EQ(FindWindowA("TDlgDebug", nullptr), nullptr);
+    UseADialog(*Library);
+  }
 }

@@ -58,6 +58,7 @@ void TOutsideTest::TearDown() {
     Library->VCLFree();
     Library.reset();
   }
+  WaitUnloaded();
   DropOrphans();
   std::string left;
   const ULONGLONG deadline = GetTickCount64() + GoneMs;
@@ -66,13 +67,23 @@ void TOutsideTest::TearDown() {
     left = TCensus::Take().NewSince(FBefore);
   } while (!left.empty() && GetTickCount64() < deadline && (Sleep(20), true));
   EXPECT_EQ(left, "");
-  EXPECT_EQ(GetModuleHandleA("zefext.dll"), nullptr);
   EXPECT_TRUE(IsWindowEnabled(MainWindow));
   HelpServer.reset();
   DestroyWindow(MainWindow);
   UnregisterClassW(MainClass, GetModuleHandleW(nullptr));
   ServeMessages();
   TWatchdog::Allow(0);
+}
+
+// After a dialog the library stays for a moment.
+void TOutsideTest::WaitUnloaded() {
+  const ULONGLONG deadline = GetTickCount64() + GoneMs;
+  while (GetModuleHandleA("zefext.dll") && GetTickCount64() < deadline) {
+    ServeMessages();
+    Sleep(1);
+  }
+  EXPECT_EQ(GetModuleHandleA("zefext.dll"), nullptr);
+  ServeMessages();
 }
 
 void TOutsideTest::InHost(const std::function<void()>& call) {

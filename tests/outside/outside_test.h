@@ -29,11 +29,14 @@ class TOutsideTest : public testing::Test {
   }
   /// The host serves its messages while the user acts.
   void WhileIdle(const std::function<void(TScriptedUser&)>& script) {
-    During([] {}, script);
+    TScriptedUser().WhileIdle(script);
   }
 
   /// From a script: makes a call in the host's thread, as the host does when a message comes in.
   void InHost(const std::function<void()>& call);
+
+  /// Serves messages until the library is out of memory, as it is to be when all let go of it.
+  void WaitUnloaded();
 
   HWND MainWindow = nullptr;
   std::optional<TLibrary> Library;

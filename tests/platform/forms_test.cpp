@@ -20,10 +20,10 @@ std::set<std::string> made;
 
 /// Makes a form with all its controls, hidden ones included, and ties its handlers; what is wrong
 /// in its layout is in the message.
-template <class T>
-void Make() {
+template <class T, class... TArguments>
+void Make(TArguments... arguments) {
   try {
-    const auto form = CreateForm<T>(nullptr);
+    const auto form = CreateForm<T>(arguments...);
     // With the dialogs that it makes for itself.
     for (const TForm* each : Application().Forms()) made.insert(each->ClassName());
   } catch (const std::exception& error) {
@@ -44,8 +44,8 @@ std::string Upper(std::string text) {
 
 TEST(Forms, AreMadeFromTheirLayoutsOneAndAll) {
   Make<TDlgBase>();
-  Make<TDialogViewBaseForm>();
-  Make<TExampleView>();
+  Make<TDialogViewBaseForm>(HWND{});
+  Make<TExampleView>(HWND{});
   Make<TDlgDebug>();
   Make<TDlgSyntax>();
   Make<TDlgDirSelect>();

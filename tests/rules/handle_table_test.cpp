@@ -1,4 +1,4 @@
-#include "frame/rules/handle_table.h"
+#include "text/handle_table.h"
 
 #include <gtest/gtest.h>
 

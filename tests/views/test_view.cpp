@@ -30,7 +30,7 @@ class TTestView : public TDialogViewBaseForm {
 extern "C" __declspec(dllexport) HWND CreateTestView(HWND parent, void** view) {
   return Exported<HWND>(nullptr, [&] {
     TForm& form = Application().Keep(CreateForm<TTestView>(parent));
-    *view = &form;
+    *view = form.HostHandle();
     return form.Handle();
   });
 }

@@ -51,4 +51,6 @@ void TDialogViewBaseForm::SetChanged(bool changed) {
   FChanged = changed;
 }
 
-void TDialogViewBaseForm::WindowDestroyed() { Application().Retire(Application().Take(*this)); }
+void TDialogViewBaseForm::WindowDestroyed() {
+  Application().RetireHostForm(Application().Take(*this));
+}

@@ -23,6 +23,9 @@ class TDlgBase : public TForm {
   /// Whether context help shows in a bubble of our own, or as the help system's pop-up.
   void SetContextHints(bool inWindow) { FContextHints = inWindow; }
 
+  /// With this dialog's window and its own help file.
+  void AskHelp(UINT command, int data) const override;
+
  protected:
   void Bind(TFormBinder& binder) override;
   // The bubble belongs to the window around an embedded dialog, and would outlive it.
@@ -42,7 +45,6 @@ class TDlgBase : public TForm {
  private:
   void HideHint();
   void ShowHintOf(const TControl& control);
-  void AskHelp(UINT command, int data) const;
 
   std::unique_ptr<THintWindow> FHint;
   bool FHintShown = false;

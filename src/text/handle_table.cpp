@@ -1,4 +1,4 @@
-#include "frame/rules/handle_table.h"
+#include "text/handle_table.h"
 
 std::uint32_t NewHandleNumber() {
   static std::uint32_t count = 0;

@@ -1,0 +1,91 @@
+#include "forms/modal_run.h"
+
+#include <algorithm>
+
+#include "forms/form.h"
+#include "platform/guard.h"
+
+TModalRun::TModalRun(TForm& form) : FForm(form), FFocus(GetFocus()) {
+  auto& application = Application();
+  // The host may let go of the library from a message that the run serves.
+  if (!application.FHold) application.FHold.emplace();
+  // The dialog would never hear of the mouse while the host holds it.
+  ReleaseCapture();
+  FWorld.emplace(FForm.FHandle);
+  application.FModalRuns.push_back(this);
+  FForm.FModalRun = this;
+  FForm.FModalResult = mrNone;
+}
+
+void TModalRun::End() {
+  if (std::exchange(FEnded, true)) return;
+  const HWND active = FWorld->Active();
+  FWorld.reset();
+  FForm.FModalRun = nullptr;
+  std::erase(Application().FModalRuns, this);
+  Guarded([this] { FForm.Hide(); });
+  if (IsWindow(active)) SetActiveWindow(active);
+  // The system remembers which window was active, not which control in it.
+  if (FFocus && GetActiveWindow() == active && GetAncestor(FFocus, GA_ROOT) == active &&
+      IsWindowVisible(FFocus) && IsWindowEnabled(FFocus)) {
+    SetFocus(FFocus);
+  }
+  FForm.FActiveControl = FForm.FFirstActive;
+  FMasks.reset();
+}
+
+void TModalRun::Serve() {
+  MSG message;
+  while (!FAbandoned) {
+    if (FForm.FModalResult != mrNone) {
+      if (FForm.CloseQuery()) return;
+      FForm.FModalResult = mrNone;
+      continue;
+    }
+    if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      // What other threads send is served without a message to be got, and may have set the result:
+      // waiting for messages alone would sleep on.
+      if (FForm.FModalResult == mrNone && !FAbandoned) {
+        MsgWaitForMultipleObjectsEx(0, nullptr, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+      }
+      continue;
+    }
+    if (message.message == WM_QUIT) {
+      // The program is ending: the host's own loop must see it too.
+      PostQuitMessage(static_cast<int>(message.wParam));
+      FForm.FModalResult = mrCancel;
+      return;
+    }
+    if (!FForm.TranslateKey(message) &&
+        (!FForm.FHandle || !IsDialogMessageW(FForm.FHandle, &message))) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  }
+}
+
+int TForm::ShowModal() {
+  if (!FHandle || Modal()) return mrCancel;
+  const TCallScope scope;
+  {
+    TModalRun run(*this);
+    Show();
+    run.Serve();
+    if (run.Abandoned()) {
+      FModalResult = mrCancel;
+    } else if (OnClose) {
+      Guarded(OnClose);
+    }
+  }
+  return FModalResult;
+}
+
+bool TForm::TranslateKey(const MSG& message) const {
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+  TControl* control = FindControl(message.hwnd);
+  return control && control->TranslateKey(message);
+}
+
+void TForm::Abandon() {
+  if (FModalRun) FModalRun->Abandon();
+}

@@ -1,0 +1,23 @@
+#include "frame/exported.h"
+
+#include "forms/window_thread.h"
+#include "frame/singletons.h"
+
+bool Admitted(const TPlace& place) noexcept {
+  if (TWindowThread::IsCurrent()) return true;
+  bool admitted = false;
+  Guarded(
+      [&] {
+        if (HasWindows()) {
+          if (TWindowThread::Running()) {
+            DebugReport("a call from another thread than that of the windows is refused", place);
+            return;
+          }
+          ForgetWindows();
+        }
+        TWindowThread::Claim();
+        admitted = true;
+      },
+      place);
+  return admitted;
+}
