@@ -7,14 +7,13 @@
 namespace {
 
 TSyntaxDatabase LargeCategory(std::int64_t constants) {
-  TSyntaxDatabase database;
-  TSyntaxElement& list = database.Elements.emplace_back();
+  TSyntaxElement list;
   list.Kind = TSyntaxKind::List;
   list.Name = "Liste";
   list.Flag = "add";
   for (std::int64_t i = 0; i < constants; ++i)
     list.Constants.push_back({true, "vbConstante" + std::to_string(i), "Aide"});
-  return database;
+  return TSyntaxDatabase({std::move(list)});
 }
 
 /// A tick as the dialog makes it: the value is built, shown and parsed again.
@@ -33,7 +32,7 @@ void TickOurs(benchmark::State& state) {
 /// The same by walking over all boxes at each step.
 void TickByScan(benchmark::State& state) {
   const TSyntaxDatabase database = LargeCategory(state.range(0));
-  const auto& constants = database.Elements[0].Constants;
+  const auto& constants = database.Elements()[0].Constants;
   std::vector<bool> ticked(constants.size());
   std::size_t constant = 0;
   for (auto _ : state) {

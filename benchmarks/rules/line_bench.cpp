@@ -9,15 +9,22 @@ namespace {
 
 // A type whose members give the type again, so that a chain of any length is typed to its end.
 struct TChainSyntax {
-  TSyntaxDatabase Database;
+  const TSyntaxDatabase Database = TSyntaxDatabase(Elements());
   TSyntaxNames Names;
 
   TChainSyntax() {
-    TSyntaxElement& start = Database.Elements.emplace_back();
+    Names.BuildWords(Database);
+    Names.BuildTypes(Database);
+  }
+  TSyntaxView View() const { return {Database, Names}; }
+
+  static std::vector<TSyntaxElement> Elements() {
+    std::vector<TSyntaxElement> elements(2);
+    TSyntaxElement& start = elements[0];
     start.Kind = TSyntaxKind::Const;
     start.Name = "App";
     start.Type = "Link";
-    TSyntaxElement& link = Database.Elements.emplace_back();
+    TSyntaxElement& link = elements[1];
     link.Kind = TSyntaxKind::Object;
     link.Name = "Link";
     for (const char* name : {"First", "Item", "Next", "Last"}) {
@@ -26,10 +33,8 @@ struct TChainSyntax {
       member.Name = name;
       member.Return = TSyntaxReturn{"Link", {}};
     }
-    Names.BuildWords(Database);
-    Names.BuildTypes(Database);
+    return elements;
   }
-  TSyntaxView View() const { return {Database, Names}; }
 };
 
 const TChainSyntax& Syntax() {

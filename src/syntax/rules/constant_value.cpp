@@ -21,7 +21,7 @@ std::string_view Trimmed(std::string_view text) {
 std::vector<TConstantCategory> ConstantCategories(const TSyntaxDatabase& database,
                                                   std::string_view filter) {
   TStringList exclusive({.Sorted = true}), additive({.Sorted = true});
-  for (const TSyntaxElement& element : database.Elements) {
+  for (const TSyntaxElement& element : database.Elements()) {
     if (element.Kind != TSyntaxKind::List || element.Name.empty()) continue;
     if (!filter.empty() && filter.find(element.Name) == std::string_view::npos) continue;
     (IsAdditive(element) ? additive : exclusive).Add(element.Name);
@@ -43,7 +43,7 @@ void TConstantChoice::Fill(const TSyntaxDatabase& database, std::string_view cat
   *this = TConstantChoice();
   if (category.empty()) return;
   std::string line;
-  for (const TSyntaxElement& element : database.Elements) {
+  for (const TSyntaxElement& element : database.Elements()) {
     if (element.Kind != TSyntaxKind::List || element.Name != category) continue;
     FType = element.Type;
     FAdditive = FAdditive || IsAdditive(element);

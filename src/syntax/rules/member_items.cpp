@@ -11,7 +11,7 @@ TMemberItems::TMemberItems(const TSyntaxElement& object) {
 }
 
 TMemberItems::TMemberItems(const TSyntaxDatabase& functions) {
-  for (const TSyntaxElement& element : functions.Elements) {
+  for (const TSyntaxElement& element : functions.Elements()) {
     if (element.Function) Add(*element.Function);
   }
   Arrange();

@@ -4,29 +4,24 @@
 #include <array>
 #include <numeric>
 
-void TSyntaxDatabase::IndexNames() {
-  FByName.resize(Elements.size());
+#include "syntax/rules/help_text.h"
+
+TSyntaxDatabase::TSyntaxDatabase(std::vector<TSyntaxElement> elements)
+    : FElements(std::move(elements)), FByName(FElements.size()) {
   std::iota(FByName.begin(), FByName.end(), 0u);
   std::stable_sort(FByName.begin(), FByName.end(), [this](std::uint32_t a, std::uint32_t b) {
-    return Elements[a].Name < Elements[b].Name;
+    return FElements[a].Name < FElements[b].Name;
   });
 }
 
 template <class TAccept>
 const TSyntaxElement* TSyntaxDatabase::FindFirst(std::string_view name, TAccept accept) const {
-  const auto matches = [&](const TSyntaxElement& element) {
-    return element.Name == name && accept(element);
-  };
-  if (FByName.size() != Elements.size()) {
-    const auto found = std::find_if(Elements.begin(), Elements.end(), matches);
-    return found == Elements.end() ? nullptr : &*found;
-  }
   auto entry = std::lower_bound(FByName.begin(), FByName.end(), name,
                                 [this](std::uint32_t index, std::string_view wanted) {
-                                  return Elements[index].Name < wanted;
+                                  return FElements[index].Name < wanted;
                                 });
-  for (; entry != FByName.end() && Elements[*entry].Name == name; ++entry)
-    if (accept(Elements[*entry])) return &Elements[*entry];
+  for (; entry != FByName.end() && FElements[*entry].Name == name; ++entry)
+    if (accept(FElements[*entry])) return &FElements[*entry];
   return nullptr;
 }
 
@@ -109,7 +104,7 @@ struct TSyntaxDatabaseBuilder::TImpl {
   void Open(std::string_view name, TAttributes attributes) {
     Contents[Depth] = {};
     if (Depth == kElementDepth) return OpenElement(name, attributes);
-    TSyntaxElement& element = Database.Elements.back();
+    TSyntaxElement& element = Elements.back();
     const std::size_t detailDepth = element.Function ? kChildDepth : kDetailDepth;
     if (Depth < detailDepth)
       OpenChild(element, name, attributes);
@@ -118,7 +113,7 @@ struct TSyntaxDatabaseBuilder::TImpl {
   }
 
   void OpenElement(std::string_view name, TAttributes attributes) {
-    TSyntaxElement& element = Database.Elements.emplace_back();
+    TSyntaxElement& element = Elements.emplace_back();
     element.Kind = KindOf(name);
     element.Name = Attribute(attributes, "name");
     element.Type = Attribute(attributes, "type");
@@ -191,12 +186,12 @@ struct TSyntaxDatabaseBuilder::TImpl {
     TContent& content = Contents[Depth];
     if (!content.OnlyText()) return;
     if (Depth == kElementDepth)
-      Database.Elements.back().Text = std::move(content.Text);
+      Elements.back().Text = WithoutIndentation(content.Text);
     else if (content.Target)
-      *content.Target = std::move(content.Text);
+      *content.Target = WithoutIndentation(content.Text);
   }
 
-  TSyntaxDatabase Database;
+  std::vector<TSyntaxElement> Elements;
   std::size_t Depth = 0;
   bool Inside = false;  ///< the open root element is the one that counts
   std::array<TContent, kDetailDepth + 1> Contents;
@@ -234,8 +229,7 @@ void TSyntaxDatabaseBuilder::CDataSection(std::string_view text) {
 void TSyntaxDatabaseBuilder::OtherNode() { FImpl->AddNode(); }
 
 TSyntaxDatabase TSyntaxDatabaseBuilder::Finish() {
-  TSyntaxDatabase database = std::move(FImpl->Database);
+  TSyntaxDatabase database(std::move(FImpl->Elements));
   *FImpl = TImpl();
-  database.IndexNames();
   return database;
 }

@@ -10,7 +10,8 @@
 #include <vector>
 
 /// The model of the syntax database: what the script language's XML file says, copied once.
-/// All texts are in the host's ANSI code page. An absent attribute reads as the empty text.
+/// All texts are in the host's ANSI code page. An absent attribute reads as the empty text. Texts
+/// of elements have lost the indentation that the file gave them.
 
 enum class TSyntaxKind { Object, Type, Const, Method, Data, List, Other };
 
@@ -57,16 +58,21 @@ struct TSyntaxElement {
   std::string Type;
   std::string Flag;
   std::optional<std::string> Text;         ///< when the element's only child is text
-  std::string Comment;                     ///< of an `object`: text of its first `comment`
-  std::vector<std::string> Comments;       ///< of a `list`: text of every `comment`
+  std::string Comment;                     ///< of an `object`: its first `comment`
+  std::vector<std::string> Comments;       ///< of a `list`: every `comment`
   std::vector<TSyntaxMember> Members;      ///< of an `object`: every child element with a name
   std::vector<TSyntaxConstant> Constants;  ///< of a `list`: every child element with a name
   std::optional<TSyntaxMember> Function;  ///< of a top-level `method` or `data`: itself as a member
 };
 
+/// Built once and never changed, so that all documents and dialogs may share one.
 class TSyntaxDatabase {
  public:
-  bool Empty() const { return Elements.empty(); }
+  TSyntaxDatabase() = default;
+  explicit TSyntaxDatabase(std::vector<TSyntaxElement> elements);
+
+  bool Empty() const { return FElements.empty(); }
+  const std::vector<TSyntaxElement>& Elements() const { return FElements; }
 
   /// First child of `objects` of any kind whose name is exactly this, or null.
   const TSyntaxElement* FindElement(std::string_view name) const;
@@ -75,16 +81,12 @@ class TSyntaxDatabase {
   /// First top-level `method` or `data` whose name is exactly this, or null.
   const TSyntaxMember* FindFunction(std::string_view name) const;
 
-  std::vector<TSyntaxElement> Elements;
-
-  /// Orders the names once, so that look-ups need not scan. To be called again when Elements
-  /// change; a model whose count of elements changed since is scanned.
-  void IndexNames();
-
  private:
   template <class TAccept>
   const TSyntaxElement* FindFirst(std::string_view name, TAccept accept) const;
-  std::vector<std::uint32_t> FByName;  ///< positions in Elements by name, then in document order
+
+  std::vector<TSyntaxElement> FElements;
+  std::vector<std::uint32_t> FByName;  ///< positions of elements by name, then in document order
 };
 
 /// Builds the model from a document's nodes in document order; never recurses, so depth is no risk.

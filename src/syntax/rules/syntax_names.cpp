@@ -9,11 +9,7 @@ namespace {
 constexpr std::size_t kSmallestTable = 16;
 
 std::uint32_t FoldedHash(std::string_view name) {
-  const auto& upper = UserCollation().Upper;
-  std::uint32_t hash = 2166136261u;
-  for (const char c : name) hash = (hash ^ upper[static_cast<unsigned char>(c)]) * 16777619u;
-  // The low bits choose the slot, so the high ones must reach them.
-  return hash ^ (hash >> 15);
+  return static_cast<std::uint32_t>(HashText(name, false));
 }
 
 }  // namespace
@@ -27,17 +23,12 @@ void TNameSet::Clear() {
 std::size_t TNameSet::Count() const { return FCount; }
 
 const TNameSet::TSlot* TNameSet::Find(std::string_view name, std::uint32_t hash) const {
-  const auto& upper = UserCollation().Upper;
   const std::size_t mask = FSlots.size() - 1;
   for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
     const TSlot& slot = FSlots[i];
     if (slot.Offset == 0) return &slot;
-    if (slot.Hash != hash || slot.Length != name.size()) continue;
-    const auto same = [&upper](char folded, char c) {
-      return static_cast<unsigned char>(folded) == upper[static_cast<unsigned char>(c)];
-    };
-    const char* folded = FText.data() + slot.Offset - 1;
-    if (std::equal(folded, folded + slot.Length, name.data(), same)) return &slot;
+    if (slot.Hash != hash) continue;
+    if (SameText(std::string_view(FText).substr(slot.Offset - 1, slot.Length), name)) return &slot;
   }
 }
 
@@ -49,7 +40,7 @@ void TNameSet::Add(std::string_view name) {
   const TSlot* found = Find(name, hash);
   if (found->Offset != 0) return;
   const auto offset = static_cast<std::uint32_t>(FText.size() + 1);
-  FText += UpperText(name);
+  FText += name;
   FSlots[static_cast<std::size_t>(found - FSlots.data())] = {
       hash, offset, static_cast<std::uint32_t>(name.size())};
   ++FCount;
@@ -84,7 +75,7 @@ void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
   Functions.Clear();
   Constants.Clear();
   std::string dotted;
-  for (const TSyntaxElement& element : database.Elements) {
+  for (const TSyntaxElement& element : database.Elements()) {
     if (element.Kind == TSyntaxKind::Const && element.Text) Methods.Add(element.Name);
     if (element.Kind == TSyntaxKind::Method) Functions.Add(element.Name);
     for (const TSyntaxMember& member : element.Members)
@@ -94,7 +85,7 @@ void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
 }
 
 void CollectTypeNames(const TSyntaxDatabase& database, TStringList& names) {
-  for (const TSyntaxElement& element : database.Elements)
+  for (const TSyntaxElement& element : database.Elements())
     if ((element.Kind == TSyntaxKind::Object || element.Kind == TSyntaxKind::Type) &&
         !element.Name.empty())
       names.Add(element.Name);
@@ -105,7 +96,7 @@ void TSyntaxNames::BuildTypes(const TSyntaxDatabase& database) {
   CollectTypeNames(database, Types);
   Predefined.Clear();
   std::string line;
-  for (const TSyntaxElement& element : database.Elements)
+  for (const TSyntaxElement& element : database.Elements())
     if (element.Kind == TSyntaxKind::Const && !element.Name.empty())
       Predefined.Add(line.assign(element.Name).append(1, '=').append(element.Type));
 }

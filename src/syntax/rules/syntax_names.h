@@ -28,7 +28,7 @@ class TNameSet {
   const TSlot* Find(std::string_view name, std::uint32_t hash) const;
   void Grow();
   std::vector<TSlot> FSlots;  ///< none, or a power of two of them
-  std::string FText;          ///< the names in upper case, one after another
+  std::string FText;          ///< the names, one after another
   std::size_t FCount = 0;
 };
 
@@ -43,8 +43,7 @@ struct TSyntaxNames {
   TStringList Types{{.Sorted = true}};               ///< objects and types
   TStringList Predefined{{.KeepDuplicates = true}};  ///< name=type of each const
 
-  /// What VCLSyntaxIsMethod answers: a member with its leading dot, a function, or a predefined
-  /// object that has text.
+  /// A member with its leading dot, a function, or a predefined object that has text.
   bool IsMethod(std::string_view word) const;
   bool IsConstant(std::string_view word) const;
   bool IsFunction(std::string_view word) const;
