@@ -5,12 +5,21 @@
 #include "platform/code_page.h"
 
 std::optional<TFileStamp> FileStamp(const std::string& path) {
-  WIN32_FILE_ATTRIBUTE_DATA data;
-  if (!GetFileAttributesExW(ToWide(path).c_str(), GetFileExInfoStandard, &data)) return {};
-  if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) return {};
+  const HANDLE file = CreateFileW(ToWide(path).c_str(), FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  BY_HANDLE_FILE_INFORMATION info{};
+  FILE_BASIC_INFO times{};
+  const bool known = GetFileInformationByHandle(file, &info);
+  if (!GetFileInformationByHandleEx(file, FileBasicInfo, &times, sizeof times)) times = {};
+  CloseHandle(file);
+  if (!known || info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) return {};
   const auto join = [](DWORD high, DWORD low) {
     return static_cast<std::uint64_t>(high) << 32 | low;
   };
-  return TFileStamp{join(data.nFileSizeHigh, data.nFileSizeLow),
-                    join(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
+  return TFileStamp{join(info.nFileSizeHigh, info.nFileSizeLow),
+                    join(info.ftLastWriteTime.dwHighDateTime, info.ftLastWriteTime.dwLowDateTime),
+                    static_cast<std::uint64_t>(times.ChangeTime.QuadPart),
+                    join(info.nFileIndexHigh, info.nFileIndexLow), info.dwVolumeSerialNumber};
 }

@@ -5,13 +5,15 @@
 #include <windows.h>
 
 #include <exception>
-#include <memory>
+#include <new>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/code_page.h"
 #include "platform/com_ptr.h"
 #include "platform/system_library.h"
-#include "text/xml_prolog.h"
+#include "text/xml_text.h"
 
 namespace {
 
@@ -25,28 +27,16 @@ constexpr GUID kSaxContentHandlerInterface = {
 constexpr GUID kSaxLexicalHandlerInterface = {
     0x7f85d5f5, 0x47a8, 0x4497, {0xbd, 0xa5, 0x84, 0xba, 0x04, 0x81, 0x9e, 0xa6}};
 
-struct THandleCloser {
-  using pointer = HANDLE;
-  void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-
-struct TGlobalFreer {
-  using pointer = HGLOBAL;
-  void operator()(HGLOBAL memory) const { GlobalFree(memory); }
-};
-using TGlobalMemory = std::unique_ptr<HGLOBAL, TGlobalFreer>;
-
 /// COM, loaded and initialised for this thread while the object lives.
 class TComSession {
  public:
   TComSession() : FLibrary(L"ole32.dll") {
     CreateInstance = FLibrary.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
-    CreateStream = FLibrary.Function<decltype(&CreateStreamOnHGlobal)>("CreateStreamOnHGlobal");
     const auto initialize = FLibrary.Function<decltype(&CoInitializeEx)>("CoInitializeEx");
     // A thread that the host gave the other threading model serves as well, but is not ours to end.
     const HRESULT result = initialize ? initialize(nullptr, COINIT_APARTMENTTHREADED) : E_FAIL;
     FInitialized = SUCCEEDED(result);
-    FUsable = (FInitialized || result == RPC_E_CHANGED_MODE) && CreateInstance && CreateStream;
+    FUsable = (FInitialized || result == RPC_E_CHANGED_MODE) && CreateInstance;
   }
   ~TComSession() {
     if (FInitialized) FLibrary.Function<decltype(&CoUninitialize)>("CoUninitialize")();
@@ -57,7 +47,6 @@ class TComSession {
   bool Usable() const { return FUsable; }
 
   decltype(&CoCreateInstance) CreateInstance;
-  decltype(&CreateStreamOnHGlobal) CreateStream;
 
  private:
   TSystemLibrary FLibrary;
@@ -128,7 +117,7 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
     return PassOther();
   }
 
-  // A component that did not refuse the document type by itself is stopped here.
+  // A document type is none that was read over already, and nothing may come of it.
   HRESULT WINAPI startDTD(const wchar_t*, int, const wchar_t*, int, const wchar_t*, int) override {
     return E_ABORT;
   }
@@ -222,49 +211,57 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
   std::vector<TXmlSink::TAttribute> FAttributes;
 };
 
-/// A file's bytes. The block may be larger, as the system rounds it up.
-struct TFileBytes {
-  TGlobalMemory Memory;  ///< null when the bytes cannot be had
-  DWORD Size = 0;
-};
-
-TFileBytes ReadBytes(const std::string& path) {
-  const HANDLE opened = CreateFileW(ToWide(path).c_str(), GENERIC_READ,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-  if (opened == INVALID_HANDLE_VALUE) return {};
-  const std::unique_ptr<HANDLE, THandleCloser> file(opened);
+std::optional<std::string> ReadBytes(const std::string& path) {
+  const HANDLE file = CreateFileW(ToWide(path).c_str(), GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return std::nullopt;
+  const struct TCloser {
+    HANDLE File;
+    ~TCloser() { CloseHandle(File); }
+  } closer{file};
   LARGE_INTEGER size;
-  if (!GetFileSizeEx(file.get(), &size) || size.QuadPart > MAXLONG) return {};
-  TFileBytes bytes;
-  bytes.Size = static_cast<DWORD>(size.QuadPart);
-  bytes.Memory.reset(GlobalAlloc(GMEM_MOVEABLE, bytes.Size));
-  if (!bytes.Memory || bytes.Size == 0) return bytes;
+  if (!GetFileSizeEx(file, &size) || size.QuadPart > MAXLONG) return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
   DWORD read = 0;
-  const BOOL done =
-      ReadFile(file.get(), GlobalLock(bytes.Memory.get()), bytes.Size, &read, nullptr);
-  GlobalUnlock(bytes.Memory.get());
-  if (!done || read != bytes.Size) return {};
+  if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) ||
+      read != bytes.size())
+    return std::nullopt;
   return bytes;
 }
 
-bool IsSuspect(const TFileBytes& bytes) {
-  if (bytes.Size == 0) return false;
-  const auto* start = static_cast<const char*>(GlobalLock(bytes.Memory.get()));
-  const bool result = ::MayHaveDocumentType(std::string_view(start, bytes.Size));
-  GlobalUnlock(bytes.Memory.get());
-  return result;
+/// Nothing when the bytes are not text of that encoding, or the system does not know it. A mark of
+/// the byte order goes before the text.
+std::optional<std::u16string> Decode(std::string_view bytes, const TXmlEncoding& encoding) {
+  if (encoding.CodePage == TXmlEncoding::Unknown) return std::nullopt;
+  bytes.remove_prefix(encoding.MarkSize);
+  std::u16string text;
+  if (encoding.CodePage == TXmlEncoding::Utf16 ||
+      encoding.CodePage == TXmlEncoding::Utf16BigEndian) {
+    const std::size_t low = encoding.CodePage == TXmlEncoding::Utf16 ? 0 : 1;
+    text.resize(bytes.size() / 2);
+    for (std::size_t i = 0; i < text.size(); ++i)
+      text[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i + low]) |
+                                      static_cast<unsigned char>(bytes[2 * i + 1 - low]) << 8);
+    return text;
+  }
+  // No encoding has a character of more UTF-16 units than bytes.
+  const int length = static_cast<int>(bytes.size());
+  text.resize(bytes.size());
+  const int used = MultiByteToWideChar(encoding.CodePage, MB_ERR_INVALID_CHARS, bytes.data(),
+                                       length, reinterpret_cast<wchar_t*>(text.data()), length);
+  if (used == 0) return std::nullopt;
+  text.resize(static_cast<std::size_t>(used));
+  return text;
 }
 
-/// A stream that owns the bytes, or null.
-TComPtr<IStream> StreamOf(const TComSession& com, TFileBytes bytes) {
-  IStream* created = nullptr;
-  if (FAILED(com.CreateStream(bytes.Memory.get(), TRUE, &created))) return {};
-  bytes.Memory.release();
-  TComPtr<IStream> stream(created);
-  ULARGE_INTEGER size;
-  size.QuadPart = bytes.Size;
-  return SUCCEEDED(stream->SetSize(size)) ? std::move(stream) : nullptr;
+/// A stream of the text with its mark, or null.
+TComPtr<IStream> StreamOf(const TSystemLibrary& library, std::u16string text) {
+  const auto create = library.Function<IStream*(WINAPI*)(const BYTE*, UINT)>("SHCreateMemStream");
+  if (!create) return nullptr;
+  text.insert(text.begin(), u'\xFEFF');
+  return TComPtr<IStream>(create(reinterpret_cast<const BYTE*>(text.data()),
+                                 static_cast<UINT>(text.size() * sizeof(char16_t))));
 }
 
 void SetUp(ISAXXMLReader& reader, THandler& handler) {
@@ -273,7 +270,7 @@ void SetUp(ISAXXMLReader& reader, THandler& handler) {
   lexical.vt = VT_UNKNOWN;
   lexical.punkVal = static_cast<ISAXLexicalHandler*>(&handler);
   reader.putProperty(L"http://xml.org/sax/properties/lexical-handler", lexical);
-  // Not every version knows every one of these, and the file is refused without them too.
+  // Not every version knows every one of these, and the text has nothing left for them.
   reader.putFeature(L"prohibit-dtd", VARIANT_TRUE);
   reader.putFeature(L"http://xml.org/sax/features/external-general-entities", VARIANT_FALSE);
   reader.putFeature(L"http://xml.org/sax/features/external-parameter-entities", VARIANT_FALSE);
@@ -282,9 +279,19 @@ void SetUp(ISAXXMLReader& reader, THandler& handler) {
 }  // namespace
 
 TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
-  TFileBytes bytes = ReadBytes(path);
-  if (!bytes.Memory) return TXmlReading::NoFile;
-  if (IsSuspect(bytes)) return TXmlReading::Refused;
+  std::optional<std::string> bytes = ReadBytes(path);
+  if (!bytes) return TXmlReading::NoFile;
+  std::optional<std::u16string> text = Decode(*bytes, XmlEncodingOf(*bytes));
+  bytes.reset();
+  if (!text) return TXmlReading::Broken;
+  switch (PrepareXmlText(*text)) {
+    case TXmlText::DefinesEntities:
+      return TXmlReading::Refused;
+    case TXmlText::Broken:
+      return TXmlReading::Broken;
+    case TXmlText::Ready:
+      break;
+  }
 
   THandler handler(sink);
   const TComSession com;
@@ -294,7 +301,8 @@ TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
     return TXmlReading::NoComponent;
   const TComPtr<ISAXXMLReader> reader(static_cast<ISAXXMLReader*>(created));
   SetUp(*reader, handler);
-  const TComPtr<IStream> stream = StreamOf(com, std::move(bytes));
+  const TSystemLibrary streams(L"shlwapi.dll");
+  const TComPtr<IStream> stream = StreamOf(streams, *std::exchange(text, std::nullopt));
   if (!stream) return TXmlReading::NoComponent;
 
   VARIANT input = {};
@@ -302,5 +310,6 @@ TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
   input.punkVal = stream.get();
   const HRESULT result = reader->parse(input);
   handler.RethrowFailure();
+  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
   return SUCCEEDED(result) ? TXmlReading::Done : TXmlReading::Broken;
 }

@@ -24,12 +24,13 @@ class TXmlSink {
 enum class TXmlReading {
   Done,
   NoFile,       ///< missing, not a file, not readable, or too large for memory
-  Refused,      ///< declares a document type, through which entities could grow or be fetched
-  Broken,       ///< not well-formed, or past a limit of the component
+  Refused,      ///< defines entities, through which it could grow or fetch
+  Broken,       ///< not well-formed, in no known encoding, or past a limit of the component
   NoComponent,  ///< the system's XML component is not there
 };
 
-/// Reads a file (ANSI path) with the system's XML component, in any encoding that it knows. Unless
-/// the outcome is Done, what the sink was given is to be thrown away. What the sink throws comes
-/// out of here; nothing else is thrown but std::bad_alloc and std::length_error. For any thread.
+/// Reads a file (ANSI path) with the system's XML component, in any encoding that names a code page
+/// of the system. A document type declaration is read over. Unless the outcome is
+/// Done, what the sink was given is to be thrown away. What the sink throws comes out of here;
+/// nothing else is thrown but std::bad_alloc and std::length_error. For any thread.
 TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink);

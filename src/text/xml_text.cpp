@@ -1,0 +1,234 @@
+#include "text/xml_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
+#include <utility>
+
+namespace {
+
+bool IsBlank(char16_t c) { return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n'; }
+
+/// Steps over a prolog. Every step says whether what it was to step over is there.
+template <class TChar>
+class TScan {
+ public:
+  using TText = std::basic_string_view<TChar>;
+
+  explicit TScan(TText text) : FText(text) {}
+
+  std::size_t At() const { return FAt; }
+  bool AtEnd() const { return FAt == FText.size(); }
+  TChar Next() const { return AtEnd() ? TChar() : FText[FAt]; }
+  void Skip() { FAt += !AtEnd(); }
+  bool SkipBlanks() {
+    const std::size_t start = FAt;
+    while (!AtEnd() && IsBlank(static_cast<char16_t>(FText[FAt]))) ++FAt;
+    return FAt > start;
+  }
+  bool Take(std::string_view ascii) {
+    const TText rest = FText.substr(FAt);
+    const bool there = rest.size() >= ascii.size() &&
+                       std::equal(ascii.begin(), ascii.end(), rest.begin(),
+                                  [](char a, TChar c) { return static_cast<TChar>(a) == c; });
+    if (there) FAt += ascii.size();
+    return there;
+  }
+  bool TakeThrough(std::string_view ascii) {
+    while (!AtEnd())
+      if (Take(ascii))
+        return true;
+      else
+        ++FAt;
+    return false;
+  }
+  /// A comment or a processing instruction, to its end.
+  std::optional<bool> TakeAside() {
+    if (Take("<!--")) return TakeThrough("-->");
+    if (Take("<?")) return TakeThrough("?>");
+    return std::nullopt;
+  }
+  /// A text between quotes.
+  std::optional<TText> TakeQuoted() {
+    const TChar quote = Next();
+    if (quote != TChar('"') && quote != TChar('\'')) return std::nullopt;
+    const std::size_t end = FText.find(quote, FAt + 1);
+    if (end == TText::npos) return std::nullopt;
+    const TText quoted = FText.substr(FAt + 1, end - FAt - 1);
+    FAt = end + 1;
+    return quoted;
+  }
+
+ private:
+  TText FText;
+  std::size_t FAt = 0;
+};
+
+template <class TChar>
+struct TNamedEncoding {
+  std::basic_string_view<TChar> Name;
+  std::size_t Start, End;  ///< of the whole attribute of the declaration
+};
+
+/// What the declaration at the text's start says of the encoding.
+template <class TChar>
+std::optional<TNamedEncoding<TChar>> NamedEncoding(std::basic_string_view<TChar> text) {
+  TScan<TChar> scan(text);
+  if (!scan.Take("<?xml")) return std::nullopt;
+  std::size_t start = 0;
+  std::optional<std::basic_string_view<TChar>> value;
+  for (const std::string_view attribute : {"version", "encoding"}) {
+    const bool isApart = scan.SkipBlanks();
+    start = scan.At();
+    if (!isApart || !scan.Take(attribute)) return std::nullopt;
+    scan.SkipBlanks();
+    if (!scan.Take("=")) return std::nullopt;
+    scan.SkipBlanks();
+    value = scan.TakeQuoted();
+    if (!value) return std::nullopt;
+  }
+  return TNamedEncoding<TChar>{*value, start, scan.At()};
+}
+
+unsigned Number(std::string_view text) {
+  unsigned number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size() ? number : 0;
+}
+
+/// The system's number of the code page that a declaration names.
+unsigned CodePageOf(std::string_view name) {
+  std::string lower(name);
+  for (char& c : lower)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  // Plain ASCII is read as what it is part of, which refuses other bytes.
+  static constexpr std::pair<std::string_view, unsigned> names[] = {
+      {"utf-8", TXmlEncoding::Utf8},
+      {"us-ascii", TXmlEncoding::Utf8},
+      {"macintosh", 10000},
+      {"koi8-r", 20866},
+      {"shift_jis", 932},
+      {"gb2312", 936},
+      {"euc-kr", 949},
+      {"big5", 950}};
+  for (const auto& [known, page] : names)
+    if (lower == known) return page;
+  static constexpr std::pair<std::string_view, unsigned> families[] = {
+      {"windows-", 0}, {"iso-8859-", 28590}, {"ibm", 0}};
+  for (const auto& [family, base] : families) {
+    if (!lower.starts_with(family)) continue;
+    const unsigned number = Number(std::string_view(lower).substr(family.size()));
+    if (number != 0) return base + number;
+  }
+  return TXmlEncoding::Unknown;
+}
+
+bool IsCharacter(char16_t c) { return c >= u' ' || c == u'\t' || c == u'\n'; }
+
+/// Puts line feeds for the ends of lines. False when there is anything else than characters.
+bool NormalizeCharacters(std::u16string& text) {
+  std::size_t to = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char16_t c = text[i];
+    if (c == u'\r') {
+      if (i + 1 < text.size() && text[i + 1] == u'\n') continue;
+      c = u'\n';
+    }
+    if (!IsCharacter(c) || c >= 0xFFFE) return false;
+    const bool isLead = c >= 0xD800 && c < 0xDC00;
+    const bool isTrail = c >= 0xDC00 && c < 0xE000;
+    if (isTrail) return false;
+    text[to++] = c;
+    if (!isLead) continue;
+    if (++i == text.size() || text[i] < 0xDC00 || text[i] >= 0xE000) return false;
+    text[to++] = text[i];
+  }
+  text.resize(to);
+  return true;
+}
+
+using TTextScan = TScan<char16_t>;
+
+/// One declaration of the internal part, to its end.
+TXmlText TakeDeclaration(TTextScan& scan) {
+  if (scan.Take("<!ENTITY")) return TXmlText::DefinesEntities;
+  if (!scan.Take("<!ELEMENT") && !scan.Take("<!ATTLIST") && !scan.Take("<!NOTATION"))
+    return TXmlText::Broken;
+  while (!scan.AtEnd()) {
+    if (scan.Take(">")) return TXmlText::Ready;
+    if (scan.Next() == u'%') return TXmlText::DefinesEntities;
+    if (!scan.TakeQuoted()) scan.Skip();
+  }
+  return TXmlText::Broken;
+}
+
+TXmlText TakeInternalPart(TTextScan& scan) {
+  for (;;) {
+    scan.SkipBlanks();
+    if (scan.Take("]")) return TXmlText::Ready;
+    if (scan.Next() == u'%') return TXmlText::DefinesEntities;
+    if (const auto closed = scan.TakeAside()) {
+      if (!*closed) return TXmlText::Broken;
+      continue;
+    }
+    const TXmlText declaration = TakeDeclaration(scan);
+    if (declaration != TXmlText::Ready) return declaration;
+  }
+}
+
+/// What follows "<!DOCTYPE", to its end.
+TXmlText TakeDocumentType(TTextScan& scan) {
+  if (!scan.SkipBlanks()) return TXmlText::Broken;
+  while (!scan.AtEnd()) {
+    if (scan.Take(">")) return TXmlText::Ready;
+    if (scan.Take("[")) {
+      const TXmlText part = TakeInternalPart(scan);
+      scan.SkipBlanks();
+      if (part == TXmlText::Ready && !scan.Take(">")) return TXmlText::Broken;
+      return part;
+    }
+    if (scan.Next() == u'<') return TXmlText::Broken;
+    if (!scan.TakeQuoted()) scan.Skip();
+  }
+  return TXmlText::Broken;
+}
+
+void Blank(std::u16string& text, std::size_t start, std::size_t end) {
+  std::fill(text.begin() + static_cast<std::ptrdiff_t>(start),
+            text.begin() + static_cast<std::ptrdiff_t>(end), u' ');
+}
+
+}  // namespace
+
+TXmlEncoding XmlEncodingOf(std::string_view bytes) {
+  using namespace std::string_view_literals;
+  if (bytes.starts_with("\xEF\xBB\xBF")) return {TXmlEncoding::Utf8, 3};
+  if (bytes.starts_with("\xFF\xFE")) return {TXmlEncoding::Utf16, 2};
+  if (bytes.starts_with("\xFE\xFF")) return {TXmlEncoding::Utf16BigEndian, 2};
+  if (bytes.starts_with("<\0"sv)) return {TXmlEncoding::Utf16, 0};
+  if (bytes.starts_with("\0<"sv)) return {TXmlEncoding::Utf16BigEndian, 0};
+  const auto named = NamedEncoding(bytes);
+  return {named ? CodePageOf(named->Name) : TXmlEncoding::Utf8, 0};
+}
+
+TXmlText PrepareXmlText(std::u16string& text) {
+  if (!NormalizeCharacters(text)) return TXmlText::Broken;
+  if (const auto named = NamedEncoding(std::u16string_view(text)))
+    Blank(text, named->Start, named->End);
+  TTextScan scan(text);
+  for (bool mayHaveType = true;;) {
+    scan.SkipBlanks();
+    if (const auto closed = scan.TakeAside()) {
+      if (!*closed) return TXmlText::Broken;
+      continue;
+    }
+    const std::size_t start = scan.At();
+    if (!std::exchange(mayHaveType, false) || !scan.Take("<!DOCTYPE")) {
+      return scan.Take("<") && scan.Next() != u'!' ? TXmlText::Ready : TXmlText::Broken;
+    }
+    const TXmlText type = TakeDocumentType(scan);
+    if (type != TXmlText::Ready) return type;
+    Blank(text, start, scan.At());
+  }
+}
