@@ -1,38 +1,25 @@
-#include <windows.h>
-
-#include <commctrl.h>
+#include "forms/check_list_box.h"
 
 #include "forms/form.h"
-#include "forms/list_controls.h"
 #include "platform/code_page.h"
 
 namespace {
 
 constexpr UINT CheckState(bool checked) { return INDEXTOSTATEIMAGEMASK(checked ? 2 : 1); }
 
-/// Marks changes that the program makes, which raise no events.
-class TUpdating {
- public:
-  explicit TUpdating(int& count) : FCount(count) { ++FCount; }
-  TUpdating(const TUpdating&) = delete;
-  TUpdating& operator=(const TUpdating&) = delete;
-  ~TUpdating() { --FCount; }
-
- private:
-  int& FCount;
-};
-
 }  // namespace
 
 TControl::TWindowParams TCheckListBox::WindowParams() const {
   return {WC_LISTVIEWW,
-          LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS | TabStopStyle(),
+          LVS_REPORT | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_OWNERDATA |
+              TabStopStyle(),
           WS_EX_CLIENTEDGE};
 }
 
 void TCheckListBox::Created() {
   const DWORD style = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP;
   Send(LVM_SETEXTENDEDLISTVIEWSTYLE, style, static_cast<LPARAM>(style));
+  Send(LVM_SETCALLBACKMASK, LVIS_STATEIMAGEMASK);
   LVCOLUMNW column{};
   column.mask = LVCF_WIDTH;
   Send(LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
@@ -55,51 +42,42 @@ void TCheckListBox::SetBounds(const RECT& bounds) {
 void TCheckListBox::FitColumn() {
   RECT client{};
   GetClientRect(Handle(), &client);
-  Send(LVM_SETCOLUMNWIDTH, 0,
-       client.right - (Count() > Send(LVM_GETCOUNTPERPAGE) ? 0 : GetSystemMetrics(SM_CXVSCROLL)));
+  if (Send(LVM_GETCOLUMNWIDTH, 0) != client.right) Send(LVM_SETCOLUMNWIDTH, 0, client.right);
 }
 
-int TCheckListBox::Count() const { return static_cast<int>(Send(LVM_GETITEMCOUNT)); }
+// ---- rows ----
+
+const TCheckListBox::TRow* TCheckListBox::Row(int index) const {
+  return index >= 0 && index < Count() ? &FRows[static_cast<std::size_t>(index)] : nullptr;
+}
+
+/// While the list is not redrawn, it is told of its new rows once, in the end.
+void TCheckListBox::ShowCount() {
+  if (FRedraws) Send(LVM_SETITEMCOUNT, FRows.size());
+}
 
 std::string TCheckListBox::Item(int index) const {
-  std::wstring text(256, L'\0');
-  for (;;) {
-    LVITEMW item{};
-    item.pszText = text.data();
-    item.cchTextMax = static_cast<int>(text.size());
-    const auto length = static_cast<std::size_t>(
-        Send(LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item)));
-    if (length + 1 < text.size()) {
-      text.resize(length);
-      return ToAnsi(text);
-    }
-    text.resize(text.size() * 4);
-  }
+  const TRow* row = Row(index);
+  return row ? ToAnsi(row->Text) : std::string();
 }
 
 int TCheckListBox::AddItem(std::string_view text, bool enabled, bool checked) {
-  const TUpdating updating(FUpdating);
-  std::wstring wide = ToWide(text);
-  LVITEMW item{};
-  item.mask = LVIF_TEXT;
-  item.iItem = static_cast<int>(FItemEnabled.size());
-  item.pszText = wide.data();
-  FItemEnabled.push_back(enabled);
-  const auto index = static_cast<int>(Send(LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
-  if (checked) SetChecked(index, true);
-  return index;
+  FRows.push_back({ToWide(text), enabled, checked});
+  ShowCount();
+  return Count() - 1;
 }
 
 void TCheckListBox::DeleteItem(int index) {
-  const TUpdating updating(FUpdating);
-  if (Send(LVM_DELETEITEM, static_cast<WPARAM>(index)))
-    FItemEnabled.erase(FItemEnabled.begin() + index);
+  if (!Row(index)) return;
+  FRows.erase(FRows.begin() + index);
+  ShowCount();
 }
 
 void TCheckListBox::ClearItems() {
-  const TUpdating updating(FUpdating);
-  Send(LVM_DELETEALLITEMS);
-  FItemEnabled.clear();
+  SetItemIndex(-1);
+  FRows.clear();
+  // At once, so that the list begins at its top again.
+  Send(LVM_SETITEMCOUNT, 0);
 }
 
 int TCheckListBox::ItemIndex() const {
@@ -107,63 +85,76 @@ int TCheckListBox::ItemIndex() const {
 }
 
 void TCheckListBox::SetItemIndex(int index) {
-  const TUpdating updating(FUpdating);
+  FUpdating = true;
   LVITEMW item{};
   item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
   item.state = index < 0 ? 0 : item.stateMask;
   Send(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+  FUpdating = false;
   if (index >= 0) Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
 }
 
-int TCheckListBox::IndexOf(std::string_view text) const {
-  const std::wstring wide = ToWide(text);
-  LVFINDINFOW find{};
-  find.flags = LVFI_STRING;
-  find.psz = wide.c_str();
-  return static_cast<int>(
-      Send(LVM_FINDITEMW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&find)));
+int TCheckListBox::IndexOf(std::string_view text) const { return Find(ToWide(text), 0, false); }
+
+int TCheckListBox::Find(const std::wstring& text, int start, bool beginning) const {
+  const int length = static_cast<int>(text.size());
+  for (int i = 0; i < Count(); ++i) {
+    const int index = (start + i) % Count();
+    const std::wstring& row = FRows[static_cast<std::size_t>(index)].Text;
+    if (row.size() < text.size() || (!beginning && row.size() != text.size())) continue;
+    if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, row.c_str(), length, text.c_str(),
+                       length) == CSTR_EQUAL)
+      return index;
+  }
+  return -1;
 }
 
 bool TCheckListBox::Checked(int index) const {
-  return (static_cast<UINT>(
-              Send(LVM_GETITEMSTATE, static_cast<WPARAM>(index), LVIS_STATEIMAGEMASK)) &
-          LVIS_STATEIMAGEMASK) == CheckState(true);
+  const TRow* row = Row(index);
+  return row && row->Checked;
 }
 
 void TCheckListBox::SetChecked(int index, bool checked) {
-  const TUpdating updating(FUpdating);
-  LVITEMW item{};
-  item.stateMask = LVIS_STATEIMAGEMASK;
-  item.state = CheckState(checked);
-  Send(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+  if (!Row(index) || Checked(index) == checked) return;
+  FRows[static_cast<std::size_t>(index)].Checked = checked;
+  Send(LVM_REDRAWITEMS, static_cast<WPARAM>(index), index);
+  NotifyWinEvent(EVENT_OBJECT_STATECHANGE, Handle(), OBJID_CLIENT, index + 1);
 }
 
-bool TCheckListBox::ItemEnabled(int index) const {
-  return index >= 0 && index < static_cast<int>(FItemEnabled.size()) &&
-         FItemEnabled[static_cast<std::size_t>(index)];
-}
+// ---- what the list view asks and tells ----
 
 bool TCheckListBox::HandleNotify(const NMHDR& header, LRESULT& result) {
   switch (header.code) {
-    case LVN_ITEMCHANGING: {
-      const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
-      const bool check = (change.uChanged & LVIF_STATE) &&
-                         (change.uNewState ^ change.uOldState) & LVIS_STATEIMAGEMASK;
-      result = check && FUpdating == 0 && !ItemEnabled(change.iItem);
+    case LVN_GETDISPINFOW:
+      GiveRow(const_cast<NMLVDISPINFOW&>(reinterpret_cast<const NMLVDISPINFOW&>(header)).item);
+      return true;
+    case LVN_ODFINDITEMW: {
+      const auto& find = reinterpret_cast<const NMLVFINDITEMW&>(header);
+      const bool byText = find.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL);
+      result = byText ? Find(find.lvfi.psz, find.iStart, find.lvfi.flags & LVFI_PARTIAL) : -1;
       return true;
     }
-    case LVN_ITEMCHANGED:
-      ItemChanged(reinterpret_cast<const NMLISTVIEW&>(header));
-      return true;
-    case NM_CLICK:
-      // A click on the item that is current already changes nothing the list would tell of.
-      if (!FSelectionRaised && reinterpret_cast<const NMITEMACTIVATE&>(header).iItem >= 0) {
+    case LVN_ITEMCHANGED: {
+      const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
+      if (!FUpdating && (change.uNewState & ~change.uOldState & LVIS_SELECTED)) {
+        FSelectionRaised = true;
         Raise(OnClick);
       }
-      FSelectionRaised = false;
+      return true;
+    }
+    case NM_CLICK:
+      Clicked(reinterpret_cast<const NMITEMACTIVATE&>(header));
       return true;
     case NM_DBLCLK:
-      if (reinterpret_cast<const NMITEMACTIVATE&>(header).iItem >= 0) Raise(OnDblClick);
+      if (const int index = reinterpret_cast<const NMITEMACTIVATE&>(header).iItem; index >= 0) {
+        SetItemIndex(index);
+        Raise(OnDblClick);
+      }
+      return true;
+    case LVN_KEYDOWN:
+      if (reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey == VK_SPACE) {
+        Toggle(static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED)));
+      }
       return true;
     case NM_CUSTOMDRAW:
       result = CustomDraw(reinterpret_cast<const NMLVCUSTOMDRAW&>(header));
@@ -173,30 +164,56 @@ bool TCheckListBox::HandleNotify(const NMHDR& header, LRESULT& result) {
   }
 }
 
-void TCheckListBox::ItemChanged(const NMLISTVIEW& change) {
-  if (FUpdating || !(change.uChanged & LVIF_STATE)) return;
-  const UINT old = change.uOldState & LVIS_STATEIMAGEMASK;
-  const UINT now = change.uNewState & LVIS_STATEIMAGEMASK;
-  if (old && now && old != now) {
-    SetItemIndex(change.iItem);
-    FSelectionRaised = true;
-    Raise(OnClickCheck);
-    Raise(OnClick);
-  } else if ((change.uNewState & ~change.uOldState) & LVIS_SELECTED) {
-    FSelectionRaised = true;
-    Raise(OnClick);
+void TCheckListBox::GiveRow(LVITEMW& item) const {
+  const TRow* row = Row(item.iItem);
+  if (!row) return;
+  if (item.mask & LVIF_TEXT && item.pszText) {
+    lstrcpynW(item.pszText, row->Text.c_str(), item.cchTextMax);
   }
+  if (item.mask & LVIF_STATE) {
+    item.state = (item.state & ~LVIS_STATEIMAGEMASK) | CheckState(row->Checked);
+  }
+}
+
+void TCheckListBox::Clicked(const NMITEMACTIVATE& click) {
+  const bool raised = FSelectionRaised;
+  FSelectionRaised = false;
+  if (!Row(click.iItem)) return;
+  LVHITTESTINFO hit{};
+  hit.pt = click.ptAction;
+  Send(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+  const bool onBox = (hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON;
+  if (onBox && FRows[static_cast<std::size_t>(click.iItem)].Enabled) return Toggle(click.iItem);
+  // A click on the box, or on the item that is current already, moves no selection.
+  if (onBox) SetItemIndex(click.iItem);
+  if (!raised) Raise(OnClick);
+}
+
+void TCheckListBox::Toggle(int index) {
+  const TRow* row = Row(index);
+  if (!row || !row->Enabled) return;
+  SetItemIndex(index);
+  SetChecked(index, !row->Checked);
+  Raise(OnClickCheck);
+  Raise(OnClick);
 }
 
 LRESULT TCheckListBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_LBUTTONDOWN || message == WM_KEYDOWN) FSelectionRaised = false;
-  return TItemsControl::WindowProc(window, message, wParam, lParam);
+  const LRESULT result = TItemsControl::WindowProc(window, message, wParam, lParam);
+  if (message == WM_SETREDRAW) {
+    FRedraws = wParam != FALSE;
+    ShowCount();
+  }
+  // The scroll bar comes and goes with the rows.
+  if (message == WM_SIZE) FitColumn();
+  return result;
 }
 
 LRESULT TCheckListBox::CustomDraw(const NMLVCUSTOMDRAW& draw) const {
   if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
-  if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT &&
-      !ItemEnabled(static_cast<int>(draw.nmcd.dwItemSpec))) {
+  const TRow* row = Row(static_cast<int>(draw.nmcd.dwItemSpec));
+  if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && row && !row->Enabled) {
     const_cast<NMLVCUSTOMDRAW&>(draw).clrText = GetSysColor(COLOR_GRAYTEXT);
   }
   return CDRF_DODEFAULT;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "forms/check_list_box.h"
 #include "forms/dpi.h"
 #include "forms/form.h"
 #include "forms/list_controls.h"
