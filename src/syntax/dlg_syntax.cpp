@@ -26,7 +26,6 @@ void TDlgSyntax::Bind(TFormBinder& binder) {
   binder.Control("TextParamType", TextParamType);
   binder.Control("TextDefVal", TextDefVal);
   binder.Control("EditParamHelp", EditParamHelp);
-  binder.Handler("FormShow", [this] { FormShow(); });
   binder.Handler("FormHide", [this] { FormHide(); });
   binder.Handler("EditLigneEnter", [this] { EditLigneEnter(); });
   binder.Handler("EditLigneExit", [this] { EditLigneExit(); });
@@ -37,6 +36,7 @@ void TDlgSyntax::Bind(TFormBinder& binder) {
   binder.Handler("BoxMethodChange", [this] { BoxMethodChange(); });
   binder.Handler("ButDeleteClick", [this] { ButDeleteClick(); });
   binder.Handler("BoxUseReturnClick", [this] { BoxUseReturnClick(); });
+  binder.Handler("ListParamEnter", [this] { ListParamEnter(); });
   binder.Handler("ListParamClick", [this] { ListParamClick(); });
   binder.Handler("ListParamDblClick", [this] { ListParamDblClick(); });
   binder.Handler("ListParamClickCheck", [this] { ListParamClickCheck(); });
@@ -52,34 +52,29 @@ void TDlgSyntax::InitDialog() {
   ImageListMethod = TImageList({"METHOD", "", "DATA"}, Dpi());
   BoxMethod->SetImages(&ImageListMethod);
   XMLSyntax.SetFileName(FileBesideExecutable("ZEF.EXE", "VBSZEF.XML"));
-  XMLSyntax.SetActive(true);
-  FNames.BuildWords(*XMLSyntax.Database());
-  RefreshTypeNames();
+  const TOpenDocument open(XMLSyntax);
+  RefreshNames();
   FConst = &Adopt(CreateForm<TDlgSyntaxConst>(XMLSyntax));
   FTypes = &Adopt(CreateForm<TDlgSyntaxTypes>(XMLSyntax));
-  XMLSyntax.SetActive(false);
 }
 
-// ---- running ----
+// ---- words ----
 
-bool TDlgSyntax::Run(std::optional<std::string_view> line, int cursor, std::string_view types) {
-  AnalyseLine(line, cursor, types);
-  FTypes->ClearTypesChanged();
-  FocusFirstChoice();
-  return ShowModal() == mrOk;
+const TSyntaxNames& TDlgSyntax::Names() {
+  constexpr ULONGLONG kRetryMs = 1000;  // an editor asks for every word of every repaint
+  if (!FWordsKnown && GetTickCount64() - FWordsTriedAt >= kRetryMs) {
+    const TOpenDocument open(XMLSyntax);
+    RefreshNames();
+  }
+  return FNames;
 }
 
-void TDlgSyntax::AnalyseLine(std::optional<std::string_view> line, int cursor,
-                             std::string_view types) {
-  XMLSyntax.SetActive(true);
-  RefreshTypeNames();
-  FModel.SetDeclared(types);
-  FModel.AnalyseHostLine(Syntax(), line, cursor);
-  ShowState();
-  XMLSyntax.SetActive(false);
-}
-
-void TDlgSyntax::RefreshTypeNames() {
+void TDlgSyntax::RefreshNames() {
+  if (!FWordsKnown) {
+    FNames.BuildWords(*XMLSyntax.Database());
+    FWordsKnown = XMLSyntax.Known();
+    FWordsTriedAt = GetTickCount64();
+  }
   if (FNamesSource == XMLSyntax.Database()) return;
   FNamesSource = XMLSyntax.Database();
   FNames.BuildTypes(*FNamesSource);
@@ -89,23 +84,26 @@ void TDlgSyntax::RefreshTypeNames() {
   BoxType->EndUpdate();
 }
 
+// ---- running ----
+
+bool TDlgSyntax::Run(std::optional<std::string_view> line, int cursor, std::string_view types,
+                     const std::source_location& place) {
+  const TOpenDocument open(XMLSyntax, place);
+  RefreshNames();
+  FModel.SetDeclared(types);
+  FModel.AnalyseHostLine(Syntax(), line, cursor);
+  ShowState();
+  FTypes->ClearTypesChanged();
+  FocusFirstChoice();
+  return ShowModal() == mrOk;
+}
+
 void TDlgSyntax::FocusFirstChoice() {
   if (BoxMethod->CanFocus()) {
     BoxMethod->SetFocus();
   } else {
     BoxType->SetFocus();
   }
-}
-
-void TDlgSyntax::FormShow() {
-  XMLSyntax.SetActive(true);
-  RefreshTypeNames();
-  ShowState();
-}
-
-void TDlgSyntax::FormHide() {
-  XMLSyntax.SetActive(false);
-  ShowLineFocus(false);
 }
 
 // ---- the line ----
@@ -159,6 +157,14 @@ void TDlgSyntax::BoxUseReturnClick() {
 
 // ---- parameters ----
 
+void TDlgSyntax::ListParamEnter() {
+  // By a click the focus comes on its way to a row.
+  const bool byMouse = GetKeyState(VK_LBUTTON) < 0;
+  if (byMouse || FModel.SelectedParam() >= 0) return;
+  FModel.SelectParam(Syntax(), 0);
+  ShowState();
+}
+
 void TDlgSyntax::ListParamClick() {
   FModel.SelectParam(Syntax(), ListParam->ItemIndex());
   ShowState();
@@ -171,7 +177,9 @@ void TDlgSyntax::ListParamDblClick() {
 }
 
 void TDlgSyntax::ListParamClickCheck() {
-  FModel.ToggleParamCheck(Syntax(), ListParam->ItemIndex());
+  const int index = ListParam->ItemIndex();
+  FShownRows.at(static_cast<std::size_t>(index)).Checked = ListParam->Checked(index);
+  FModel.ToggleParamCheck(Syntax(), index);
   ShowState();
 }
 

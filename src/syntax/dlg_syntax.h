@@ -2,10 +2,13 @@
 
 #include <memory>
 #include <optional>
+#include <source_location>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "dialogs/base/dlg_base.h"
+#include "forms/check_list_box.h"
 #include "forms/list_controls.h"
 #include "syntax/dlg_syntax_const.h"
 #include "syntax/dlg_syntax_types.h"
@@ -16,21 +19,24 @@
 /// parameters, and rewrites it as the user picks.
 ///
 /// What is right is decided by TAssistantModel; the handlers only carry values between it and the
-/// controls. The word lists are those of the database when the instance was made.
+/// controls.
 class TDlgSyntax : public TDlgBase {
  public:
   const char* ClassName() const override { return "TDlgSyntax"; }
   void InitDialog() override;
 
-  const TSyntaxNames& Names() const { return FNames; }
+  /// Those of the database as it was when the instance was made, or else when it could first be
+  /// read after that.
+  const TSyntaxNames& Names();
   TDlgSyntaxConst& ConstantPicker() { return *FConst; }
   TDlgSyntaxTypes& TypesEditor() { return *FTypes; }
   TXMLDocument& Document() { return XMLSyntax; }
 
   /// Runs the assistant on a line, which may be absent, with the cursor at a byte index and the
   /// script's variables as comma text. True when the user confirmed; ResultLine and ResultCursor
-  /// then hold the outcome.
-  bool Run(std::optional<std::string_view> line, int cursor, std::string_view types);
+  /// then hold the outcome. The place is for the debugger.
+  bool Run(std::optional<std::string_view> line, int cursor, std::string_view types,
+           const std::source_location& place = std::source_location::current());
   std::string ResultLine() const { return FModel.Result(); }
   int ResultCursor() const { return FModel.ResultCursor(); }
 
@@ -38,8 +44,7 @@ class TDlgSyntax : public TDlgBase {
   void Bind(TFormBinder& binder) override;
 
  private:
-  void FormShow();
-  void FormHide();
+  void FormHide() { ShowLineFocus(false); }
   void EditLigneEnter() { ShowLineFocus(true); }
   void EditLigneExit();
   void EditLigneChange();
@@ -49,6 +54,7 @@ class TDlgSyntax : public TDlgBase {
   void BoxMethodChange();
   void ButDeleteClick();
   void BoxUseReturnClick();
+  void ListParamEnter();
   void ListParamClick();
   void ListParamDblClick();
   void ListParamClickCheck();
@@ -58,9 +64,8 @@ class TDlgSyntax : public TDlgBase {
   void RadioParamClick();
   void ButtonOKClick();
 
-  void AnalyseLine(std::optional<std::string_view> line, int cursor, std::string_view types);
   TSyntaxView Syntax() const { return {*XMLSyntax.Database(), FNames}; }
-  void RefreshTypeNames();
+  void RefreshNames();
   void LeaveLineBox();
   void PickConstant();
   void FocusFirstChoice();
@@ -69,9 +74,10 @@ class TDlgSyntax : public TDlgBase {
   void ShowState();
   void ShowLineFocus(bool focused);
   void ShowLine(unsigned changes);
-  void ShowType(unsigned changes);
+  void ShowType();
   void ShowMember(unsigned changes);
   void ShowParams(unsigned changes);
+  void ShowParamRows();
   void ShowParamPanel(unsigned changes);
 
   TEdit* EditLigne = nullptr;
@@ -98,8 +104,11 @@ class TDlgSyntax : public TDlgBase {
   TXMLDocument XMLSyntax;
   TImageList ImageListMethod;
   TSyntaxNames FNames;
+  bool FWordsKnown = false;  ///< the word lists are a database's that was read
+  ULONGLONG FWordsTriedAt = 0;
   std::shared_ptr<const TSyntaxDatabase> FNamesSource;  ///< what the type names were made from
   TAssistantModel FModel;
+  std::vector<TParamRow> FShownRows;  ///< what ListParam shows
   TDlgSyntaxConst* FConst = nullptr;
   TDlgSyntaxTypes* FTypes = nullptr;
   bool FLineFocused = false;

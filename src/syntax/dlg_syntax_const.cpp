@@ -7,7 +7,10 @@ constexpr int kAdditiveImage = 1;
 
 std::string Lines(const std::vector<std::string>& lines) {
   std::string text;
-  for (const auto& line : lines) text += (text.empty() ? "" : "\r\n") + line;
+  for (const auto& line : lines) {
+    if (!text.empty() && !text.ends_with('\n')) text += "\r\n";
+    text += line;
+  }
   return text;
 }
 
@@ -76,10 +79,7 @@ void TDlgSyntaxConst::FillConstants() {
 // ---- ticks and text ----
 
 void TDlgSyntaxConst::ShowMarks(const std::vector<int>& changed) {
-  const bool many = changed.size() > 1;
-  if (many) ListConst->BeginUpdate();
   for (const int constant : changed) ListConst->SetChecked(constant, FChoice.Ticked(constant));
-  if (many) ListConst->EndUpdate();
 }
 
 void TDlgSyntaxConst::ParseResult() { ShowMarks(FChoice.Parse(EditResult->Text())); }

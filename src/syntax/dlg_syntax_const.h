@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dialogs/base/dlg_base.h"
+#include "forms/check_list_box.h"
 #include "forms/list_controls.h"
 #include "syntax/rules/constant_value.h"
 #include "syntax/xml_document.h"
@@ -13,7 +14,7 @@
 /// ticks and the text mean to each other is decided by TConstantChoice.
 ///
 /// A run is SetLine, perhaps ShowForList, ShowModal, and GetResult when that gave mrOk; the
-/// document must be active meanwhile and outlive the picker.
+/// document must be open meanwhile and outlive the picker.
 class TDlgSyntaxConst : public TDlgBase {
  public:
   explicit TDlgSyntaxConst(const TXMLDocument& document) : XMLSyntax(document) {}

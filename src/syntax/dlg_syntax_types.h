@@ -12,7 +12,7 @@
 /// The editor of the types of a script's variables. The variables and what may be done to them are
 /// TScriptVariables'.
 ///
-/// A run is SetVariables, ShowModal, and GetResult when that gave mrOk; the document must be active
+/// A run is SetVariables, ShowModal, and GetResult when that gave mrOk; the document must be open
 /// meanwhile and outlive the editor.
 class TDlgSyntaxTypes : public TDlgBase {
  public:

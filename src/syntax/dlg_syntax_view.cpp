@@ -1,5 +1,6 @@
 // The assistant's controls, written from its model.
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/code_page.h"
@@ -28,12 +29,12 @@ void ShowText(TControl& control, std::string_view text) {
 
 void ShowHelp(TMemo& memo, const TAssistantHelp& help) {
   if (help.Own != TAssistantText::None) {
-    memo.SetTextUtf8(Utf8Text(help.Own));
+    const std::string_view own = Utf8Text(help.Own);
+    if (memo.Text() != Utf8ToAnsi(own)) memo.SetTextUtf8(own);
     return;
   }
   std::string text = help.Text;
   if (help.Returned) {
-    if (!text.empty()) text += "\r\n";
     text += Utf8ToAnsi(Utf8Text(TAssistantText::ReturnedValue)) + *help.Returned;
   }
   ShowText(memo, text);
@@ -51,22 +52,13 @@ TCheckBox::TState BoxState(TCheckState state) {
   return TCheckBox::TState::Unchecked;
 }
 
-bool SameRows(const TCheckListBox& list, const std::vector<TParamRow>& rows) {
-  if (list.Count() != static_cast<int>(rows.size())) return false;
-  for (int i = 0; i < list.Count(); ++i) {
-    const auto& row = rows[static_cast<std::size_t>(i)];
-    if (list.Item(i) != row.Text || list.ItemEnabled(i) != row.Enabled) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 void TDlgSyntax::ShowState() {
   const TShowing showing(FShowing);
   const unsigned changes = FModel.TakeChanges();
   ShowLine(changes);
-  ShowType(changes);
+  ShowType();
   ShowMember(changes);
   ShowParams(changes);
   ShowParamPanel(changes);
@@ -92,8 +84,7 @@ void TDlgSyntax::ShowLineFocus(bool focused) {
   ButUpdt->SetEnabled(focused);
 }
 
-void TDlgSyntax::ShowType(unsigned changes) {
-  if (changes & TAssistantModel::TypeItemsChanged) RefreshTypeNames();
+void TDlgSyntax::ShowType() {
   BoxType->SetEnabled(FModel.TypeBoxEnabled());
   const auto& type = FModel.SelectedType();
   if (BoxType->SelectedText() != type) {
@@ -125,21 +116,29 @@ void TDlgSyntax::ShowMember(unsigned changes) {
 }
 
 void TDlgSyntax::ShowParams(unsigned changes) {
-  const auto& rows = FModel.ParamRows();
-  if (changes & TAssistantModel::ParamRowsChanged) {
-    if (SameRows(*ListParam, rows)) {
-      for (int i = 0; i < ListParam->Count(); ++i) {
-        ListParam->SetChecked(i, rows[static_cast<std::size_t>(i)].Checked);
-      }
-    } else {
-      ListParam->BeginUpdate();
-      ListParam->ClearItems();
-      for (const auto& row : rows) ListParam->AddItem(row.Text, row.Enabled, row.Checked);
-      ListParam->EndUpdate();
-    }
-  }
+  if (changes & TAssistantModel::ParamRowsChanged) ShowParamRows();
   if (ListParam->ItemIndex() != FModel.SelectedParam()) {
     ListParam->SetItemIndex(FModel.SelectedParam());
+  }
+}
+
+void TDlgSyntax::ShowParamRows() {
+  const auto& rows = FModel.ParamRows();
+  const auto sameButForMark = [](const TParamRow& shown, const TParamRow& row) {
+    return shown.Text == row.Text && shown.Enabled == row.Enabled;
+  };
+  if (std::ranges::equal(FShownRows, rows, sameButForMark)) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (FShownRows[i].Checked == rows[i].Checked) continue;
+      ListParam->SetChecked(static_cast<int>(i), rows[i].Checked);
+      FShownRows[i].Checked = rows[i].Checked;
+    }
+  } else {
+    ListParam->BeginUpdate();
+    ListParam->ClearItems();
+    for (const auto& row : rows) ListParam->AddItem(row.Text, row.Enabled, row.Checked);
+    ListParam->EndUpdate();
+    FShownRows = rows;
   }
 }
 

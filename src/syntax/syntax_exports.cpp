@@ -8,20 +8,6 @@ namespace {
 
 TDlgSyntax& Assistant() { return SingletonForm<TDlgSyntax>(TFormSlot::Assistant); }
 
-/// The document is open for as long as this lives.
-class TOpenDocument {
- public:
-  explicit TOpenDocument(TXMLDocument& document) : FDocument(document) {
-    FDocument.SetActive(true);
-  }
-  TOpenDocument(const TOpenDocument&) = delete;
-  TOpenDocument& operator=(const TOpenDocument&) = delete;
-  ~TOpenDocument() { FDocument.SetActive(false); }
-
- private:
-  TXMLDocument& FDocument;
-};
-
 /// While one of the assistant's dialogs is on screen, a second run could only spoil the first: it
 /// is answered as cancelled.
 bool Busy(TDlgSyntax& assistant) {

@@ -1,5 +1,7 @@
 #include "syntax/xml_document.h"
 
+#include <windows.h>
+
 #include <exception>
 #include <optional>
 #include <utility>
@@ -32,13 +34,29 @@ class TDatabaseSink : public TXmlSink {
   TSyntaxDatabaseBuilder FBuilder;
 };
 
-TDatabasePtr ReadDatabase(const std::string& fileName) try {
+struct TReading {
+  TDatabasePtr Database = EmptyDatabase();
+  bool Known = true;                ///< it is what the file says
+  const char* Complaint = nullptr;  ///< why there is no database, if so
+};
+
+TReading ReadDatabase(const std::string& fileName) try {
   TDatabaseSink sink;
-  if (ReadXmlFile(fileName, sink) != TXmlReading::Done) return EmptyDatabase();
-  return std::make_shared<const TSyntaxDatabase>(sink.Finish());
+  switch (ReadXmlFile(fileName, sink)) {
+    case TXmlReading::Done:
+      return {std::make_shared<const TSyntaxDatabase>(sink.Finish())};
+    case TXmlReading::Refused:
+      return {.Complaint = "refused because it defines entities"};
+    case TXmlReading::Broken:
+      return {.Complaint = "not well-formed"};
+    case TXmlReading::NoFile:
+      return {.Known = false, .Complaint = "there, but cannot be read"};
+    case TXmlReading::NoComponent:
+      break;
+  }
+  return {.Known = false, .Complaint = "there, but the system's XML reader is not"};
 } catch (const std::exception&) {
-  // A file too large for the memory at hand is as good as a broken one.
-  return EmptyDatabase();
+  return {.Known = false, .Complaint = "too large for the memory there is"};
 }
 
 /// The last database read, with what its file looked like before.
@@ -48,22 +66,39 @@ struct TLastRead {
   TDatabasePtr Database;
 };
 
-TDatabasePtr OpenDatabase(const std::string& fileName) {
+TReading OpenDatabase(const std::string& fileName) {
   static TLastRead last;
-  const std::optional<TFileStamp> stamp = fileName.empty() ? std::nullopt : FileStamp(fileName);
-  if (!stamp) return EmptyDatabase();
-  if (last.Database && last.FileName == fileName && last.Stamp == stamp) return last.Database;
+  if (fileName.empty()) return {.Complaint = "not to be found: there is no ZEF.EXE"};
+  const std::optional<TFileStamp> stamp = FileStamp(fileName);
+  if (!stamp) return {.Complaint = "not there"};
+  if (last.Database && last.FileName == fileName && last.Stamp == stamp) return {last.Database};
   // The old model goes first, so that two large ones need not fit side by side.
   last = {};
-  last = {fileName, stamp, ReadDatabase(fileName)};
-  return last.Database;
+  const TReading reading = ReadDatabase(fileName);
+  if (reading.Known) last = {fileName, stamp, reading.Database};
+  return reading;
+}
+
+void Tell(const std::string& fileName, const char* complaint, const std::source_location& place) {
+  const std::string text = "zefext: the syntax database " + fileName + " is " + complaint +
+                           " (in " + place.function_name() + ")\n";
+  OutputDebugStringA(text.c_str());
 }
 
 }  // namespace
 
 TXMLDocument::TXMLDocument() : FDatabase(EmptyDatabase()) {}
 
-void TXMLDocument::SetActive(bool active) {
-  FActive = active;
-  FDatabase = active ? OpenDatabase(FFileName) : EmptyDatabase();
+void TXMLDocument::Open(const std::source_location& place) {
+  if (FOpenings == 0) {
+    const TReading reading = OpenDatabase(FFileName);
+    if (reading.Complaint) Tell(FFileName, reading.Complaint, place);
+    FDatabase = reading.Database;
+    FKnown = reading.Known;
+  }
+  ++FOpenings;
+}
+
+void TXMLDocument::Close() {
+  if (--FOpenings == 0) FDatabase = EmptyDatabase();
 }

@@ -86,6 +86,10 @@ TEST_F(AssistantModel, UseReturnBoxFollowsParenthesesAndReturn) {
       {"c.Sol^de()", TCheckState::Checked, true, "c.Solde", TCheckState::Unchecked, true},
       {"c.Ad^d(1, 2)", TCheckState::Greyed, true, "c.Add 1, 2", TCheckState::Unchecked, false},
       {"c.Add^ 1", TCheckState::Unchecked, false, "c.Add 1", TCheckState::Unchecked, false},
+      {"c.Ad^d(1,,)", TCheckState::Greyed, true, "c.Add 1", TCheckState::Unchecked, false},
+      {"c.Ad^d(,5)", TCheckState::Greyed, true, "c.Add , 5", TCheckState::Unchecked, false},
+      {"c.Ad^d(,)", TCheckState::Greyed, true, "c.Add", TCheckState::Unchecked, false},
+      {"c.Solde^ 1,2", TCheckState::Unchecked, true, "c.Solde(1,2)", TCheckState::Checked, true},
   };
   FModel.SetDeclared("c=Compte");
   for (const auto& test : cases) {
@@ -169,12 +173,46 @@ TEST_F(AssistantModel, FollowsTheUserTypingTheLine) {
   EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
 }
 
+TEST_F(AssistantModel, KeepsThePickWhileTheObjectIsRenamed) {
+  const TSyntaxView syntax = FSyntax.View();
+  struct {
+    std::vector<std::string> Edits;
+    const char* Type;
+    std::optional<std::string> Declared;
+  } const cases[] = {
+      {{"cmpt.Nom", "cpt.Nom"}, "Categorie", "c=Compte,cpt=Categorie"},
+      // On the way to the right name it is a known one, a function, or none for a moment.
+      {{"c.Nom", "co.Nom"}, "Categorie", "c=Compte,co=Categorie"},
+      {{"Left.Nom", "Left", "Lefts"}, "Categorie", "c=Compte,Lefts=Categorie"},
+      {{".Nom", "w.Nom"}, "Categorie", "c=Compte,w=Categorie"},
+      {{"cmtp.Solde", "cmt.Solde"}, "Categorie", "c=Compte,cmt=Categorie"},
+      {{"c.Nom"}, "Compte", std::nullopt},
+      {{"app.Nom"}, "Application", std::nullopt},
+      {{"w.Solde"}, "", std::nullopt},
+      {{"", "w"}, "", std::nullopt},
+      {{"w", "w.Nom"}, "", std::nullopt},
+  };
+  for (const auto& test : cases)
+    for (const bool leaves : {false, true}) {
+      SCOPED_TRACE(test.Edits.back());
+      FModel.SetDeclared("c=Compte");
+      Analyse("cmtp.Nom^");
+      FModel.Step(syntax, 0);
+      FModel.ChooseType(syntax, "Categorie");
+      for (const std::string& edit : test.Edits) {
+        FModel.EditLine(syntax, edit);
+        if (leaves) FModel.LeaveLine(syntax);
+      }
+      FModel.LeaveLine(syntax);
+      EXPECT_EQ(FModel.SelectedType(), test.Type);
+      EXPECT_EQ(FModel.RecordUndeclaredType(syntax), test.Declared);
+    }
+}
+
 TEST_F(AssistantModel, SaysWhatChanged) {
   const TSyntaxView syntax = FSyntax.View();
   FModel.SetDeclared("c=Compte");
   Analyse("c.Nom^");
-  EXPECT_EQ(FModel.TakeChanges() & TAssistantModel::TypeItemsChanged,
-            TAssistantModel::TypeItemsChanged);
   FModel.Step(syntax, 0);
   FModel.TakeChanges();
   FModel.EditLine(syntax, "c.Nom 1");

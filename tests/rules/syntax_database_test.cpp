@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "database_from_xml.h"
 #include "syntax/rules/syntax_names.h"
-#include "text/xml_prolog.h"
+#include "text/xml_text.h"
 
 namespace {
 
@@ -37,7 +39,7 @@ constexpr std::string_view kSample = R"(<objects>
 
 TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
-  ASSERT_EQ(database.Elements.size(), 8u);
+  ASSERT_EQ(database.Elements().size(), 8u);
 
   const TSyntaxElement* account = database.FindElement("Compte");
   ASSERT_TRUE(account);
@@ -71,20 +73,15 @@ TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
 }
 
 TEST(SyntaxDatabase, LookUpsTakeTheFirstExactName) {
-  TSyntaxDatabase database = DatabaseFromXml(kSample);
-  EXPECT_EQ(database.FindElement("MsgBox"), &database.Elements[4]);
-  EXPECT_EQ(database.FindFunction("MsgBox"), &*database.Elements[4].Function);
+  const TSyntaxDatabase database = DatabaseFromXml(kSample);
+  EXPECT_EQ(database.FindElement("MsgBox"), &database.Elements()[4]);
+  EXPECT_EQ(database.FindFunction("MsgBox"), &*database.Elements()[4].Function);
   EXPECT_EQ(database.FindFunction("MsgBox")->ValueType(), "result");
   EXPECT_EQ(database.FindFunction("MsgBox")->Comment, "Affiche");
   EXPECT_EQ(database.FindFunction("MsgBox")->Params.at(0).Help, "");
   for (const char* name : {"msgbox", "MsgBo", "MsgBoxx", ""})
     EXPECT_FALSE(database.FindElement(name)) << name;
   EXPECT_FALSE(database.FindFunction("Compte"));
-
-  // Elements that came after the names were ordered are found too.
-  database.Elements.emplace_back().Name = "Neuf";
-  EXPECT_EQ(database.FindElement("Neuf"), &database.Elements.back());
-  EXPECT_EQ(database.FindElement("MsgBox"), &database.Elements[4]);
 }
 
 TEST(SyntaxDatabase, TextIsTheOnlyChild) {
@@ -92,9 +89,18 @@ TEST(SyntaxDatabase, TextIsTheOnlyChild) {
     const char* Content;
     const char* Text;  ///< null when the content is not text
   } cases[] = {
-      {"a b", "a b"},           {" \n<![CDATA[x]]>\t", "x"}, {"<![CDATA[]]>", ""},
-      {" \r\n\t", nullptr},     {"a<![CDATA[b]]>", nullptr}, {"<b/>a", nullptr},
-      {"<!-- c -->a", nullptr}, {"<b>a</b>", nullptr},
+      {"a b", "a b"},
+      {" \n<![CDATA[x]]>\t", "x"},
+      {"<![CDATA[]]>", ""},
+      {" \r\n\t", nullptr},
+      {"a<![CDATA[b]]>", nullptr},
+      {"<b/>a", nullptr},
+      {"<!-- c -->a", nullptr},
+      {"<b>a</b>", nullptr},
+      // What the file indents is not indented in the help; what a text indents more, is.
+      {"\n    a\n      b\n\n    c\n  ", "a\r\n  b\r\n\r\nc\r\n"},
+      {"  a\n\t\tb\n\t c\n", "a\r\n\tb\r\n c\r\n"},
+      {"\n\n \ta", "a"},
   };
   for (const auto& c : cases) {
     const std::string content = c.Content;
@@ -102,10 +108,10 @@ TEST(SyntaxDatabase, TextIsTheOnlyChild) {
         DatabaseFromXml("<objects><const name=\"c\">" + content +
                         "</const><list name=\"l\"><listconst name=\"k\">" + content +
                         "</listconst></list></objects>");
-    const auto& text = database.Elements.at(0).Text;
+    const auto& text = database.Elements().at(0).Text;
     EXPECT_EQ(text.has_value(), c.Text != nullptr) << content;
     EXPECT_EQ(text.value_or(""), c.Text ? c.Text : "") << content;
-    EXPECT_EQ(database.Elements.at(1).Constants.at(0).Help, c.Text ? c.Text : "") << content;
+    EXPECT_EQ(database.Elements().at(1).Constants.at(0).Help, c.Text ? c.Text : "") << content;
   }
 }
 
@@ -121,7 +127,7 @@ TEST(SyntaxDatabase, DepthIsNoRisk) {
   for (int i = 0; i < 200'000; ++i) xml += "<object name=\"a\">";
   for (int i = 0; i < 200'000; ++i) xml += "</object>";
   const TSyntaxDatabase database = DatabaseFromXml(xml + "<type name=\"after\"/></objects>");
-  ASSERT_EQ(database.Elements.size(), 2u);
+  ASSERT_EQ(database.Elements().size(), 2u);
   EXPECT_TRUE(database.FindElement("after"));
 }
 
@@ -177,26 +183,82 @@ TEST(NameSet, HoldsManyNamesWhateverTheirCase) {
   }
 }
 
-TEST(XmlProlog, TellsDocumentTypes) {
+TEST(XmlText, TellsEncodings) {
   using namespace std::string_view_literals;
   const struct {
     std::string_view Bytes;
-    bool May;
+    unsigned CodePage;
+    std::size_t MarkSize = 0;
   } cases[] = {
-      {"", false},
-      {"<objects/>", false},
-      {"\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<!-- <!DOCTYPE x> --><?a ?>\t<objects>", false},
-      {"<!DOCTYPE o>", true},
-      {"<?xml version=\"1.0\"?> <!-- - -- -->\n<!DOCTYPE o [", true},
-      {"\xFF\xFE<\0?\0x\0?\0>\0<\0!\0D\0O\0"sv, true},
-      {"\xFE\xFF\0<\0?\0x\0?\0>\0<\0o\0>"sv, false},
-      {"\0<\0!\0D"sv, true},
-      {"<?xml encoding=\"UTF-7\"?>+ADwAIQ-DOCTYPE o>", true},
-      {"\x4C\x5A\xC4\xD6", true},
-      {"<objects><![CDATA[<!DOCTYPE]]></objects>", false},
-      {"<!-- no end", false},
+      {"", 65001},
+      {"<a/>", 65001},
+      {"\xEF\xBB\xBF<?xml version='1.0' encoding='big5'?>", 65001, 3},
+      {"\xFF\xFE<\0"sv, 1200, 2},
+      {"\xFE\xFF\0<"sv, 1201, 2},
+      {"<\0?\0"sv, 1200},
+      {"\0<\0?"sv, 1201},
+      {"<?xml version=\"1.0\" encoding=\"Windows-1252\"?>", 1252},
+      {"<?xml version = '1.0'\tencoding\n= 'ISO-8859-15' standalone='no'?>", 28605},
+      {"<?xml version='1.0' encoding='US-ASCII'?>", 65001},
+      {"<?xml version='1.0' encoding='UTF-16'?>", 0},  // these bytes are not
+      {"<?xml version='1.0' encoding='nowhere-1'?>", 0},
+      {"<?xml version='1.0' encoding='windows-'?>", 0},
+      {"<?xml encoding='big5' version='1.0'?>", 65001},  // as nobody may write it
+      {"<?xml version='1.0' encoding='utf-8?>", 65001},
+      {" <?xml version='1.0' encoding='big5'?>", 65001},
   };
-  for (const auto& c : cases) EXPECT_EQ(MayHaveDocumentType(c.Bytes), c.May) << c.Bytes;
+  for (const auto& c : cases) {
+    const TXmlEncoding encoding = XmlEncodingOf(c.Bytes);
+    EXPECT_EQ(encoding.CodePage, c.CodePage) << c.Bytes;
+    EXPECT_EQ(encoding.MarkSize, c.MarkSize) << c.Bytes;
+  }
+}
+
+TEST(XmlText, IsMadeReadyForAnyReader) {
+  const auto ready = TXmlText::Ready, entities = TXmlText::DefinesEntities,
+             broken = TXmlText::Broken;
+  const struct {
+    std::u16string_view Before;
+    TXmlText Outcome;
+    std::u16string_view After;  ///< blanks in a row are one here
+  } cases[] = {
+      {u"<a>\r\n\r\rx\n</a>", ready, u"<a>\n\n\nx\n</a>"},
+      {u"<?xml version='1.0' encoding='big5' ?><a/>", ready, u"<?xml version='1.0' ?><a/>"},
+      {u"<!DOCTYPE o><o/>", ready, u" <o/>"},
+      {u"<!--<!DOCTYPE--><?p <!?>\n<!DOCTYPE o SYSTEM \"a>[<!ENTITY\"><o/>", ready,
+       u"<!--<!DOCTYPE--><?p <!?>\n <o/>"},
+      {u"<!DOCTYPE o PUBLIC 'p' 'http://x/y' [ ] ><o/>", ready, u" <o/>"},
+      {u"<!DOCTYPE o [<!--<!ENTITY--><?p ]>?><!ELEMENT o (#PCDATA)><!ATTLIST o a CDATA "
+       u"'%]>'>]><o/>",
+       ready, u" <o/>"},
+      {u"<!DOCTYPE o [<!ENTITY a 'b'>]><o/>", entities, {}},
+      {u"<!DOCTYPE o SYSTEM 'x' [ %p; ]><o/>", entities, {}},
+      {u"<!DOCTYPE o [<!ATTLIST o %p;>]><o/>", entities, {}},
+      {u"<!DOCTYPE o [<!OTHER>]><o/>", broken, {}},
+      {u"<!DOCTYPE o [ <o/>", broken, {}},
+      {u"<!DOCTYPE o [] x><o/>", broken, {}},
+      {u"<!DOCTYPE o <o/>", broken, {}},
+      {u"<!DOCTYPEo><o/>", broken, {}},
+      {u"<!DOCTYPE o", broken, {}},
+      {u"<!DOCTYPE o><!DOCTYPE o><o/>", broken, {}},
+      {u"MZ", broken, {}},
+      {u"<!-- no end", broken, {}},
+      {u"<a>\x1</a>", broken, {}},
+      {u"<a>\xFFFE</a>", broken, {}},
+      {u"<a>\xDC00</a>", broken, {}},
+      {u"<a>\xD83D</a>", broken, {}},
+      {u"\xD83D", broken, {}},
+      {u"<a>\xD83D\xDE00</a>", ready, u"<a>\xD83D\xDE00</a>"},
+  };
+  for (const auto& c : cases) {
+    std::u16string text(c.Before);
+    SCOPED_TRACE(std::string(text.begin(), text.end()));
+    ASSERT_EQ(PrepareXmlText(text), c.Outcome);
+    if (c.Outcome != ready) continue;
+    const auto both = [](char16_t a, char16_t b) { return a == u' ' && b == u' '; };
+    text.erase(std::unique(text.begin(), text.end(), both), text.end());
+    EXPECT_TRUE(text == c.After);
+  }
 }
 
 }  // namespace

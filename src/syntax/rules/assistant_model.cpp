@@ -55,10 +55,10 @@ void TAssistantModel::AnalyseHostLine(TSyntaxView syntax, std::optional<std::str
   FTypes.Restart();
   FItemsSource.reset();
   FLineEdited = false;
+  FFirstReplaced = false;
   FAnalysis.CutHostLine(line, cursor, syntax.Names);
   WalkToPosition(syntax);
   LineRewritten();
-  FChanges |= TypeItemsChanged;
 }
 
 void TAssistantModel::EditLine(TSyntaxView syntax, std::string_view text) {
@@ -66,7 +66,13 @@ void TAssistantModel::EditLine(TSyntaxView syntax, std::string_view text) {
   const bool wasFunction = FAnalysis.FunctionMode();
   const int wasPosition = FAnalysis.Position();
   FLineEdited = true;
+  const std::string before = FAnalysis.Expression();
+  const auto lengthBefore = static_cast<std::size_t>(FAnalysis.FirstObjectLength());
   FAnalysis.SetExpression(std::string(text), syntax.Names);
+  const auto length = static_cast<std::size_t>(FAnalysis.FirstObjectLength());
+  const bool sameName = before.substr(0, lengthBefore) == text.substr(0, length);
+  const bool sameRest = before.substr(lengthBefore) == text.substr(length);
+  if (text.empty() || !(sameName || sameRest)) FFirstReplaced = true;
   ShowEditedLine(syntax, wasFunction, wasPosition);
 }
 
@@ -104,7 +110,7 @@ void TAssistantModel::WalkToPosition(TSyntaxView syntax) {
   TMemberLookup members(syntax.Database);
   for (int position = 0; position < FAnalysis.Position(); ++position) {
     const std::string_view object = FAnalysis.ObjectTextAt(position);
-    if (position == 0) FTypes.NoteFirstObject(object, false, syntax.Names);
+    if (position == 0) NoteFirstObject(syntax, object);
     const std::string type = FTypes.TypeAt(position, object, syntax.Names);
     if (type.empty()) continue;
     const auto& [element, items] = members.Of(type);
@@ -126,16 +132,21 @@ void TAssistantModel::WalkToPosition(TSyntaxView syntax) {
 void TAssistantModel::ShowPosition(TSyntaxView syntax) {
   const bool function = FAnalysis.FunctionMode();
   const std::string_view object = FAnalysis.ObjectText();
-  if (FAnalysis.Position() == 0) FTypes.NoteFirstObject(object, function, syntax.Names);
+  if (FAnalysis.Position() == 0) NoteFirstObject(syntax, object);
   FType = function ? std::string() : FTypes.TypeAt(FAnalysis.Position(), object, syntax.Names);
   ApplyType(syntax);
+}
+
+void TAssistantModel::NoteFirstObject(TSyntaxView syntax, std::string_view object) {
+  FTypes.NoteFirstObject(object, !FFirstReplaced, FAnalysis.FunctionMode(), syntax.Names);
+  FFirstReplaced = false;
 }
 
 void TAssistantModel::ChooseType(TSyntaxView syntax, std::string_view type) {
   if (FAnalysis.FunctionMode()) return;
   const int index = syntax.Names.Types.IndexOf(type);
   FType = index < 0 ? std::string_view() : syntax.Names.Types.At(index);
-  if (!FType.empty()) FTypes.Record(FAnalysis.Position(), FType);
+  if (!FType.empty()) FTypes.Pick(FAnalysis.Position(), FType);
   ApplyType(syntax);
 }
 
@@ -196,6 +207,7 @@ void TAssistantModel::SelectWrittenMember(TSyntaxView syntax) {
 void TAssistantModel::ChooseMember(TSyntaxView syntax, int item) {
   if (item < 0 || item >= FItems.Count()) return;
   const bool wasFunction = FAnalysis.FunctionMode();
+  FFirstReplaced = FFirstReplaced || wasFunction;
   FSelectedItem = item;
   FAnalysis.ReplaceMember(FItems.Name(item), syntax.Names);
   LineRewritten();
@@ -271,9 +283,9 @@ void TAssistantModel::SetValue(TSyntaxView syntax, std::string_view text) {
 void TAssistantModel::ToggleParamCheck(TSyntaxView syntax, int index) {
   FChanges |= ParamRowsChanged;
   if (index < 0 || index >= static_cast<int>(FParamRows.size())) return;
+  if (index != FSelectedParam) SelectParam(syntax, index);
   const TParamRow& row = FParamRows[static_cast<std::size_t>(index)];
   if (!row.Enabled || !row.Checked) return;
-  if (index != FSelectedParam) SelectParam(syntax, index);
   SetValue(syntax, {});
   FChanges |= ValueChanged;
 }

@@ -54,17 +54,16 @@ struct TUseReturnBox {
 
 /// What the object assistant shows and how each action of its user changes that.
 ///
-/// After each action the dialog copies the state into its controls; Changes() says which of the
+/// After each action the dialog copies the state into its controls; TakeChanges() says which of the
 /// costly or delicate ones must be written at all. A disabled member box takes the inactive colour.
 /// All texts are in the host's ANSI code page, indexes from 0 and -1 for none. Not thread-safe.
 class TAssistantModel {
  public:
   enum TChange : unsigned {
     LineChanged = 1,         ///< the expression, otherwise than by the user's typing
-    TypeItemsChanged = 2,    ///< the type names may differ from those last shown
-    MemberItemsChanged = 4,  ///< items of the member box
-    ParamRowsChanged = 8,    ///< rows or check marks, which a click may have moved by itself
-    ValueChanged = 16,       ///< the value box, otherwise than by the user's typing
+    MemberItemsChanged = 2,  ///< items of the member box
+    ParamRowsChanged = 4,    ///< rows or check marks, which a click may have moved by itself
+    ValueChanged = 8,        ///< the value box, otherwise than by the user's typing
   };
   /// What changed since the last time it was asked, as a set of TChange.
   unsigned TakeChanges() { return std::exchange(FChanges, 0U); }
@@ -87,7 +86,7 @@ class TAssistantModel {
   void SelectParam(TSyntaxView syntax, int index);
   /// The value box holds another text; nothing happens when it is the one already known.
   void SetValue(TSyntaxView syntax, std::string_view text);
-  /// The user clicked a parameter's check mark: it can only take a value away.
+  /// The user clicked a parameter's check mark, which selects it and can only take a value away.
   void ToggleParamCheck(TSyntaxView syntax, int index);
   void ClickUseReturn(TSyntaxView syntax);
   void DeleteMember(TSyntaxView syntax);
@@ -135,6 +134,7 @@ class TAssistantModel {
   void LineRewritten();
   void ShowEditedLine(TSyntaxView syntax, bool wasFunction, int wasPosition);
   void WalkToPosition(TSyntaxView syntax);
+  void NoteFirstObject(TSyntaxView syntax, std::string_view object);
   void ShowPosition(TSyntaxView syntax);
   void ApplyType(TSyntaxView syntax);
   void FillMembers(TSyntaxView syntax);
@@ -151,6 +151,7 @@ class TAssistantModel {
   TLineAnalysis FAnalysis;
   TChainTypes FTypes;
   bool FLineEdited = false;
+  bool FFirstReplaced = false;  ///< more than the first object's name was edited with it
   unsigned FChanges = 0;
 
   std::string FType;

@@ -7,6 +7,7 @@ void TChainTypes::SetDeclared(std::string_view commaText) { FDeclared.SetCommaTe
 void TChainTypes::Restart() {
   FByPosition.clear();
   FFirstObject.clear();
+  FPick.clear();
   FUndeclaredName.clear();
 }
 
@@ -14,6 +15,11 @@ void TChainTypes::Record(int position, std::string_view type) {
   const auto place = static_cast<std::size_t>(position);
   if (FByPosition.size() <= place) FByPosition.resize(place + 1);
   FByPosition[place] = type;
+}
+
+void TChainTypes::Pick(int position, std::string_view type) {
+  Record(position, type);
+  if (position == 0) FPick = type;
 }
 
 std::string TChainTypes::TypeAt(int position, std::string_view object,
@@ -28,14 +34,16 @@ std::string TChainTypes::TypeAt(int position, std::string_view object,
   return type.empty() ? spelled(KnownType(object, names)) : type;
 }
 
-void TChainTypes::NoteFirstObject(std::string_view object, bool functionMode,
+void TChainTypes::NoteFirstObject(std::string_view object, bool renamed, bool functionMode,
                                   const TSyntaxNames& names) {
+  const bool isUndeclared = !functionMode && KnownType(object, names).empty();
   if (object != FFirstObject) {
     FFirstObject = object;
-    if (!FByPosition.empty()) FByPosition.front().clear();
+    if (!renamed) FPick.clear();
+    // A name on the way to the right one may be known: the pick waits for the next that is not.
+    if (!FByPosition.empty()) FByPosition.front() = isUndeclared ? FPick : std::string();
   }
-  FUndeclaredName.clear();
-  if (!functionMode && KnownType(object, names).empty()) FUndeclaredName = object;
+  FUndeclaredName = isUndeclared ? object : std::string_view();
 }
 
 std::optional<std::string> TChainTypes::DeclareFirstObject(const TSyntaxNames& names) {

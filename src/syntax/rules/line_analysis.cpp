@@ -14,11 +14,23 @@ char At(const std::string& text, int index) { return text[static_cast<std::size_
 
 int Length(std::string_view text) { return static_cast<int>(text.size()); }
 
-std::string Joined(const std::vector<std::string>& values) {
+/// The values as a call has them; empty ones at the end say nothing.
+std::string Joined(std::vector<std::string> values) {
+  while (!values.empty() && values.back().empty()) values.pop_back();
   std::string text;
   for (const std::string& value : values) {
     if (&value != &values.front()) text += ", ";
     text += value;
+  }
+  return text;
+}
+
+std::string WithParameters(std::string_view head, std::string_view parameters, bool parenthesised) {
+  std::string text(head);
+  if (parenthesised) {
+    text.append(1, '(').append(parameters).append(1, ')');
+  } else if (!parameters.empty()) {
+    text.append(1, kBlank).append(parameters);
   }
   return text;
 }
@@ -185,6 +197,12 @@ std::string_view TLineAnalysis::Value(int index) const {
   return Slice(range.Start, range.Start + range.Length - 1);
 }
 
+std::vector<std::string> TLineAnalysis::Values() const {
+  std::vector<std::string> values;
+  for (int i = 0; i < ValueCount(); ++i) values.emplace_back(Value(i));
+  return values;
+}
+
 TTextRange TLineAnalysis::ObjectRange() const {
   if (FFunctionMode) return {0, std::min(FNames.MemberEnd + 2, Length(FExpression))};
   return {FSegmentStart, FNames.ObjectEnd - FSegmentStart + 1};
@@ -202,28 +220,23 @@ void TLineAnalysis::ReplaceMember(std::string_view name, const TSyntaxNames& nam
 }
 
 void TLineAnalysis::SetUseReturn(bool use, const TSyntaxNames& names) {
-  std::string_view parameters;
-  if (!FValues.empty()) {
+  std::string parameters;
+  const auto isEmpty = [](const TTextRange& value) { return value.Length == 0; };
+  if (!FValues.empty() && (isEmpty(FValues.front()) || isEmpty(FValues.back()))) {
+    // An empty place has nothing but a comma to be found by.
+    parameters = Joined(Values());
+  } else if (!FValues.empty()) {
     const TTextRange last = FValues.back();
     parameters = Slice(FValues.front().Start, last.Start + last.Length - 1);
   }
-  std::string text(Slice(0, FNames.MemberEnd));
-  if (use) {
-    text.append(1, '(').append(parameters).append(1, ')');
-  } else if (!parameters.empty()) {
-    text.append(1, kBlank).append(parameters);
-  }
+  std::string text = WithParameters(Slice(0, FNames.MemberEnd), parameters, use);
   text.append(Slice(FParametersEnd + 1, Length(FExpression) - 1));
   SetExpression(std::move(text), names);
 }
 
 TLineAnalysis::TCallFrame TLineAnalysis::CallFrame() const {
-  TCallFrame frame{std::string(Slice(0, FNames.MemberEnd)),
-                   {},
-                   FParenthesised,
-                   std::string(Slice(FParametersEnd + 1, Length(FExpression) - 1))};
-  for (int i = 0; i < ValueCount(); ++i) frame.Values.emplace_back(Value(i));
-  return frame;
+  return {std::string(Slice(0, FNames.MemberEnd)), Values(), FParenthesised,
+          std::string(Slice(FParametersEnd + 1, Length(FExpression) - 1))};
 }
 
 void TLineAnalysis::SetParam(const TCallFrame& frame, int index, std::string_view value,
@@ -232,24 +245,19 @@ void TLineAnalysis::SetParam(const TCallFrame& frame, int index, std::string_vie
   const auto place = static_cast<std::size_t>(index);
   if (values.size() <= place) values.resize(place + 1);
   values[place] = value;
-  while (!values.empty() && values.back().empty()) values.pop_back();
-
-  std::string text = frame.Head;
-  if (frame.Parenthesised) {
-    text += '(';
-  } else if (!values.empty()) {
-    text += kBlank;
-  }
-  text += Joined(values);
-  if (frame.Parenthesised) text += ')';
-  text += frame.Tail;
-  SetExpression(std::move(text), names);
+  SetExpression(
+      WithParameters(frame.Head, Joined(std::move(values)), frame.Parenthesised) + frame.Tail,
+      names);
 }
 
 void TLineAnalysis::DeleteMember(const TSyntaxNames& names) {
   std::string text(Slice(0, FNames.ObjectEnd));
   text.append(Slice(FParametersEnd + 1, Length(FExpression) - 1));
   SetExpression(std::move(text), names);
+}
+
+int TLineAnalysis::FirstObjectLength() const {
+  return FFunctionMode ? FFunctionLength : ScanNames(0).ObjectEnd + 1;
 }
 
 std::string_view TLineAnalysis::ObjectTextAt(int position) const {

@@ -69,7 +69,8 @@ class TLineAnalysis {
 
   /// Puts another member (or function) in the place of the analysed one, or adds it.
   void ReplaceMember(std::string_view name, const TSyntaxNames& names);
-  /// Puts the parameters between parentheses, or takes the parentheses away.
+  /// Puts the parameters between parentheses, or takes the parentheses away. Empty values at the
+  /// end vanish.
   void SetUseReturn(bool use, const TSyntaxNames& names);
   TCallFrame CallFrame() const;
   /// Sets a parameter (0 and up) of the call as it was when the frame was taken. Empty places
@@ -78,6 +79,9 @@ class TLineAnalysis {
                 const TSyntaxNames& names);
   /// Removes the dot, the member and its parameters.
   void DeleteMember(const TSyntaxNames& names);
+
+  /// Of the object, or function, that the expression begins with.
+  int FirstObjectLength() const;
 
   /// Object and member of any position without moving there; the parameters are not looked at.
   /// Not for function mode.
@@ -101,6 +105,7 @@ class TLineAnalysis {
   void ScanParameters(int start);
   std::string_view Slice(int first, int last) const;
   std::string_view MemberNameOf(const TNames& names) const;
+  std::vector<std::string> Values() const;
 
   std::string FPrefix;
   std::string FExpression;
