@@ -1,10 +1,5 @@
 #include "outside/syntax_test.h"
 
-#include <oleacc.h>
-
-#include <algorithm>
-#include <regex>
-
 namespace {
 constexpr int OpeningMs = 60000;  ///< the database may be large
 }  // namespace
@@ -117,79 +112,6 @@ std::optional<std::string> TSyntaxTest::NewTypes() {
     return std::nullopt;
   }
   return result ? FromAnsi(result) : "(null)";
-}
-
-std::vector<std::pair<std::string, int>> TSyntaxTest::HelpContexts(const std::string& className) {
-  const HRSRC found = FindResourceA(Library->Module, className.c_str(), "FORM");
-  const std::string layout(
-      static_cast<const char*>(LockResource(LoadResource(Library->Module, found))),
-      SizeofResource(Library->Module, found));
-  std::vector<std::pair<std::string, int>> contexts;
-  // An item begins at the start of a line; what belongs to it is indented.
-  const std::regex item("(?:^|\\n)[a-z-]+ (\\w+)((?:[^\\n]|\\n[ \\t])*)");
-  const std::regex help("\\bhelp (\\d+)");
-  for (std::sregex_iterator at(layout.begin(), layout.end(), item), end; at != end; ++at) {
-    const std::string properties = (*at)[2];
-    std::smatch context;
-    if (std::regex_search(properties, context, help))
-      contexts.emplace_back((*at)[1], std::stoi(context[1]));
-  }
-  return contexts;
-}
-
-void TSyntaxTest::ExpectLayout(TScriptedUser& user, TFormDriver& form, int helpContext,
-                               const std::vector<TLaidOut>& controls) {
-  form.Click("ButtonHelp");
-  const THelpServer::TRequest asked{form.Handle(), HELP_CONTEXT, helpContext, HelpFile};
-  user.WaitUntil("the help request", [&] { return !HelpServer->Requests().empty(); });
-  EXPECT_EQ(HelpServer->Requests().back(), asked);
-
-  const auto contexts = HelpContexts(ClassOf(form.Handle()));
-  for (const TLaidOut& control : controls) {
-    SCOPED_TRACE(control.Name);
-    if (*control.Caption) {
-      EXPECT_EQ(form.Text(control.Name), control.Caption);
-    }
-    if (control.HelpContext) {
-      const std::pair<std::string, int> entry(control.Name, control.HelpContext);
-      EXPECT_EQ(std::ranges::count(contexts, entry), 1);
-    }
-    if (!*control.Hint) continue;
-    // Without a context of its own a control is explained by its tooltip only.
-    if (control.HelpContext)
-      form.AskAbout(control.Name);
-    else
-      form.PointAt(control.Name);
-    std::string hint;
-    user.WaitUntil(std::string("the hint of ") + control.Name,
-                   [&] { return (hint = user.WaitForBubble()) == control.Hint; });
-  }
-  // The last bubble lies over what a click could be meant for.
-  form.Press(VK_ESCAPE);
-}
-
-std::string TSyntaxTest::SpokenName(HWND control) {
-  IAccessible* accessible = nullptr;
-  if (FAILED(AccessibleObjectFromWindow(control, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
-                                        reinterpret_cast<void**>(&accessible))))
-    return "(not accessible)";
-  VARIANT self{};
-  self.vt = VT_I4;
-  BSTR name = nullptr;
-  accessible->get_accName(self, &name);
-  std::string spoken = name ? Utf8(name) : "(no name)";
-  SysFreeString(name);
-  accessible->Release();
-  return spoken;
-}
-
-void TSyntaxTest::Timed(const char* what, const std::function<void()>& act) {
-  constexpr ULONGLONG SlowMs = 10000;
-  const ULONGLONG start = GetTickCount64();
-  act();
-  const ULONGLONG taken = GetTickCount64() - start;
-  std::printf("%s: %d ms\n", what, static_cast<int>(taken));
-  EXPECT_LT(taken, SlowMs) << what;
 }
 
 // ---- interruptions ----

@@ -49,29 +49,7 @@ class TSyntaxTest : public TOutsideTest {
   };
   static const std::vector<TWayOut> WaysOut;
 
-  /// What a dialog's table says of one of its controls; an empty caption or hint is not looked at.
-  struct TLaidOut {
-    const char* Name;
-    const char* Caption;
-    int HelpContext;
-    const char* Hint;
-  };
-  /// Looks at the dialog and cancels it.
-  void ExpectLayout(TScriptedUser& user, TFormDriver& form, int helpContext,
-                    const std::vector<TLaidOut>& controls);
-
-  /// What a screen reader calls the control.
-  static std::string SpokenName(HWND control);
-
-  /// Says how long an act took; fails when that is beyond what a busy machine needs, as it would be
-  /// if every item had all others looked through.
-  static void Timed(const char* what, const std::function<void()>& act);
-
   std::optional<TDatabaseFile> Database;
-
- private:
-  /// Help contexts by control name, as the library's layout resource of that class gives them.
-  std::vector<std::pair<std::string, int>> HelpContexts(const std::string& className);
 };
 
 /// Work on the user-interface thread from a timer, whatever message loop runs there. To be made on
