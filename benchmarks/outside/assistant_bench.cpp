@@ -1,8 +1,10 @@
 // The assistant from the call until it is painted, on a database of 1,000 types, against a bare
-// native dialog with as many controls.
+// native dialog with as many controls; then keys and choices in its dialogs, against the time that
+// they have: a frame of the screen, a tenth of a second.
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 
 #include "bench.h"
 
@@ -11,7 +13,10 @@ namespace {
 constexpr int kRounds = 15;
 constexpr wchar_t kBareClass[] = L"BareDialog";
 
+constexpr int kMembers = 10000, kParameters = 200, kConstants = 5000;
+
 using THelpBox = void(WINAPI*)(const char*, int*, const char**, const char*);
+using TConstantBox = void(WINAPI*)(const char*, const char**);
 
 void WriteDatabase(const std::string& path) {
   std::ofstream file(path, std::ios::binary);
@@ -26,11 +31,19 @@ void WriteDatabase(const std::string& path) {
     }
     file << "</object>\n";
   }
-  file << "<const name=\"Objet\" type=\"Type5\">Un objet.</const>\n</objects>\n";
+  file << "<object name=\"Vaste\">";
+  for (int member = 0; member < kMembers; ++member) file << "<data name=\"M" << member << "\"/>";
+  file << "<method name=\"Appel\">";
+  for (int i = 0; i < kParameters; ++i) file << "<oparam name=\"p" << i << "\"/>";
+  file << "</method></object>\n<list name=\"Constantes\" flag=\"add\">";
+  for (int i = 0; i < kConstants; ++i) file << "<listconst name=\"zefConstante" << i << "\"/>";
+  file << "</list>\n<const name=\"Objet\" type=\"Type5\">Un objet.</const>\n"
+          "<const name=\"V\" type=\"Vaste\"/></objects>\n";
 }
 
 const wchar_t* awaitedClass = nullptr;
 double paintedAt = 0;
+std::function<void(HWND)> whenPainted;  ///< what else is done with the dialog
 
 double Seconds() {
   LARGE_INTEGER count;
@@ -50,6 +63,7 @@ LRESULT CALLBACK WaiterProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
   }
   RedrawWindow(awaited, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   paintedAt = Seconds();
+  if (whenPainted) whenPainted(awaited);
   PostMessageW(awaited, WM_CLOSE, 0, 0);
   return 0;
 }
@@ -113,6 +127,89 @@ void OpenBare() {
   }
 }
 
+/// The form's control of that name.
+HWND ControlOf(HWND form, const wchar_t* name) {
+  struct TSearch {
+    ATOM Name;
+    HWND Found;
+  } search{GlobalFindAtomW(name), nullptr};
+  EnumChildWindows(
+      form,
+      [](HWND child, LPARAM context) -> BOOL {
+        auto& wanted = *reinterpret_cast<TSearch*>(context);
+        if (reinterpret_cast<UINT_PTR>(GetPropW(child, L"ControlName")) == wanted.Name)
+          wanted.Found = child;
+        return !wanted.Found;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  if (!search.Found) Fail("a control is missing");
+  return search.Found;
+}
+
+void Press(HWND control, WPARAM key) {
+  SendMessageW(control, WM_KEYDOWN, key, 0);
+  if (key >= '0' && key <= '9') SendMessageW(control, WM_CHAR, key, 0);
+  SendMessageW(control, WM_KEYUP, key, 0);
+}
+
+/// Until what an act changed is painted.
+double TimeOf(HWND form, const std::function<void()>& act) {
+  return LeastSeconds(kRounds, [&] {
+    act();
+    RedrawWindow(form, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  });
+}
+
+void PrintAgainst(const std::string& subject, double seconds, const char* limit, double most) {
+  PrintRow(subject + "/ours", kRounds, seconds * 1e3, "ms");
+  PrintRow(subject + "/" + limit, 1, most * 1e3, "ms");
+}
+
+void MeasureActs(HWND waiter, THelpBox helpBox, TConstantBox constantBox) {
+  const auto during = [&](const wchar_t* className, const std::function<void()>& call,
+                          const std::function<void(HWND)>& act) {
+    awaitedClass = className;
+    whenPainted = act;
+    PostMessageW(waiter, WM_APP, 0, 0);
+    call();
+    whenPainted = nullptr;
+  };
+  const char* result = nullptr;
+  int cursor = 6;
+  std::string line = "V.Appel 0";
+  for (int i = 1; i < kParameters; ++i) line += ", " + std::to_string(i);
+  during(
+      L"TDlgSyntax", [&] { helpBox(line.c_str(), &cursor, &result, ""); },
+      [](HWND form) {
+        const HWND parameters = ControlOf(form, L"ListParam");
+        SetFocus(parameters);
+        Press(parameters, VK_END);
+        const HWND value = ControlOf(form, L"EditValue"),
+                   expression = ControlOf(form, L"EditLigne");
+        SetFocus(value);
+        PrintAgainst("KeyInValue", TimeOf(form, [&] { Press(value, '7'); }), "frame", 0.016);
+        SetFocus(expression);
+        Press(expression, VK_END);
+        PrintAgainst("KeyInLine", TimeOf(form, [&] { Press(expression, '7'); }), "frame", 0.016);
+      });
+  during(
+      L"TDlgSyntaxConst", [&] { constantBox("", &result); },
+      [](HWND form) {
+        const HWND categories = ControlOf(form, L"BoxCat");
+        const double filled = TimeOf(form, [&] {
+          SendMessageW(categories, CB_SETCURSEL, 0, 0);
+          SendMessageW(form, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(categories), CBN_SELCHANGE),
+                       reinterpret_cast<LPARAM>(categories));
+        });
+        PrintAgainst("ConstantsFilled", filled, "tenth_of_a_second", 0.1);
+        const HWND list = ControlOf(form, L"ListConst");
+        SetFocus(list);
+        Press(list, VK_END);
+        PrintAgainst("ConstantTicked", TimeOf(form, [&] { Press(list, VK_SPACE); }), "frame",
+                     0.016);
+      });
+}
+
 const TBenchGroup group("assistant", [] {
   WriteDatabase(ProgramFolder() + "VBSZEF.XML");
   const HMODULE library = LoadLibraryA((ProgramFolder() + "zefext.dll").c_str());
@@ -142,6 +239,7 @@ const TBenchGroup group("assistant", [] {
   PrintRow("AssistantFirst/ours", 1, (paintedAt - start) * 1e3, "ms");
   const double oursSeconds = LeastToPainted(waiter, L"TDlgSyntax", open);
   PrintRow("AssistantShown/ours", kRounds, oursSeconds * 1e3, "ms");
+  MeasureActs(waiter, helpBox, LibraryFunction<TConstantBox>(library, "VCLSyntaxConstHelpBox"));
   LibraryFunction<void(WINAPI*)()>(library, "VCLFree")();
   DestroyWindow(waiter);
   FreeLibrary(library);
