@@ -45,4 +45,5 @@ target_link_libraries(zefext PRIVATE zefext_objects)
 target_link_options(zefext PRIVATE -Wl,--gc-sections -s -Wl,--enable-stdcall-fixup)
 
 include(cmake/host.cmake)
+include(cmake/sdk.cmake)
 include(cmake/outside_checks.cmake)

@@ -1,21 +1,46 @@
 /* zefext.dll: the dialogs and services that ZEF does not have itself, for hosts in C and C++.
  *
- * Every function uses the standard Windows calling convention (stdcall) and an undecorated name.
- * Texts are zero-terminated and in the host's ANSI code page; positions and lengths count bytes.
- * Null pointers are accepted everywhere: a null in-text reads as empty, a null out-argument is
- * skipped. Texts handed out belong to the library and are never freed by the host. No function
- * raises a C++ exception.
+ * Calling. Every function uses the standard Windows calling convention (stdcall) and an undecorated
+ * name; two use the names of C++ compilers (CreateExampleView). No function raises a C++ exception;
+ * one raises a structured one (VCLStringListGet). zefext_load.h binds all of them at run time.
  *
- * Call everything from the one thread that runs the host's windows. While the library has a window,
- * a call from another thread than the window's is refused: it does nothing and gives what a refused
- * handle or a cancelled dialog would. Once that thread has ended, its windows are forgotten and
- * made anew for the next caller. VCLGetVersion, GetRegConf, SetRegConf and MD5 may be called from
- * any thread. What goes wrong unseen (an error inside the library, a call that was refused) is told
+ * Order. Load; VCLSetMainWindowHandle; VCLSetMainHelpFile; the services, any number of times;
+ * VCLFree while the main window still exists; unload. A host that lets go of the library while one
+ * of its dialogs is on screen unloads it a moment after the dialog has been closed.
+ *
+ * Thread. Call everything from the one thread that runs the host's windows. While the library has a
+ * window, a call from another thread than the window's is refused: it does nothing and gives what a
+ * refused handle or a cancelled dialog would. Once that thread has ended, its windows are forgotten
+ * and made anew for the next caller. VCLGetVersion, GetRegConf, SetRegConf and MD5 may be called
+ * from any thread.
+ *
+ * Texts are zero-terminated and in the process's ANSI code page; positions and lengths count bytes.
+ * Null pointers are accepted everywhere: a null in-text reads as empty, a null out-argument is
+ * skipped. Texts handed out belong to the library and are never freed by the host; copy them, each
+ * function says how long they live.
+ *
+ * Results. Of the dialogs' results only the low byte counts where a function says so; a one-byte
+ * result (unsigned char) leaves the rest of the register undefined.
+ *
+ * Message loop. Windows that the library leaves open (debug window, modeless dialogs, views,
+ * download window) need a loop that translates and dispatches every message of the thread. They see
+ * their own dialog keys before the loop does; accelerators must be kept to the host's own windows.
+ * Modal functions run a loop of their own: timers and messages reach the host's windows meanwhile,
+ * and any function may be called from there. WM_QUIT met there is posted again for the host.
+ *
+ * Syntax database. VBSZEF.XML is looked for beside the file ZEF.EXE, and that where the system looks
+ * for programs: the folder of the running program, the current one, the system's, the PATH's. A
+ * program of another name needs a file ZEF.EXE beside it (an empty one will do). Without the file
+ * the assistant opens with empty lists.
+ *
+ * What goes wrong unseen (an error inside the library, no database, a call that was refused) is told
  * to the debugger's output, one line that begins with "zefext: ".
  *
- * Order of calls: load; VCLSetMainWindowHandle; VCLSetMainHelpFile; the services, any number of
- * times; VCLFree while the main window still exists; unload. A host that lets go of the library
- * while one of its dialogs is on screen unloads it a moment after the dialog has been closed.
+ * Other languages. Visual Basic: declare booleans As Byte, out-texts As Long, and copy them with
+ * lstrlenA and RtlMoveMemory; strings given ByVal As String are converted to the ANSI code page by
+ * the language. Pascal: stdcall; PAnsiChar; Byte for booleans. C#: CharSet.Ansi, CallingConvention
+ * StdCall; IntPtr for handles and out-texts (Marshal.PtrToStringAnsi), byte for booleans; the
+ * thread must be STAThread. In every language: a single-threaded apartment, or none.
  */
 #ifndef ZEFEXT_H
 #define ZEFEXT_H
@@ -28,9 +53,13 @@ extern "C" {
 
 #define ZEFEXT_API WINAPI
 
+/* The interface version that this header describes: 1102 is 11.02. A library whose VCLGetVersion is
+ * lower lacks something of it; a higher one has it all. */
+#define ZEF_VERSION 1102
+
 /* ---- Library ------------------------------------------------------------------------------- */
 
-/* The interface version, 1102. May be called at any time, also first. */
+/* The interface version, to be compared with ZEF_VERSION. May be called at any time, also first. */
 unsigned long ZEFEXT_API VCLGetVersion(void);
 
 /* The host's main window: owner of every window and message box made from then on. Windows made
@@ -83,12 +112,15 @@ struct IUnknown;
 /* An interface of the host's own. */
 struct IExClass1;
 
-/* The two functions below are exported under the decorated names of C++ compilers.
+/* The two functions below are exported under the decorated names of three C++ compilers, so that old
+ * hosts link. C, and whoever binds at run time, takes one of the names in zefext_load.h: the view's
+ * variable is then a ZefDialog*.
  *
  * Makes a view, still hidden, inside a window of the host, and returns its window, or null when it
  * cannot be made. The handle, for the VCLDialog functions, goes into a variable that is declared as
  * an interface pointer but receives none. The view lives until the host destroys the window around
- * it; the handle is stale from then on. A parent that is no window gives a hidden window of its
+ * it; the handle is stale from then on. It keeps the size and places of its own layout whatever the
+ * size of the parent: make the parent as large as the window returned, or let it scroll. A parent that is no window gives a hidden window of its
  * own. A help file that is not null becomes the main one, as by VCLSetMainHelpFile. */
 HWND ZEFEXT_API CreateExampleView(void* parent, const char* const helpFile, IUnknown*& view);
 
@@ -103,7 +135,8 @@ extern "C" {
 
 /* Shows a bubble that belongs to a window of the host: its left top at x, y (pixels of the screen)
  * if it fits on the monitor there, its text wrapped at maxWidth pixels. It takes neither focus nor
- * activation. It stays until the next call replaces it, its window goes, or VCLFree. */
+ * activation. It stays until the next call replaces it, its window goes, or VCLFree: to take it away,
+ * give it a small hidden window of its own and destroy that. */
 void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int maxWidth);
 
 /* Kept for old hosts: leaves the bubble on the screen. */
@@ -127,6 +160,7 @@ void ZEFEXT_API VCLAnsiStringCreate(ZefString* handle);
 /* Gives the destination the source's text. The characters are shared until one side changes. */
 void ZEFEXT_API VCLAnsiStringCopy(ZefString destination, ZefString source);
 
+/* Gives a string back; its handle is refused from then on. */
 void ZEFEXT_API VCLAnsiStringFree(ZefString handle);
 
 /* Copies the text into the string. */
@@ -146,12 +180,14 @@ void ZEFEXT_API VCLAnsiStringConcat(ZefString destination, ZefString source);
 void ZEFEXT_API VCLStringListCreate(ZefStringList* list, unsigned char allowDuplicates,
                                     unsigned char caseSensitive, unsigned char sorted);
 
+/* Gives a list back; its handle is refused from then on. */
 void ZEFEXT_API VCLStringListFree(ZefStringList list);
 
 /* The 0-based index of the line that now holds the text: a new one, or the equal one that was there
  * already. */
 int ZEFEXT_API VCLStringListAdd(ZefStringList list, const char* text);
 
+/* Removes every line. */
 void ZEFEXT_API VCLStringListClear(ZefStringList list);
 
 /* The number of lines. */
@@ -214,7 +250,9 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
  *           the index just after the edited expression
  *   result  receives the rewritten line, or the line unchanged when the user cancelled; never null
  *           afterwards; valid until the next call of this function or VCLSyntaxConstHelpBox
- *   types   comma text of name=type: the variable types declared in the script */
+ *   types   comma text of name=type: the variable types declared in the script
+ * Cancelling leaves the cursor alone, confirming sets it: when both line and cursor come back as they
+ * were, there is nothing to do, whichever it was. */
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
 
@@ -301,7 +339,7 @@ int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialo
  * seconds. While commands 9 and 10 wait, windows are repainted and messages sent by other threads
  * answered; input waits. Commands 2 and 11 return at once, whatever the network does. Should the
  * host free the library under a fetch, it stays in memory. */
-int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, char* text, int* value);
+int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, const char* text, int* value);
 
 #ifdef __cplusplus
 }

@@ -17,9 +17,11 @@ std::optional<TCommandLine> ParseCommandLine(int count, const wchar_t* const* ar
     if (option == L"--script") {
       line.Script = fromZero;
     } else if (option == L"--line") {
-      line.Position.Line = fromZero;
+      if (!line.Position) line.Position.emplace();
+      line.Position->Line = fromZero;
     } else if (option == L"--column") {
-      line.Position.Column = fromZero;
+      if (!line.Position) line.Position.emplace();
+      line.Position->Column = fromZero;
     } else if (option == L"--log") {
       line.LogFile = arguments[i];
     } else {

@@ -9,7 +9,7 @@
 /// Script, line and column count from 1, as the window shows them.
 struct TCommandLine {
   int Script = 0;  ///< counts from 0 here
-  TScriptEditor::TPosition Position;
+  std::optional<TScriptEditor::TPosition> Position;  ///< nothing: where the macro says
   bool Assist = false;  ///< open the assistant at that place
   std::wstring LogFile;
 };

@@ -1,7 +1,5 @@
 #include "library.h"
 
-#include <cstring>
-
 #include "ansi.h"
 
 namespace {
@@ -28,60 +26,47 @@ class TRunning {
 
 }  // namespace
 
-bool TLibrary::Load(const std::wstring& file, HWND mainWindow, const std::string& helpFile) {
-  FModule = LoadLibraryW(file.c_str());
-  if (!FModule) return false;
-  for (TImport* import : FImports) {
-    import->Address = reinterpret_cast<void*>(GetProcAddress(FModule, import->Name));
+std::string TLibrary::Load(const std::wstring& file, HWND mainWindow,
+                           const std::string& helpFile) {
+  const HMODULE module = LoadLibraryW(file.c_str());
+  if (!module) return "zefext.dll";
+  if (const char* missing = ZefExtBind(&FZef, module)) {
+    FZef = {};
+    FreeLibrary(module);
+    return missing;
   }
   Version();
-  if (FSetMainWindow.Address) {
-    FSetMainWindow(mainWindow);
-    FLog.Add(L"VCLSetMainWindowHandle(" + Number(mainWindow) + L")");
-  }
-  if (FSetMainHelpFile.Address) {
-    FSetMainHelpFile(helpFile.c_str());
-    FLog.Add(L"VCLSetMainHelpFile(" + Quoted(helpFile) + L")");
-  }
-  return true;
+  FZef.VCLSetMainWindowHandle(mainWindow);
+  FLog.Add(L"VCLSetMainWindowHandle(" + Number(mainWindow) + L")");
+  FZef.VCLSetMainHelpFile(helpFile.c_str());
+  FLog.Add(L"VCLSetMainHelpFile(" + Quoted(helpFile) + L")");
+  return {};
 }
 
 void TLibrary::Unload() {
-  if (!FModule) return;
-  if (FFree.Address) {
-    FFree();
-    FLog.Add(L"VCLFree()");
-  }
-  for (TImport* import : FImports) import->Address = nullptr;
-  FreeLibrary(FModule);
-  FModule = nullptr;
-}
-
-bool TLibrary::Has(const char* name) const {
-  for (const TImport* import : FImports) {
-    if (std::strcmp(import->Name, name) == 0) return import->Address != nullptr;
-  }
-  return false;
+  if (!Loaded()) return;
+  FLog.Add(L"VCLFree()");
+  ZefExtUnload(&FZef);
 }
 
 unsigned long TLibrary::Version() {
-  if (!FGetVersion.Address) return 0;
-  const unsigned long version = FGetVersion();
+  if (!Loaded()) return 0;
+  const unsigned long version = FZef.VCLGetVersion();
   FLog.Add(L"VCLGetVersion() = " + std::to_wstring(version));
   return version;
 }
 
 bool TLibrary::IsMethod(const std::string& word) {
-  if (!FIsMethod.Address) return false;
-  const int answer = FIsMethod(word.c_str());
+  if (!Loaded()) return false;
+  const int answer = FZef.VCLSyntaxIsMethod(word.c_str());
   FLog.Add(L"VCLSyntaxIsMethod(" + Quoted(word) + L") = " + std::to_wstring(answer),
            TCallLog::TDetail::Colouring);
   return answer != 0;
 }
 
 bool TLibrary::IsConstant(const std::string& word) {
-  if (!FIsConstant.Address) return false;
-  const int answer = FIsConstant(word.c_str());
+  if (!Loaded()) return false;
+  const int answer = FZef.VCLSyntaxIsConstant(word.c_str());
   FLog.Add(L"VCLSyntaxIsConstant(" + Quoted(word) + L") = " + std::to_wstring(answer),
            TCallLog::TDetail::Colouring);
   return answer != 0;
@@ -89,11 +74,11 @@ bool TLibrary::IsConstant(const std::string& word) {
 
 std::string TLibrary::SyntaxHelpBox(const std::string& line, int& cursor,
                                     const std::string& types) {
-  if (!FHelpBox.Address) return line;
+  if (!Loaded()) return line;
   const TRunning running(FRunning);
   const int before = cursor;
   const char* result = nullptr;
-  FHelpBox(line.c_str(), &cursor, &result, types.c_str());
+  FZef.VCLSyntaxHelpBox(line.c_str(), &cursor, &result, types.c_str());
   const std::string rewritten = Copied(result);
   FLog.Add(L"VCLSyntaxHelpBox(" + Quoted(line) + L", " + std::to_wstring(before) + L", " +
            Quoted(types) + L") = " + Quoted(rewritten) + L", " + std::to_wstring(cursor));
@@ -101,29 +86,29 @@ std::string TLibrary::SyntaxHelpBox(const std::string& line, int& cursor,
 }
 
 std::string TLibrary::SyntaxConstHelpBox(const std::string& text) {
-  if (!FConstHelpBox.Address) return text;
+  if (!Loaded()) return text;
   const TRunning running(FRunning);
   const char* result = nullptr;
-  FConstHelpBox(text.c_str(), &result);
+  FZef.VCLSyntaxConstHelpBox(text.c_str(), &result);
   const std::string value = Copied(result);
   FLog.Add(L"VCLSyntaxConstHelpBox(" + Quoted(text) + L") = " + Quoted(value));
   return value;
 }
 
 std::string TLibrary::SyntaxTypesBox(const std::string& types) {
-  if (!FTypesBox.Address) return types;
+  if (!Loaded()) return types;
   const TRunning running(FRunning);
   const char* result = nullptr;
-  FTypesBox(types.c_str(), &result);
+  FZef.VCLSyntaxTypesBox(types.c_str(), &result);
   const std::string edited = Copied(result);
   FLog.Add(L"VCLSyntaxTypesBox(" + Quoted(types) + L") = " + Quoted(edited));
   return edited;
 }
 
 std::optional<std::string> TLibrary::SyntaxNewTypes() {
-  if (!FGetNewTypes.Address) return std::nullopt;
+  if (!Loaded()) return std::nullopt;
   const char* result = nullptr;
-  const bool changed = FGetNewTypes(&result) != 0;
+  const bool changed = FZef.VCLSyntaxGetNewTypes(&result) != 0;
   const std::string types = Copied(result);
   FLog.Add(L"VCLSyntaxGetNewTypes() = " + std::to_wstring(changed) + L", " + Quoted(types));
   if (!changed) return std::nullopt;
@@ -131,62 +116,59 @@ std::optional<std::string> TLibrary::SyntaxNewTypes() {
 }
 
 bool TLibrary::InvokeModalDialog() {
-  if (!FInvokeModal.Address) return false;
+  if (!Loaded()) return false;
   const TRunning running(FRunning);
   // The library defines the low byte only.
-  const int result = FInvokeModal(nullptr) & 0xFF;
+  const int result = FZef.VCLInvokeModalDialog(nullptr) & 0xFF;
   FLog.Add(L"VCLInvokeModalDialog(null) = " + std::to_wstring(result));
   return result != 0;
 }
 
 ZefDialog TLibrary::OpenDialog(HWND parent) {
-  if (!FInvokeNonModal.Address) return nullptr;
+  if (!Loaded()) return nullptr;
   ZefDialog dialog = nullptr;
-  FInvokeNonModal(parent, nullptr, &dialog);
+  FZef.VCLInvokeNonModalDialog(parent, nullptr, &dialog);
   FLog.Add(L"VCLInvokeNonModalDialog(" + Number(parent) + L", null) = " + Number(dialog));
   return dialog;
 }
 
 void TLibrary::FreeDialog(ZefDialog dialog) {
-  if (!FFreeNonModal.Address) return;
-  const int result = FFreeNonModal(dialog) & 0xFF;
+  if (!Loaded()) return;
+  const int result = FZef.VCLFreeNonModalDialog(dialog) & 0xFF;
   FLog.Add(L"VCLFreeNonModalDialog(" + Number(dialog) + L") = " + std::to_wstring(result));
 }
 
 HWND TLibrary::CreateView(HWND parent, ZefDialog& view) {
   view = nullptr;
-  if (!FCreateView.Address) return nullptr;
-  // Declared as an interface, received as a handle.
-  IUnknown* made = nullptr;
-  const HWND window = FCreateView(parent, nullptr, made);
-  view = reinterpret_cast<ZefDialog>(made);
+  if (!Loaded()) return nullptr;
+  const HWND window = FZef.CreateExampleView(parent, nullptr, &view);
   FLog.Add(L"CreateExampleView(" + Number(parent) + L", null) = " + Number(window) + L", " +
            Number(view));
   return window;
 }
 
 void TLibrary::GiveToView(ZefDialog view, IExClass1* services) {
-  if (!FGiveToView.Address) return;
-  FGiveToView(services, view);
+  if (!Loaded()) return;
+  FZef.VCLExDlgDlwdGive(services, view);
   FLog.Add(L"VCLExDlgDlwdGive(" + Number(services) + L", " + Number(view) + L")");
 }
 
 void TLibrary::ShowView(ZefDialog view) {
-  if (!FDialogShow.Address) return;
-  FDialogShow(view);
+  if (!Loaded()) return;
+  FZef.VCLDialogShow(view);
   FLog.Add(L"VCLDialogShow(" + Number(view) + L")");
 }
 
 bool TLibrary::ViewChanged(ZefDialog view) {
-  if (!FHasChanged.Address) return false;
-  const int changed = FHasChanged(view);
+  if (!Loaded()) return false;
+  const int changed = FZef.VCLDialogHasChanged(view);
   FLog.Add(L"VCLDialogHasChanged(" + Number(view) + L") = " + std::to_wstring(changed));
   return changed != 0;
 }
 
 void TLibrary::ClearViewChanged(ZefDialog view) {
-  if (!FClearHasChanged.Address) return;
-  FClearHasChanged(view);
+  if (!Loaded()) return;
+  FZef.VCLDialogClearHasChanged(view);
   FLog.Add(L"VCLDialogClearHasChanged(" + Number(view) + L")");
 }
 
@@ -196,10 +178,10 @@ void TLibrary::Prepared(const std::wstring& call) {
 
 ZefStringList TLibrary::NewList(const std::vector<std::string>& lines) {
   ZefStringList list = nullptr;
-  FListCreate(&list, false, false, false);
+  FZef.VCLStringListCreate(&list, false, false, false);
   Prepared(L"VCLStringListCreate(0, 0, 0) = " + Number(list));
   for (const std::string& line : lines) {
-    const int index = FListAdd(list, line.c_str());
+    const int index = FZef.VCLStringListAdd(list, line.c_str());
     Prepared(L"VCLStringListAdd(" + Number(list) + L", " + Quoted(line) + L") = " +
              std::to_wstring(index));
   }
@@ -207,32 +189,32 @@ ZefStringList TLibrary::NewList(const std::vector<std::string>& lines) {
 }
 
 void TLibrary::FreeList(ZefStringList list) {
-  FListFree(list);
+  FZef.VCLStringListFree(list);
   Prepared(L"VCLStringListFree(" + Number(list) + L")");
 }
 
 std::optional<std::string> TLibrary::SelectTypOp(const std::vector<std::string>& types,
                                                  const std::vector<std::string>& cards,
                                                  const std::string& selection) {
-  if (!FSelectTypOp.Address) return std::nullopt;
+  if (!Loaded()) return std::nullopt;
   const TRunning running(FRunning);
   const ZefStringList typeList = NewList(types);
   const ZefStringList cardList = NewList(cards);
   ZefString choice = nullptr;
-  FStringCreate(&choice);
+  FZef.VCLAnsiStringCreate(&choice);
   Prepared(L"VCLAnsiStringCreate() = " + Number(choice));
-  FStringSet(choice, selection.c_str());
+  FZef.VCLAnsiStringSet(choice, selection.c_str());
   Prepared(L"VCLAnsiStringSet(" + Number(choice) + L", " + Quoted(selection) + L")");
 
-  const bool confirmed = FSelectTypOp(typeList, cardList, choice) != 0;
+  const bool confirmed = FZef.VCLSelectTypOp(typeList, cardList, choice) != 0;
   FLog.Add(L"VCLSelectTypOp(" + Number(typeList) + L", " + Number(cardList) + L", " +
            Number(choice) + L") = " + std::to_wstring(confirmed));
 
   const char* text = nullptr;
-  FStringGet(choice, &text);
+  FZef.VCLAnsiStringGet(choice, &text);
   const std::string chosen = Copied(text);
   FLog.Add(L"VCLAnsiStringGet(" + Number(choice) + L") = " + Quoted(chosen));
-  FStringFree(choice);
+  FZef.VCLAnsiStringFree(choice);
   Prepared(L"VCLAnsiStringFree(" + Number(choice) + L")");
   FreeList(cardList);
   FreeList(typeList);
@@ -241,24 +223,24 @@ std::optional<std::string> TLibrary::SelectTypOp(const std::vector<std::string>&
 }
 
 std::string TLibrary::Setting(const std::string& name) {
-  if (!FGetRegConf.Address) return {};
+  if (!Loaded()) return {};
   char value[255];
-  const long error = FGetRegConf(value, sizeof value, name.c_str(), true);
+  const long error = FZef.GetRegConf(value, sizeof value, name.c_str(), true);
   FLog.Add(L"GetRegConf(" + Quoted(name) + L", 1) = " + std::to_wstring(error) +
            (error == 0 ? L", " + Quoted(value) : std::wstring()));
   return error == 0 ? value : "";
 }
 
 void TLibrary::KeepSetting(const std::string& name, const std::string& value) {
-  if (!FSetRegConf.Address) return;
-  const long error = FSetRegConf(name.c_str(), value.c_str(), true);
+  if (!Loaded()) return;
+  const long error = FZef.SetRegConf(name.c_str(), value.c_str(), true);
   FLog.Add(L"SetRegConf(" + Quoted(name) + L", " + Quoted(value) + L", 1) = " +
            std::to_wstring(error));
 }
 
 void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth) {
-  if (!FShowHint.Address) return;
-  FShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y), maxWidth);
+  if (!Loaded()) return;
+  FZef.VCLShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y), maxWidth);
   FLog.Add(L"VCLShowHint(" + Number(owner) + L", " + Quoted(text) + L", " +
                std::to_wstring(place.x) + L", " + std::to_wstring(place.y) + L", " +
                std::to_wstring(maxWidth) + L")",
@@ -266,14 +248,14 @@ void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int ma
 }
 
 void TLibrary::ShowDebugText(const std::string& text) {
-  if (FShowDebugText.Address) FShowDebugText(text.c_str());
+  if (Loaded()) FZef.VCLShowDebugText(text.c_str());
 }
 
 TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
-  if (!FSelectDirList.Address) return {};
+  if (!Loaded()) return {};
   const TRunning running(FRunning);
   unsigned char cancelled = 0;
-  const bool changed = FSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
+  const bool changed = FZef.VCLSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
   FLog.Add(L"VCLSelectDirList(\"\", " + std::to_wstring(showList) + L") = " +
            std::to_wstring(changed) + L", " + std::to_wstring(cancelled));
   return {changed, cancelled != 0};
@@ -281,9 +263,9 @@ TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
 
 int TLibrary::AskForDownload(const std::string& current, const std::string& offered,
                              const std::string& information) {
-  if (!FAskForDownload.Address) return 0;
+  if (!Loaded()) return 0;
   const TRunning running(FRunning);
-  const int answer = FAskForDownload(current.c_str(), offered.c_str(), information.c_str());
+  const int answer = FZef.VCLAskForDownload(current.c_str(), offered.c_str(), information.c_str());
   FLog.Add(L"VCLAskForDownload(" + Quoted(current) + L", " + Quoted(offered) + L", " +
            Quoted(information) + L") = " + std::to_wstring(answer));
   return answer;
@@ -291,16 +273,15 @@ int TLibrary::AskForDownload(const std::string& current, const std::string& offe
 
 ZefDialog TLibrary::NewUrl() {
   ZefDialog dialog = nullptr;
-  if (!FNewUrl.Address) return dialog;
-  const int made = FNewUrl(nullptr, nullptr, &dialog);
+  if (!Loaded()) return dialog;
+  const int made = FZef.VCLNewURL(nullptr, nullptr, &dialog);
   FLog.Add(L"VCLNewURL() = " + std::to_wstring(made));
   return dialog;
 }
 
 bool TLibrary::CmdUrl(ZefDialog dialog, signed char command, const std::string& text, int* value) {
-  if (!FCmdUrl.Address) return false;
-  std::string argument = text;
-  const int done = FCmdUrl(dialog, command, text.empty() ? nullptr : argument.data(), value);
+  if (!Loaded()) return false;
+  const int done = FZef.VCLCmdURL(dialog, command, text.empty() ? nullptr : text.c_str(), value);
   // Polled all the time, the status of a running download would bury the other calls.
   const bool polled = value && *value == 0;
   FLog.Add(L"VCLCmdURL(" + std::to_wstring(command) + L", " + Quoted(text) + L") = " +
@@ -310,9 +291,9 @@ bool TLibrary::CmdUrl(ZefDialog dialog, signed char command, const std::string& 
 }
 
 std::string TLibrary::Md5(const std::string& text) {
-  if (!FMd5.Address) return {};
+  if (!Loaded()) return {};
   char digest[33] = "";
-  FMd5(digest, text.c_str());
+  FZef.MD5(digest, text.c_str());
   FLog.Add(L"MD5(" + std::to_wstring(text.size()) + L" octets) = " + ToWide(digest));
   return digest;
 }

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "call_log.h"
-#include "zefext.h"
+#include "zefext_load.h"
 
 /// zefext.dll, loaded by name so that the program also runs without it. Texts are ANSI.
 class TLibrary {
@@ -18,14 +18,14 @@ class TLibrary {
   TLibrary(const TLibrary&) = delete;
   TLibrary& operator=(const TLibrary&) = delete;
 
-  /// Loads the library and gives it its owner window and help file. False when it is not there.
-  bool Load(const std::wstring& file, HWND mainWindow, const std::string& helpFile);
+  /// Loads the library and gives it its owner window and help file. The result names what is
+  /// missing, the file or one of its functions; it is empty when all is there.
+  std::string Load(const std::wstring& file, HWND mainWindow, const std::string& helpFile);
   /// Call while the main window exists: the library's own windows belong to it.
   void Unload();
 
-  bool Loaded() const { return FModule != nullptr; }
-  /// Whether this zefext.dll has the export; a service that it has not does nothing.
-  bool Has(const char* name) const;
+  /// While it is not, the services do nothing.
+  bool Loaded() const { return FZef.Module != nullptr; }
   /// Whether one of its dialogs is open; the library must not be unloaded then.
   bool Busy() const { return FRunning > 0; }
 
@@ -83,76 +83,11 @@ class TLibrary {
   std::string Md5(const std::string& text);
 
  private:
-  struct TImport {
-    const char* Name;
-    void* Address = nullptr;
-  };
-  template <class TFunction>
-  struct TFunctionImport : TImport {
-    template <class... TArguments>
-    auto operator()(TArguments&&... arguments) const {
-      return reinterpret_cast<TFunction>(Address)(std::forward<TArguments>(arguments)...);
-    }
-  };
-
-  TFunctionImport<decltype(&VCLGetVersion)> FGetVersion{{"VCLGetVersion"}};
-  TFunctionImport<decltype(&VCLSetMainWindowHandle)> FSetMainWindow{{"VCLSetMainWindowHandle"}};
-  TFunctionImport<decltype(&VCLSetMainHelpFile)> FSetMainHelpFile{{"VCLSetMainHelpFile"}};
-  TFunctionImport<decltype(&VCLFree)> FFree{{"VCLFree"}};
-  TFunctionImport<decltype(&VCLSyntaxIsMethod)> FIsMethod{{"VCLSyntaxIsMethod"}};
-  TFunctionImport<decltype(&VCLSyntaxIsConstant)> FIsConstant{{"VCLSyntaxIsConstant"}};
-  TFunctionImport<decltype(&VCLSyntaxHelpBox)> FHelpBox{{"VCLSyntaxHelpBox"}};
-  TFunctionImport<void(ZEFEXT_API*)(const char* text, const char** result)> FConstHelpBox{
-      {"VCLSyntaxConstHelpBox"}};
-  TFunctionImport<void(ZEFEXT_API*)(const char* types, const char** result)> FTypesBox{
-      {"VCLSyntaxTypesBox"}};
-  TFunctionImport<unsigned char(ZEFEXT_API*)(const char** types)> FGetNewTypes{
-      {"VCLSyntaxGetNewTypes"}};
-  TFunctionImport<decltype(&VCLSelectDirList)> FSelectDirList{{"VCLSelectDirList"}};
-
-  TFunctionImport<decltype(&VCLInvokeModalDialog)> FInvokeModal{{"VCLInvokeModalDialog"}};
-  TFunctionImport<decltype(&VCLInvokeNonModalDialog)> FInvokeNonModal{{"VCLInvokeNonModalDialog"}};
-  TFunctionImport<decltype(&VCLFreeNonModalDialog)> FFreeNonModal{{"VCLFreeNonModalDialog"}};
-  TFunctionImport<decltype(&VCLDialogShow)> FDialogShow{{"VCLDialogShow"}};
-  TFunctionImport<decltype(&VCLDialogHasChanged)> FHasChanged{{"VCLDialogHasChanged"}};
-  TFunctionImport<decltype(&VCLDialogClearHasChanged)> FClearHasChanged{
-      {"VCLDialogClearHasChanged"}};
-  // Exported as C++ compilers decorate them; these are the names that this one gives them.
-  TFunctionImport<decltype(&CreateExampleView)> FCreateView{
-      {"_Z17CreateExampleViewPvPKcRP8IUnknown@12"}};
-  TFunctionImport<decltype(&VCLExDlgDlwdGive)> FGiveToView{{"_Z16VCLExDlgDlwdGiveP9IExClass1Pv@8"}};
-  TFunctionImport<decltype(&VCLShowHint)> FShowHint{{"VCLShowHint"}};
-  TFunctionImport<decltype(&VCLShowDebugText)> FShowDebugText{{"VCLShowDebugText"}};
-
-  TFunctionImport<decltype(&VCLAnsiStringCreate)> FStringCreate{{"VCLAnsiStringCreate"}};
-  TFunctionImport<decltype(&VCLAnsiStringSet)> FStringSet{{"VCLAnsiStringSet"}};
-  TFunctionImport<decltype(&VCLAnsiStringGet)> FStringGet{{"VCLAnsiStringGet"}};
-  TFunctionImport<decltype(&VCLAnsiStringFree)> FStringFree{{"VCLAnsiStringFree"}};
-  TFunctionImport<decltype(&VCLStringListCreate)> FListCreate{{"VCLStringListCreate"}};
-  TFunctionImport<decltype(&VCLStringListAdd)> FListAdd{{"VCLStringListAdd"}};
-  TFunctionImport<decltype(&VCLStringListFree)> FListFree{{"VCLStringListFree"}};
-  TFunctionImport<decltype(&VCLSelectTypOp)> FSelectTypOp{{"VCLSelectTypOp"}};
-  TFunctionImport<decltype(&GetRegConf)> FGetRegConf{{"GetRegConf"}};
-  TFunctionImport<decltype(&SetRegConf)> FSetRegConf{{"SetRegConf"}};
-  TFunctionImport<decltype(&VCLAskForDownload)> FAskForDownload{{"VCLAskForDownload"}};
-  TFunctionImport<decltype(&VCLNewURL)> FNewUrl{{"VCLNewURL"}};
-  TFunctionImport<decltype(&VCLCmdURL)> FCmdUrl{{"VCLCmdURL"}};
-  TFunctionImport<decltype(&MD5)> FMd5{{"MD5"}};
-
   ZefStringList NewList(const std::vector<std::string>& lines);
   void FreeList(ZefStringList list);
   void Prepared(const std::wstring& call);
 
-  TImport* const FImports[35] = {
-      &FGetVersion,      &FSetMainWindow,  &FSetMainHelpFile, &FFree,       &FIsMethod,
-      &FIsConstant,      &FHelpBox,        &FConstHelpBox,    &FTypesBox,   &FGetNewTypes,
-      &FInvokeModal,     &FInvokeNonModal, &FFreeNonModal,    &FDialogShow, &FHasChanged,
-      &FClearHasChanged, &FCreateView,     &FGiveToView,      &FShowHint,   &FShowDebugText,
-      &FStringCreate,    &FStringSet,      &FStringGet,       &FStringFree, &FListCreate,
-      &FListAdd,         &FListFree,       &FSelectTypOp,     &FGetRegConf, &FSetRegConf,
-      &FSelectDirList,   &FAskForDownload, &FNewUrl,          &FCmdUrl,     &FMd5};
-
   TCallLog& FLog;
-  HMODULE FModule = nullptr;
+  ZefExt FZef{};
   int FRunning = 0;
 };

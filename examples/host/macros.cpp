@@ -1,5 +1,6 @@
 #include "macros.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -25,12 +26,23 @@ std::optional<int> TypesLine(const TScriptEditor& editor) {
   return std::nullopt;
 }
 
+/// The cursor stands in a call, so that the assistant has something to show from the start.
+TMacro Macro(const wchar_t* title, int id, std::wstring_view call) {
+  TMacro macro{title, ReadMacro(id), {}};
+  const std::size_t place = macro.Text.find(call);
+  if (place == std::wstring::npos) return macro;
+  const std::wstring_view before(macro.Text.data(), place);
+  const std::size_t lineStart = before.rfind(L'\n') + 1;  // 0 in the first line
+  macro.Position = {static_cast<int>(std::ranges::count(before, L'\n')),
+                    static_cast<int>(place - lineStart)};
+  return macro;
+}
+
 }  // namespace
 
 std::vector<TMacro> LoadMacros() {
-  return {{L"Épargne du mois", ReadMacro(1), {}},
-          {L"Alerte budget", ReadMacro(2), {}},
-          {L"Dépenses par tiers", ReadMacro(3), {}}};
+  return {Macro(L"Épargne du mois", 1, L"Comptes.Item(\"Compte courant\")"),
+          Macro(L"Alerte budget", 2, L"Afficher"), Macro(L"Dépenses par tiers", 3, L"Trier ")};
 }
 
 std::wstring DeclaredTypes(const TScriptEditor& editor) {

@@ -8,14 +8,14 @@
 
 #include "ansi.h"
 #include "commands.h"
+#include "first_start.h"
 #include "window_place.h"
 
-// A command whose export the library lacks is greyed; a service that arrives takes one line here.
 struct TMainWindow::TCommand {
   int Id;  ///< 0 for a separator
   const wchar_t* Text;
   void (TMainWindow::*Run)();
-  const char* Export;  ///< null when the command needs no library
+  bool OfLibrary;  ///< greyed without the library
 };
 
 struct TMainWindow::TMenu {
@@ -25,27 +25,25 @@ struct TMainWindow::TMenu {
 
 const TMainWindow::TMenu TMainWindow::Menus[5] = {
     {L"&Fichier",
-     {{IDM_DIRECTORIES, L"&Répertoire des comptes…\tF4", &TMainWindow::RunDirectories,
-       "VCLSelectDirList"},
-      {0, nullptr, nullptr, nullptr},
-      {IDM_QUIT, L"&Quitter\tAlt+F4", &TMainWindow::Quit, nullptr}}},
+     {{IDM_DIRECTORIES, L"&Répertoire des comptes…\tF4", &TMainWindow::RunDirectories, true},
+      {0, nullptr, nullptr, false},
+      {IDM_QUIT, L"&Quitter\tAlt+F4", &TMainWindow::Quit, false}}},
     {L"&Macro",
-     {{IDM_ASSISTANT, L"&Assistant objet…\tF1", &TMainWindow::RunAssistant, "VCLSyntaxHelpBox"},
-      {IDM_CONSTANTS, L"&Constantes…\tF2", &TMainWindow::RunConstants, "VCLSyntaxConstHelpBox"},
-      {IDM_TYPES, L"&Types des variables…\tF3", &TMainWindow::RunTypes, "VCLSyntaxTypesBox"}}},
+     {{IDM_ASSISTANT, L"&Assistant objet…\tF1", &TMainWindow::RunAssistant, true},
+      {IDM_CONSTANTS, L"&Constantes…\tF2", &TMainWindow::RunConstants, true},
+      {IDM_TYPES, L"&Types des variables…\tF3", &TMainWindow::RunTypes, true}}},
     {L"&Boîtes",
-     {{IDM_MODAL, L"Boîte &modale…", &TMainWindow::RunModalDialog, "VCLInvokeModalDialog"},
-      {IDM_MODELESS, L"Boîte &non modale", &TMainWindow::OpenDialog, "VCLInvokeNonModalDialog"},
-      {IDM_VIEW, L"&Vue incorporée", &TMainWindow::OpenView, "VCLDialogShow"}}},
+     {{IDM_MODAL, L"Boîte &modale…", &TMainWindow::RunModalDialog, true},
+      {IDM_MODELESS, L"Boîte &non modale", &TMainWindow::OpenDialog, true},
+      {IDM_VIEW, L"&Vue incorporée", &TMainWindow::OpenView, true}}},
     {L"&Outils",
-     {{IDM_FILTER, L"&Filtrer par type d'opération…", &TMainWindow::FilterEntries,
-       "VCLSelectTypOp"},
-      {IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, "VCLShowDebugText"},
-      {IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, nullptr}}},
+     {{IDM_FILTER, L"&Filtrer par type d'opération…", &TMainWindow::FilterEntries, true},
+      {IDM_TRACE, L"&Tracer les appels", &TMainWindow::SwitchTrace, true},
+      {IDM_CLEAR_LOG, L"&Vider la liste des appels", &TMainWindow::ClearLog, false}}},
     {L"&Aide",
-     {{IDM_UPDATE, L"&Rechercher une mise à jour", &TMainWindow::CheckForUpdate,
-       "VCLAskForDownload"},
-      {IDM_ABOUT, L"À &propos de ZEF…", &TMainWindow::ShowAbout, nullptr}}},
+     {{IDM_FIRST_STEPS, L"&Premiers pas…", &TMainWindow::ShowFirstSteps, false},
+      {IDM_UPDATE, L"&Rechercher une mise à jour", &TMainWindow::CheckForUpdate, true},
+      {IDM_ABOUT, L"À &propos de ZEF…", &TMainWindow::ShowAbout, false}}},
 };
 
 namespace {
@@ -95,10 +93,13 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
     return false;
   }
   const int macro = std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1);
-  FMacros[static_cast<std::size_t>(macro)].Position = commandLine.Position;
+  if (commandLine.Position) {
+    FMacros[static_cast<std::size_t>(macro)].Position = *commandLine.Position;
+  }
   ShowMacro(macro);
   ShowWindow(FHandle, PutBackPlace(FLibrary, FHandle, show));
   SetFocus(FEditor.Handle());
+  BringOwnDirectory(FLibrary, BesideProgram(L"Comptes"));
   OpenDirectory(false);
   if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
   return true;
@@ -167,13 +168,10 @@ void TMainWindow::CreateMenus() {
 
 void TMainWindow::LoadLibraryBesideProgram() {
   const std::string helpFile = ToAnsi(BesideProgram(L"ZEF.HLP")).value_or("ZEF.HLP");
-  if (FLibrary.Load(BesideProgram(L"zefext.dll"), FHandle, helpFile)) {
-    Tell(L"Prêt");
-  } else {
-    Tell(
-        L"zefext.dll est introuvable : l'assistant et la couleur des mots ne sont pas "
-        L"disponibles.");
-  }
+  const std::string missing = FLibrary.Load(BesideProgram(L"zefext.dll"), FHandle, helpFile);
+  Tell(missing.empty() ? L"Prêt"
+                       : ToWide(missing) + L" est introuvable : l'assistant et la couleur des "
+                                           L"mots ne sont pas disponibles.");
 }
 
 void TMainWindow::Arrange() {
@@ -234,7 +232,7 @@ void TMainWindow::Tell(const std::wstring& message) {
 }
 
 bool TMainWindow::Available(const TCommand& command) const {
-  return !command.Export || FLibrary.Has(command.Export);
+  return !command.OfLibrary || FLibrary.Loaded();
 }
 
 void TMainWindow::RunCommand(int id) {
@@ -369,9 +367,23 @@ void TMainWindow::FollowUpdate() {
   Tell(FUpdate.Finish());
 }
 
+void TMainWindow::ShowFirstSteps() {
+  MessageBoxW(FHandle,
+              L"Le curseur est sur un appel de la macro :\n\n"
+              L"F1   l'assistant montre l'objet, ses membres et leurs paramètres ; changez une "
+              L"valeur, puis OK réécrit la ligne\n"
+              L"F2   les constantes, sur un mot comme vbYesNo\n"
+              L"F3   les types des variables de la macro\n"
+              L"F4   les répertoires des comptes\n\n"
+              L"Laissez la souris sur un mot coloré : une bulle l'explique.\n"
+              L"Menu Outils : le filtre des écritures et la trace des appels.\n"
+              L"En bas de la fenêtre : chaque appel fait à zefext.dll.",
+              L"Premiers pas", MB_OK | MB_ICONINFORMATION);
+}
+
 void TMainWindow::ShowAbout() {
   std::wstring text = L"ZEF, programme d'exemple de zefext.dll.\n\n";
-  if (FLibrary.Has("VCLGetVersion")) {
+  if (FLibrary.Loaded()) {
     text += L"Version de l'interface : " + std::to_wstring(FLibrary.Version());
   } else {
     text += L"zefext.dll n'est pas chargée.";

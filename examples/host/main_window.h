@@ -66,6 +66,7 @@ class TMainWindow {
   void ClearLog();
   void CheckForUpdate();
   void FollowUpdate();
+  void ShowFirstSteps();
   void ShowAbout();
 
   std::string AnsiTypes() const;

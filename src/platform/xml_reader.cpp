@@ -126,7 +126,10 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
   HRESULT WINAPI startEntity(const wchar_t*, int) override { return S_OK; }
   HRESULT WINAPI endEntity(const wchar_t*, int) override { return S_OK; }
 
-  HRESULT WINAPI putDocumentLocator(ISAXLocator*) override { return S_OK; }
+  HRESULT WINAPI putDocumentLocator(ISAXLocator* locator) override {
+    FLocator = locator;
+    return S_OK;
+  }
   HRESULT WINAPI startDocument() override { return S_OK; }
   HRESULT WINAPI endDocument() override { return S_OK; }
   HRESULT WINAPI startPrefixMapping(const wchar_t*, int, const wchar_t*, int) override {
@@ -149,6 +152,11 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
       FFailure = std::current_exception();
       return E_ABORT;
     }
+  }
+
+  void TellLine() {
+    int line = 0;
+    if (FLocator && SUCCEEDED(FLocator->getLineNumber(&line))) FSink.AtLine(line);
   }
 
   HRESULT PassOther() {
@@ -187,6 +195,7 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
     FAttributes.clear();
     for (std::size_t i = 1; i + 1 < FEnds.size(); i += 2)
       FAttributes.emplace_back(part(i), part(i + 1));
+    TellLine();
     FSink.StartElement(part(0), FAttributes);
     return S_OK;
   }
@@ -204,6 +213,7 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
   }
 
   TXmlSink& FSink;
+  ISAXLocator* FLocator = nullptr;  ///< the component's, there while it reads
   std::exception_ptr FFailure;
   std::wstring FWide;
   std::string FAnsi;

@@ -12,6 +12,8 @@ class TXmlSink {
   using TAttribute = std::pair<std::string_view, std::string_view>;  ///< name, value
 
   virtual ~TXmlSink() = default;
+  /// The line, from 1, of the end of the tag whose element comes next.
+  virtual void AtLine(int /*line*/) {}
   virtual void StartElement(std::string_view name, std::span<const TAttribute> attributes) = 0;
   virtual void EndElement() = 0;
   /// A whole text node; character references are resolved.

@@ -67,11 +67,11 @@ int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialo
   });
 }
 
-int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, char* text, int* value) {
+int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, const char* text, int* value) {
   return Exported(0, [&] {
     TDlgDwnld* const found = FindDownload(dialog);
     if (!found || !CommandAccepted(command, value != nullptr)) return 0;
-    Perform(*found, static_cast<TDownloadCommand>(command), text, value);
+    Perform(*found, static_cast<TDownloadCommand>(command), const_cast<char*>(text), value);
     return 1;
   });
 }

@@ -6,10 +6,10 @@
 
 #include "syntax/rules/syntax_database.h"
 
-/// Feeds the builder from a text in the small part of XML that tests write: no entities, no white
+/// Feeds a sink of nodes from a text in the small part of XML that tests write: no entities, no white
 /// space inside tags but one blank before an attribute, double quotes only.
-inline TSyntaxDatabase DatabaseFromXml(std::string_view xml) {
-  TSyntaxDatabaseBuilder builder;
+template <class TSink>
+void FeedXml(std::string_view xml, TSink& sink) {
   const auto take = [&xml](std::string_view end) {
     const std::size_t at = xml.find(end);
     const std::string_view part = xml.substr(0, at);
@@ -20,17 +20,17 @@ inline TSyntaxDatabase DatabaseFromXml(std::string_view xml) {
     if (xml.front() != '<') {
       const std::string_view text = xml.substr(0, xml.find('<'));
       // In pieces, as a streaming reader gives it.
-      builder.Characters(text.substr(0, text.size() / 2));
-      builder.Characters(text.substr(text.size() / 2));
+      sink.Characters(text.substr(0, text.size() / 2));
+      sink.Characters(text.substr(text.size() / 2));
       xml.remove_prefix(text.size());
     } else if (xml.starts_with("<![CDATA[")) {
-      builder.CDataSection(take("]]>").substr(9));
+      sink.CDataSection(take("]]>").substr(9));
     } else if (xml.starts_with("<!--")) {
       take("-->");
-      builder.OtherNode();
+      sink.OtherNode();
     } else if (xml.starts_with("</")) {
       take(">");
-      builder.EndElement();
+      sink.EndElement();
     } else {
       std::string_view tag = take(">").substr(1);
       const bool closed = tag.ends_with('/');
@@ -44,9 +44,14 @@ inline TSyntaxDatabase DatabaseFromXml(std::string_view xml) {
                                 tag.substr(equals + 2, end - equals - 2));
         tag.remove_prefix(end + 1);
       }
-      builder.StartElement(name, attributes);
-      if (closed) builder.EndElement();
+      sink.StartElement(name, attributes);
+      if (closed) sink.EndElement();
     }
   }
+}
+
+inline TSyntaxDatabase DatabaseFromXml(std::string_view xml) {
+  TSyntaxDatabaseBuilder builder;
+  FeedXml(xml, builder);
   return builder.Finish();
 }

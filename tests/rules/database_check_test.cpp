@@ -1,0 +1,101 @@
+#include "zefdb/rules/database_check.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "database_from_xml.h"
+
+namespace {
+
+using enum TDatabaseFaultKind;
+
+/// Hands the nodes on with their lines, which a name's place in the document gives.
+struct TLineSink {
+  std::string_view Xml;
+  TDatabaseCheck& Check;
+
+  void StartElement(std::string_view name, std::span<const TDatabaseCheck::TAttribute> attributes) {
+    const auto before = Xml.substr(0, static_cast<std::size_t>(name.data() - Xml.data()));
+    Check.StartElement(1 + static_cast<int>(std::ranges::count(before, '\n')), name, attributes);
+  }
+  void EndElement() { Check.EndElement(); }
+  void Characters(std::string_view text) { Check.Text(text); }
+  void CDataSection(std::string_view text) { Check.Text(text); }
+  void OtherNode() {}
+};
+
+TDatabaseCheck Checked(std::string_view xml) {
+  TDatabaseCheck check;
+  TLineSink sink{xml, check};
+  FeedXml(xml, sink);
+  return check;
+}
+
+// Each document begins with a type T and an object O that are in order, on line 1.
+TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
+  const std::string_view Good =
+      "<objects><type name=\"T\">aide</type><object name=\"O\"><comment>aide</comment>"
+      "<data name=\"D\" type=\"t\"><comment>aide</comment></data></object>"
+      "<list name=\"L\"><listconst name=\"c\"/></list>";
+  const struct {
+    std::string_view Xml;
+    std::vector<TDatabaseFault> Faults;
+  } rows[] = {
+      {"", {}},
+      {"<lots/>", {{2, UnknownElement, "lots", "objects"}}},
+      {"<type name=\"U\"><comment/>x</type>", {{2, UnknownElement, "comment", "type"}}},
+      {"<const name=\"c\" typ=\"T\"/>", {{2, UnknownAttribute, "typ", "const"}}},
+      {"<list flag=\"add\"/>", {{2, NoName, "list"}}},
+      {"<const name=\"c\" type=\"X\"/>", {{2, UnknownType, "X", "c"}}},
+      {"<method name=\"F\"><comment>x</comment>\n<return type=\"X\"/></method>",
+       {{3, UnknownType, "X", "F"}}},
+      // A list is offered for every parameter whose list holds its name.
+      {"<method name=\"F\"><comment>x</comment><param name=\"p\" list=\"XL\"/>"
+       "<oparam name=\"q\" list=\"l\"/><oparam name=\"r\" type=\"bool\"/></method>",
+       {{2, UnknownList, "l", "q"}, {2, UnknownType, "bool", "r"}, {2, UnknownList, "bool", "r"}}},
+      {"<object name=\"o\"><comment>x</comment><data name=\"D\"><comment>x</comment></data>"
+       "\n<method name=\"d\"><comment>x</comment></method></object>",
+       {{2, Duplicate, "o", {}, 1}, {3, Duplicate, "d", {}, 2}}},
+      {"<list name=\"L\"><listconst name=\"c\"/></list>", {{2, Duplicate, "c", {}, 1}}},
+      {"<method name=\"F\"><comment>x</comment><param name=\"p\"/><oparam name=\"P\"/></method>",
+       {{2, Duplicate, "P", {}, 2}}},
+      {"<const name=\"U\" type=\"T\"/>\n<type name=\"U\">x</type>", {{3, Hidden, "U", {}, 2}}},
+      {"<method name=\"T\"><comment>x</comment></method>", {}},
+      {"<type name=\"U\"> </type>\n<method name=\"F\"><comment></comment></method>",
+       {{2, NoHelp, "U"}, {3, NoHelp, "F"}}},
+      {"<object name=\"E\"><comment>x</comment></object>\n<const name=\"c\" type=\"e\"/>"
+       "<method name=\"F\"><comment>x</comment><param name=\"p\" type=\"E\"/></method>",
+       {{3, DeadEnd, "c", "e"}}},
+      {"<object name=\"P\"><comment>x</comment>\n<method name=\"Authenticate\"><comment>x</comment>"
+       "</method></object>\n<method name=\"a-b\"><comment>x</comment></method>"
+       "<const name=\"a b\" type=\"T\"/>",
+       {{3, Unreachable, "Authenticate"}, {4, Unreachable, "a-b"}, {4, Unreachable, "a b"}}},
+      {"<method name=\"F\"><comment>x</comment><oparam name=\"p\" def=\"-1\"/>"
+       "<oparam name=\"q\" def=\"it's\"/><oparam name=\"r\" def=\"1, 2\"/></method>"
+       "\n<list name=\"M\"><listconst name=\"(a\"/></list>",
+       {{2, CuttingValue, "it's"}, {2, CuttingValue, "1, 2"}, {3, CuttingValue, "(a"}}},
+  };
+  for (const auto& row : rows) {
+    const std::string xml = std::string(Good) + "\n" + std::string(row.Xml) + "</objects>";
+    const auto found = Checked(xml).Faults();
+    EXPECT_EQ(found, row.Faults) << row.Xml;
+    for (const TDatabaseFault& fault : found) {
+      EXPECT_NE(Describe(fault).find(fault.Name), std::string::npos) << row.Xml;
+    }
+  }
+  EXPECT_EQ(Checked("<objets/>").Faults(),
+            (std::vector<TDatabaseFault>{{1, NoRoot, "objets", {}}}));
+  EXPECT_EQ(TDatabaseCheck().Faults().size(), 1u);
+}
+
+TEST(DatabaseCheck, CountsAndFinds) {
+  const TDatabaseCheck check = Checked(
+      "<objects><object name=\"O\">\n<data name=\"Nom\"/></object><type name=\"nom\"/></objects>");
+  using TCounts = std::vector<std::pair<std::string, int>>;
+  EXPECT_EQ(check.Counts(), (TCounts{{"data", 1}, {"object", 1}, {"objects", 1}, {"type", 1}}));
+  using TPlaces = std::vector<std::pair<int, std::string>>;
+  EXPECT_EQ(check.Find("NOM"), (TPlaces{{2, "object O / data Nom"}, {2, "type nom"}}));
+}
+
+}  // namespace
