@@ -19,8 +19,9 @@ void TWebView::Navigate(std::string_view address) {
 }
 
 bool TWebView::TranslateKey(const MSG& message) {
-  // Escape is the dialog's.
-  return message.wParam != VK_ESCAPE && FWeb && FWeb->TranslateKey(&message);
+  // Escape and what is typed with Alt are the dialog's.
+  return message.message == WM_KEYDOWN && message.wParam != VK_ESCAPE && FWeb &&
+         FWeb->TranslateKey(&message);
 }
 
 LRESULT TWebView::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -6,8 +6,11 @@
 #include <ocidl.h>
 #include <ole2.h>
 
+#include <algorithm>
+
 #include "platform/code_page.h"
 #include "platform/com_ptr.h"
+#include "platform/floating_point.h"
 #include "platform/system_library.h"
 #include "platform/web_site.h"
 
@@ -100,6 +103,7 @@ bool TWebControl::TBrowser::Create() {
   FBrowser = QueryFor<IWebBrowser2>(FObject.get(), IID_IWebBrowser2);
   if (!FBrowser) return false;
   FBrowser->put_Silent(VARIANT_TRUE);
+  FBrowser->put_RegisterAsDropTarget(VARIANT_FALSE);
   HearEvents();
   return true;
 }
@@ -116,7 +120,12 @@ void TWebControl::TBrowser::HearEvents() {
 }
 
 void TWebControl::TBrowser::Navigate(std::string_view address) const {
-  const BSTR url = FOle.AllocString(ToWide(address).c_str());
+  constexpr std::string_view blanks = " \t\r\n";
+  address.remove_prefix(std::min(address.find_first_not_of(blanks), address.size()));
+  address = address.substr(0, address.find_last_not_of(blanks) + 1);
+  const std::wstring page = ToWide(address);
+  if (!IsWebPage(page)) return;
+  const BSTR url = FOle.AllocString(page.c_str());
   VARIANT flags{};
   flags.vt = VT_I4;
   flags.lVal = kNoHistory;
@@ -146,23 +155,31 @@ bool TWebControl::TBrowser::TranslateKey(MSG message) const {
 
 TWebControl::TWebControl(void* window)
     : FBrowser(std::make_unique<TBrowser>(static_cast<HWND>(window))) {
+  const TFloatingPointMasks masks;
   if (!FBrowser->Create()) FBrowser.reset();
 }
 
-TWebControl::~TWebControl() = default;
+TWebControl::~TWebControl() {
+  const TFloatingPointMasks masks;
+  FBrowser.reset();
+}
 
 void TWebControl::Navigate(std::string_view address) {
+  const TFloatingPointMasks masks;
   if (FBrowser) FBrowser->Navigate(address);
 }
 
 void TWebControl::Resize() {
+  const TFloatingPointMasks masks;
   if (FBrowser) FBrowser->Resize();
 }
 
 void TWebControl::Activate() {
+  const TFloatingPointMasks masks;
   if (FBrowser) FBrowser->Activate();
 }
 
 bool TWebControl::TranslateKey(const void* message) {
+  const TFloatingPointMasks masks;
   return FBrowser && FBrowser->TranslateKey(*static_cast<const MSG*>(message));
 }

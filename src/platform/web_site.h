@@ -3,15 +3,22 @@
 #include <windows.h>
 
 #include <mshtmhst.h>
+#include <ocidl.h>
 #include <oleidl.h>
 
 #include <atomic>
+#include <string_view>
+
+/// Whether a page is one of the web, and not of the machine or of a program on it.
+bool IsWebPage(std::wstring_view address);
 
 /// The place that a web browser control stands in, as the control sees it: a window that it fills,
-/// and a host that shows nothing of what pages want to pop up.
+/// and a host that shows nothing of what pages want to pop up and goes nowhere but to the web.
 class TWebSite final : public IOleClientSite,
                        public IOleInPlaceSite,
                        public IOleInPlaceFrame,
+                       public IOleControlSite,
+                       public IDocHostUIHandler,
                        public IDocHostShowUI,
                        public IDispatch {
  public:
@@ -63,6 +70,34 @@ class TWebSite final : public IOleClientSite,
   STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
   STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
   STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+
+  // IOleControlSite: the focus leaves the page at either end of it
+  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
+  STDMETHODIMP GetExtendedControl(IDispatch**) override { return E_NOTIMPL; }
+  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
+  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+  STDMETHODIMP ShowPropertyFrame() override { return S_OK; }
+
+  // IDocHostUIHandler: looks like one of our controls, without menus and dropping
+  STDMETHODIMP ShowContextMenu(DWORD, POINT*, IUnknown*, IDispatch*) override { return S_OK; }
+  STDMETHODIMP GetHostInfo(DOCHOSTUIINFO* info) override;
+  STDMETHODIMP ShowUI(DWORD, IOleInPlaceActiveObject*, IOleCommandTarget*, IOleInPlaceFrame*,
+                      IOleInPlaceUIWindow*) override {
+    return S_FALSE;
+  }
+  STDMETHODIMP HideUI() override { return S_OK; }
+  STDMETHODIMP UpdateUI() override { return S_OK; }
+  STDMETHODIMP OnDocWindowActivate(BOOL) override { return S_OK; }
+  STDMETHODIMP OnFrameWindowActivate(BOOL) override { return S_OK; }
+  STDMETHODIMP ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
+  STDMETHODIMP TranslateAccelerator(LPMSG, const GUID*, DWORD) override { return S_FALSE; }
+  STDMETHODIMP GetOptionKeyPath(LPOLESTR*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP GetDropTarget(IDropTarget*, IDropTarget**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetExternal(IDispatch**) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateUrl(DWORD, LPWSTR, LPWSTR*) override { return S_FALSE; }
+  STDMETHODIMP FilterDataObject(IDataObject*, IDataObject**) override { return S_FALSE; }
 
   // IDocHostShowUI
   STDMETHODIMP ShowMessage(HWND, LPOLESTR, LPOLESTR, DWORD, LPOLESTR, DWORD,
