@@ -185,7 +185,7 @@ static void Filter(ZefStringList types, ZefStringList cards, ZefString selection
 
 static void Update(void) {
   /* VCLAskForDownload */
-  if (VCLAskForDownload("11.02", "11.03", "http://127.0.0.1/nouveautes.html") == ZEF_OFFER_ACCEPTED) {
+  if (VCLAskForDownload("11.02", "11.03", "http://127.0.0.1/nouveautes.html") == ZEF_OFFER_DOWNLOAD) {
     /* VCLNewURL */
     ZefDialog download;
     if (!VCLNewURL(NULL, NULL, &download)) return;

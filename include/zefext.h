@@ -301,11 +301,22 @@ unsigned char ZEFEXT_API VCLSelectTypOp(ZefStringList types, ZefStringList cards
 
 /* ---- Update -------------------------------------------------------------------------------- */
 
-/* Asks what to do with a new version, showing a web page about it.
+/* What the user wants done with a new version. */
+enum ZefOfferAnswer {
+  ZEF_OFFER_IGNORE = -1, /* never signal this version again */
+  ZEF_OFFER_LATER = 0,   /* not now */
+  ZEF_OFFER_DOWNLOAD = 1
+};
+
+/* Asks what to do with a new version, showing a web page about it. Returns a ZefOfferAnswer.
  *   current      version installed
  *   offered      version on the web
- *   information  address of the page; one that cannot be shown leaves its place empty
- * Returns 1: download it; 0: not now; -1: never signal this version again. */
+ *   information  address of the page, http: or https:; one that cannot be shown leaves its place
+ *                empty
+ * The page is shown by the system's web browser control, without active controls, new windows,
+ * downloads, messages and context menu. The control takes it for a page of its oldest days, unless
+ * the page's head asks for the newest mode as its first line:
+ *   <meta http-equiv="X-UA-Compatible" content="IE=edge"> */
 int ZEFEXT_API VCLAskForDownload(const char* current, const char* offered, const char* information);
 
 /* Makes a download window, hidden, and its handle. The result is 1, or 0 when it cannot be made.
@@ -314,31 +325,58 @@ int ZEFEXT_API VCLAskForDownload(const char* current, const char* offered, const
  *   dialog    receives the handle, the host's until command 2 or VCLFreeNonModalDialog */
 int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialog);
 
-/* Drives a download window. The result is 1, or 0 when the handle is refused, the command unknown
- * or its value missing; nothing is changed then.
+/* The commands of VCLCmdURL, with their arguments. */
+enum ZefDownloadCommand {
+  /* value receives the dialog's outcome (0 or 1); needed. */
+  ZEF_DOWNLOAD_GET_RESULT = 1,
+  /* Destroys the window; a fetch is aborted. */
+  ZEF_DOWNLOAD_DESTROY = 2,
+  /* value receives a ZefDownloadStatus; needed. Also moves the bar of a window that is shown, for a
+   * host that asks again and again instead of serving its messages. */
+  ZEF_DOWNLOAD_GET_STATUS = 3,
+  /* text is the address (http: or https:) of the next fetches. Blanks around it are ignored; one
+   * that names a user is refused. */
+  ZEF_DOWNLOAD_SET_ADDRESS = 4,
+  /* text names the file for the body of the next fetches; null: the body is kept in memory. Without
+   * this command it goes to "Default.htm", its header to "Head.txt", both or neither, in the
+   * directory that is the current one when the fetch starts. */
+  ZEF_DOWNLOAD_SET_FILE = 5,
+  /* Copies the body kept in memory: value holds the size of the buffer that text points to, and is
+   * lowered to the length of the body; no zero is added. Nothing when either is null. The length
+   * is not told by itself: take a larger buffer while value comes back unchanged. A body that
+   * did not arrive whole, or is larger than 256 MB, is not kept; there is none while a fetch runs.
+   */
+  ZEF_DOWNLOAD_COPY_BODY = 6,
+  /* Starts a fetch in the background; nothing when a fetch runs already. */
+  ZEF_DOWNLOAD_START = 7,
+  ZEF_DOWNLOAD_SHOW = 8,
+  /* Waits for the end of the fetch in the background. */
+  ZEF_DOWNLOAD_WAIT = 9,
+  /* Fetches at once and returns when that has ended; nothing when a fetch runs already. */
+  ZEF_DOWNLOAD_FETCH = 10,
+  /* Aborts the fetch in the background; the window can fetch again. */
+  ZEF_DOWNLOAD_ABORT = 11
+};
+
+/* How the last fetch of a download window ended. */
+enum ZefDownloadStatus {
+  ZEF_DOWNLOAD_RUNNING = 0,        /* one runs in the background */
+  ZEF_DOWNLOAD_RECEIVED = 1,       /* the document was received */
+  ZEF_DOWNLOAD_NONE = -1,          /* none has ended, or it was aborted */
+  ZEF_DOWNLOAD_NO_CONNECTION = -2, /* the connection could not be made */
+  ZEF_DOWNLOAD_FAILED = -3,        /* what came was not the document, or not all of it */
+  ZEF_DOWNLOAD_UNKNOWN_HOST = -4   /* the server's name is unknown */
+};
+
+/* Drives a download window by a ZefDownloadCommand. The result is 1, or 0 when the handle is
+ * refused, the command unknown or its value missing; nothing is changed then.
  *
- *    1  value receives the dialog's outcome (0 or 1); needed
- *    2  destroys the window; a fetch is aborted
- *    3  value receives how the last fetch ended; needed.
- *       0: one runs in the background; 1: the document was received; -1: none has ended, or it was
- *       aborted; -2: no connection; -3: it failed; -4: the server's name is unknown
- *    4  text is the address (http: or https:) of the next fetches
- *    5  text names the file for the body of the next fetches; null: the body is kept in memory.
- *       Without this command it goes to "Default.htm", its header to "Head.txt"
- *    6  copies the body kept in memory: value holds the size of the buffer that text points to,
- *       and is lowered to the length of the body; no zero is added. Nothing when either is null.
- *       A body that did not arrive whole is not kept; there is none while a fetch runs
- *    7  starts a fetch in the background; nothing when a fetch runs already
- *    8  shows the window
- *    9  waits for the end of the fetch in the background
- *   10  fetches at once and returns when that has ended; nothing when a fetch runs already
- *   11  aborts the fetch in the background; the window can fetch again
- *
- * The file of command 5 is replaced when the whole body has arrived, and untouched else; its name
- * and the address are taken when a fetch starts. A fetch fails when nothing happens for 10
- * seconds. While commands 9 and 10 wait, windows are repainted and messages sent by other threads
- * answered; input waits. Commands 2 and 11 return at once, whatever the network does. Should the
- * host free the library under a fetch, it stays in memory. */
+ * The file named is replaced when the whole body has arrived, and untouched else; the new one has
+ * the access rights of the old one, and a read-only one stays. Its name and the address are taken
+ * when a fetch starts. A fetch fails when nothing happens for 10 seconds. While WAIT and FETCH
+ * wait, windows are repainted and messages sent by other threads answered; input waits. DESTROY and
+ * ABORT return at once, whatever the network does. Should the host free the library under a fetch,
+ * it stays in memory until that has ended. */
 int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, const char* text, int* value);
 
 #ifdef __cplusplus

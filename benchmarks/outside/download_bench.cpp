@@ -67,24 +67,25 @@ void MeasureOurs(const std::string& address, const std::string& file) {
   const auto command = LibraryFunction<decltype(&VCLCmdURL)>(library, "VCLCmdURL");
   ZefDialog dialog = nullptr;
   make(nullptr, nullptr, &dialog);
-  command(dialog, 4, const_cast<char*>(address.c_str()), nullptr);
-  command(dialog, 5, const_cast<char*>(file.c_str()), nullptr);
+  command(dialog, ZEF_DOWNLOAD_SET_ADDRESS, const_cast<char*>(address.c_str()), nullptr);
+  command(dialog, ZEF_DOWNLOAD_SET_FILE, const_cast<char*>(file.c_str()), nullptr);
   SIZE_T most = 0;
   const SIZE_T before = PrivateBytes();
   const double seconds = LeastSeconds(3, [&] {
-    command(dialog, 7, nullptr, nullptr);
+    command(dialog, ZEF_DOWNLOAD_START, nullptr, nullptr);
     int status = 0;
-    while (command(dialog, 3, nullptr, &status) && status == 0) {
+    while (command(dialog, ZEF_DOWNLOAD_GET_STATUS, nullptr, &status) &&
+           status == ZEF_DOWNLOAD_RUNNING) {
       most = std::max(most, PrivateBytes());
       Sleep(10);
     }
-    if (status != 1) Fail("the download failed: " + std::to_string(status));
+    if (status != ZEF_DOWNLOAD_RECEIVED) Fail("the download failed: " + std::to_string(status));
   });
   CheckAndRemove(file);
   PrintRow(std::string("Download/ours/") + kArguments, 3, seconds * 1000, "ms");
   PrintRow(std::string("DownloadMemory/ours/") + kArguments, 1,
            static_cast<double>(most - before) / 1024, "KB");
-  command(dialog, 2, nullptr, nullptr);
+  command(dialog, ZEF_DOWNLOAD_DESTROY, nullptr, nullptr);
   FreeLibrary(library);
 }
 

@@ -11,16 +11,6 @@ namespace {
 constexpr char Current[] = "11.02";
 constexpr char Offered[] = "11.03";
 
-// Commands of a download window.
-constexpr signed char Destroy = 2;
-constexpr signed char Status = 3;
-constexpr signed char Address = 4;
-constexpr signed char Destination = 5;
-constexpr signed char Start = 7;
-constexpr signed char Show = 8;
-
-constexpr int Received = 1;
-
 constexpr char News[] =
     "<html><head><title>ZEF 11.03</title></head><body><h1>ZEF 11.03</h1><ul>"
     "<li>Assistant : constantes additionn&eacute;es</li>"
@@ -58,28 +48,31 @@ std::wstring TUpdateCheck::Ask(const std::wstring& file) {
   }
   const int answer =
       FLibrary.AskForDownload(Current, Offered, FServer->Address("/nouveautes.html"));
-  if (answer < 0) return L"La version " + ToWide(Offered) + L" ne sera plus signalée.";
-  if (answer == 0) return L"La mise à jour sera proposée la prochaine fois.";
+  if (answer == ZEF_OFFER_IGNORE)
+    return L"La version " + ToWide(Offered) + L" ne sera plus signalée.";
+  if (answer == ZEF_OFFER_LATER) return L"La mise à jour sera proposée la prochaine fois.";
   FFile = ToAnsi(file).value_or("ZEF-nouveau.bin");
   FDownload = FLibrary.NewUrl();
   if (!FDownload) return L"La fenêtre de téléchargement n'a pas pu être créée.";
-  FLibrary.CmdUrl(FDownload, Address, FServer->Address("/zef.bin"));
-  FLibrary.CmdUrl(FDownload, Destination, FFile);
-  FLibrary.CmdUrl(FDownload, Show);
-  FLibrary.CmdUrl(FDownload, Start);
+  FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_SET_ADDRESS, FServer->Address("/zef.bin"));
+  FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_SET_FILE, FFile);
+  FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_SHOW);
+  FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_START);
   return L"Téléchargement de la version " + ToWide(Offered) + L"…";
 }
 
 bool TUpdateCheck::Ended() const {
   int status = 0;
-  return FDownload && FLibrary.CmdUrl(FDownload, Status, {}, &status) && status != 0;
+  return FDownload && FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_GET_STATUS, {}, &status) &&
+         status != ZEF_DOWNLOAD_RUNNING;
 }
 
 std::wstring TUpdateCheck::Finish() {
   int status = 0;
-  FLibrary.CmdUrl(FDownload, Status, {}, &status);
+  FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_GET_STATUS, {}, &status);
   Abort();
-  if (status != Received) return L"Le téléchargement a échoué (" + std::to_wstring(status) + L").";
+  if (status != ZEF_DOWNLOAD_RECEIVED)
+    return L"Le téléchargement a échoué (" + std::to_wstring(status) + L").";
   std::ifstream file(FFile, std::ios::binary);
   const std::string content(std::istreambuf_iterator<char>(file), {});
   return L"Téléchargé : " + ToWide(FFile.substr(FFile.rfind('\\') + 1)) + L", " +
@@ -87,6 +80,6 @@ std::wstring TUpdateCheck::Finish() {
 }
 
 void TUpdateCheck::Abort() {
-  if (FDownload) FLibrary.CmdUrl(FDownload, Destroy);
+  if (FDownload) FLibrary.CmdUrl(FDownload, ZEF_DOWNLOAD_DESTROY);
   FDownload = nullptr;
 }

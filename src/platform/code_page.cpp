@@ -40,6 +40,15 @@ std::wstring Utf8ToWide(std::string_view utf8) { return Widen(utf8, CP_UTF8); }
 
 std::string Utf8ToAnsi(std::string_view utf8) { return ToAnsi(Utf8ToWide(utf8)); }
 
+std::string ToUtf8(std::wstring_view text) {
+  const int length = CheckedLength(text.size());
+  std::string utf8(text.size() * 3, '\0');
+  const int used = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), length * 3,
+                                       nullptr, nullptr);
+  utf8.resize(static_cast<std::size_t>(used));
+  return utf8;
+}
+
 std::string ToAnsi(std::wstring_view text) {
   std::string ansi;
   AppendAnsi(ansi, text);

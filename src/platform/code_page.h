@@ -17,3 +17,4 @@ void AppendAnsi(std::string& text, std::wstring_view addition);
 
 std::wstring Utf8ToWide(std::string_view utf8);
 std::string Utf8ToAnsi(std::string_view utf8);
+std::string ToUtf8(std::wstring_view text);

@@ -2,30 +2,49 @@
 
 #include <windows.h>
 
-#include <atomic>
+#include <random>
 #include <utility>
+#include <vector>
 
 #include "platform/code_page.h"
+#include "platform/rules/temporary_name.h"
 
 namespace {
 
-constexpr wchar_t kSuffix[] = L".part";
+constexpr std::size_t kBlock = 64 * 1024;
 
-/// Of this process's files; others' end otherwise, which tells what may be cleared away.
-std::wstring OwnMark() { return L"." + std::to_wstring(GetCurrentProcessId()) + L"-"; }
+std::size_t NameStart(const std::wstring& path) { return path.find_last_of(L'\\') + 1; }
 
-/// Deletes what other processes left beside the target; what they still write to, they hold.
+std::wstring NewName(const std::wstring& target) {
+  std::random_device random;  // of the system's, which nobody foresees
+  return TemporaryName(target, {random(), random(), random(), random()});
+}
+
+/// Deletes what was left beside the target; what another process still writes to, it holds.
 void ClearAway(const std::wstring& target) {
   WIN32_FIND_DATAW found;
-  const HANDLE search = FindFirstFileW((target + L".*-*" + kSuffix).c_str(), &found);
+  const HANDLE search = FindFirstFileW((target + L".*").c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return;
-  const auto name = target.find_last_of(L'\\') + 1;
-  const std::wstring ours = target.substr(name) + OwnMark();
+  const auto folder = target.substr(0, NameStart(target));
+  const auto name = target.substr(folder.size());
   do {
-    const std::wstring file = found.cFileName;
-    if (!file.starts_with(ours)) DeleteFileW((target.substr(0, name) + file).c_str());
+    if (IsTemporaryName(found.cFileName, name)) DeleteFileW((folder + found.cFileName).c_str());
   } while (FindNextFileW(search, &found));
   FindClose(search);
+}
+
+/// A file that is to stay as it is, or a directory.
+bool IsProtected(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0;
+}
+
+/// Whether a file goes when its handle is closed, by whatever way that comes about.
+bool SetVanishing(HANDLE file, bool vanishing) {
+  FILE_DISPOSITION_INFO info{};
+  info.DeleteFile = vanishing;
+  return SetFileInformationByHandle(file, FileDispositionInfo, &info, sizeof info) != FALSE;
 }
 
 }  // namespace
@@ -40,21 +59,38 @@ std::wstring FullPath(std::string_view name) {
 
 TReplacementFile::~TReplacementFile() {
   if (FHandle) CloseHandle(FHandle);
+  // Gone already, but on a disk whose files cannot vanish by themselves.
   if (!FPath.empty()) DeleteFileW(FPath.c_str());
 }
 
+bool TReplacementFile::Exists() const {
+  return GetFileAttributesW(FTarget.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
 bool TReplacementFile::Create() {
-  static std::atomic<unsigned> number = 0;
-  if (FTarget.empty()) return false;
+  if (!IsOneFile(FTarget) || IsProtected(FTarget)) return false;
+  const bool exists = Exists();
   ClearAway(FTarget);
-  const std::wstring path = FTarget + OwnMark() + std::to_wstring(++number) + kSuffix;
-  // Shared with nobody, so that others cannot clear it away.
-  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  const std::wstring path = NewName(FTarget);
+  // Shared with nobody, so that others can neither clear it away nor slip something in.
+  const HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_WRITE | DELETE | (exists ? WRITE_DAC : 0), 0, nullptr,
+                  CREATE_NEW, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
   FHandle = file;
   FPath = path;
-  return true;
+  SetVanishing(file, true);
+  return !exists || TakeRights();
+}
+
+bool TReplacementFile::TakeRights() const {
+  DWORD size = 0;
+  GetFileSecurityW(FTarget.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+  if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return true;  // a disk without rights
+  std::vector<char> rights(size);
+  return GetFileSecurityW(FTarget.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size) &&
+         (SetKernelObjectSecurity(FHandle, DACL_SECURITY_INFORMATION, rights.data()) ||
+          GetLastError() == ERROR_NOT_SUPPORTED);
 }
 
 bool TReplacementFile::Write(std::span<const char> data) {
@@ -66,6 +102,8 @@ bool TReplacementFile::Write(std::span<const char> data) {
 bool TReplacementFile::Flush() { return FlushFileBuffers(FHandle) != FALSE; }
 
 bool TReplacementFile::Replace() {
+  if (IsProtected(FTarget)) return false;
+  SetVanishing(FHandle, false);
   const HANDLE file = std::exchange(FHandle, nullptr);
   if (!CloseHandle(file) || !MoveFileExW(FPath.c_str(), FTarget.c_str(),
                                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
@@ -73,4 +111,33 @@ bool TReplacementFile::Replace() {
   }
   FPath.clear();
   return true;
+}
+
+bool TReplacementFile::CopyOld() {
+  const HANDLE old = CreateFileW(FTarget.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                 OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (old == INVALID_HANDLE_VALUE) return false;
+  std::vector<char> block(kBlock);
+  DWORD size = 0;
+  bool done = Create();
+  while (done && (done = ReadFile(old, block.data(), kBlock, &size, nullptr)) && size > 0) {
+    done = Write({block.data(), size});
+  }
+  CloseHandle(old);
+  return done;
+}
+
+bool ReplaceBoth(TReplacementFile& first, TReplacementFile& second) {
+  // No system replaces two files at one stroke: the first one's old content is kept ready.
+  TReplacementFile undo(first.FTarget);
+  const bool existed = first.Exists();
+  if (existed && !undo.CopyOld()) return false;
+  if (!first.Replace()) return false;
+  if (second.Replace()) return true;
+  if (existed) {
+    undo.Replace();
+  } else {
+    DeleteFileW(first.FTarget.c_str());
+  }
+  return false;
 }

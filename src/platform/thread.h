@@ -2,11 +2,10 @@
 
 #include <memory>
 
-#include "platform/module_hold.h"
 #include "platform/signal.h"
 
-/// A thread with a body, made suspended. The library stays in memory until both the thread has left
-/// it and this object is gone.
+/// A thread with a body, made suspended. The library stays in memory until the thread has left it;
+/// this object by itself does not hold it.
 ///
 /// A derived class waits for the end in its own destructor: the body must not outlive the members
 /// that it uses.
@@ -31,7 +30,6 @@ class TThread {
  private:
   static unsigned long __stdcall Run(void* thread);
 
-  TModuleHold FHold;
   std::shared_ptr<TSignal> FEnded;
   void* FModule = nullptr;  ///< the thread's own hold of the library
   void* FHandle = nullptr;

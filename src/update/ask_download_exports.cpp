@@ -4,11 +4,11 @@
 
 int ZEFEXT_API VCLAskForDownload(const char* current, const char* offered,
                                  const char* information) {
-  return Exported(0, [&] {
+  return Exported<int>(ZEF_OFFER_LATER, [&]() -> int {
     const auto dialog = CreateForm<TDlgAskDwld>();
     dialog->SetOffer(OrEmpty(current), OrEmpty(offered), OrEmpty(information));
     dialog->ShowModal();
-    if (dialog->Ignore()) return -1;
-    return dialog->Result() ? 1 : 0;
+    if (dialog->Ignore()) return ZEF_OFFER_IGNORE;
+    return dialog->Result() ? ZEF_OFFER_DOWNLOAD : ZEF_OFFER_LATER;
   });
 }

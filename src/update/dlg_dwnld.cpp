@@ -3,6 +3,23 @@
 #include "forms/painting_wait.h"
 #include "update/rules/download_progress.h"
 
+namespace {
+
+/// Sets a flag that is to be taken back whatever happens.
+template <class TFlag>
+class TWhileSet {
+ public:
+  explicit TWhileSet(TFlag& flag) : FFlag(flag) { FFlag = true; }
+  TWhileSet(const TWhileSet&) = delete;
+  TWhileSet& operator=(const TWhileSet&) = delete;
+  ~TWhileSet() { FFlag = false; }
+
+ private:
+  TFlag& FFlag;
+};
+
+}  // namespace
+
 TDlgDwnld::~TDlgDwnld() { StopThread(); }
 
 void TDlgDwnld::Bind(TFormBinder& binder) {
@@ -36,7 +53,19 @@ void TDlgDwnld::SetDestination(std::optional<std::string_view> fileName) {
 }
 
 std::size_t TDlgDwnld::CopyBody(std::span<char> target) const {
-  return FRunning ? 0 : HTTPClient.BodyKept().CopyTo(target);
+  return FRunning || FFetchingHere ? 0 : HTTPClient.CopyBody(target);
+}
+
+ZefDownloadStatus TDlgDwnld::Status() {
+  if (HasWindow()) {
+    MSG report;
+    while (PeekMessageW(&report, ProgressBar->Handle(), PBM_SETPOS, PBM_SETPOS, PM_REMOVE) &&
+           report.message == PBM_SETPOS) {
+      DispatchMessageW(&report);
+    }
+    Update();
+  }
+  return FRunning ? ZEF_DOWNLOAD_RUNNING : FStatus.load();
 }
 
 // ---- fetching ----
@@ -47,15 +76,14 @@ bool TDlgDwnld::Prepare() {
   FThread.reset();
   HTTPClient.Prepare(FAddress);
   FLastPercent = 0;
-  FStatus = dsNone;
+  FStatus = ZEF_DOWNLOAD_NONE;
   return true;
 }
 
 void TDlgDwnld::Fetch() {
   if (!Prepare()) return;
-  FFetchingHere = true;
+  const TWhileSet fetching(FFetchingHere);
   HTTPClient.Get(WaitPainting);
-  FFetchingHere = false;
 }
 
 void TDlgDwnld::StartThread() {
@@ -66,9 +94,9 @@ void TDlgDwnld::StartThread() {
 }
 
 void TDlgDwnld::FetchInBackground() {
+  // To take it back is the last that the worker does with this object.
+  const TWhileSet running(FRunning);
   HTTPClient.Get([](const TSignal& signal, unsigned ms) { return signal.Wait(ms); });
-  // The last that the worker does with this object.
-  FRunning = false;
 }
 
 void TDlgDwnld::WaitThread() {

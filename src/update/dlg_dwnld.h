@@ -11,6 +11,7 @@
 #include "dialogs/base/dlg_base.h"
 #include "update/dwld_thread.h"
 #include "update/http_client.h"
+#include "zefext.h"
 
 /// A small window with a progress bar that fetches one file at a time over HTTP, in the caller's
 /// thread or in a worker. User-interface thread only, but for what the worker calls.
@@ -26,8 +27,9 @@ class TDlgDwnld : public TDlgBase {
   void InitDialog() override;
   void Retired() override;
 
-  /// As TDownloadStatus; dsRunning while a worker runs.
-  int Status() const { return FRunning ? dsRunning : FStatus.load(); }
+  /// ZEF_DOWNLOAD_RUNNING while a worker runs, else how the last fetch ended. Shows the progress of
+  /// a worker to a host that only asks and serves no messages.
+  ZefDownloadStatus Status();
   void SetAddress(std::string_view address) { FAddress = address; }
   /// A file name, from then on; nothing: keep bodies in memory. For the next fetch.
   void SetDestination(std::optional<std::string_view> fileName);
@@ -55,10 +57,10 @@ class TDlgDwnld : public TDlgBase {
   void StopThread();
 
   void HTTPClientPacketRecvd();
-  void HTTPClientSuccess() { FStatus = dsReceived; }
-  void HTTPClientFailure() { FStatus = dsFailed; }
-  void HTTPClientConnectionFailed() { FStatus = dsConnectionFailed; }
-  void HTTPClientInvalidHost() { FStatus = dsInvalidHost; }
+  void HTTPClientSuccess() { FStatus = ZEF_DOWNLOAD_RECEIVED; }
+  void HTTPClientFailure() { FStatus = ZEF_DOWNLOAD_FAILED; }
+  void HTTPClientConnectionFailed() { FStatus = ZEF_DOWNLOAD_NO_CONNECTION; }
+  void HTTPClientInvalidHost() { FStatus = ZEF_DOWNLOAD_UNKNOWN_HOST; }
   void HTTPClientDisconnect() {}
 
   TProgressBar* ProgressBar = nullptr;
@@ -69,7 +71,7 @@ class TDlgDwnld : public TDlgBase {
   bool FFetchingHere = false;
   std::atomic<bool> FCancelRequested = false;
   std::atomic<bool> FRunning = false;
-  std::atomic<int> FStatus = dsNone;
+  std::atomic<ZefDownloadStatus> FStatus = ZEF_DOWNLOAD_NONE;
   /// Shared with a wait in progress, during which a message may bring an abort.
   std::shared_ptr<TDwldThread> FThread;
 };

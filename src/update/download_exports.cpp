@@ -1,7 +1,6 @@
 #include "dialogs/base/dlg_base.h"
 #include "frame/exported.h"
 #include "update/dlg_dwnld.h"
-#include "update/rules/download_command.h"
 #include "zefext.h"
 
 namespace {
@@ -15,41 +14,47 @@ void CopyBody(const TDlgDwnld& dialog, char* buffer, int* size) {
   *size = static_cast<int>(dialog.CopyBody({buffer, static_cast<std::size_t>(*size)}));
 }
 
-void Perform(TDlgDwnld& dialog, TDownloadCommand command, char* text, int* value) {
+/// False, with nothing done, when the command is unknown or lacks the value that it must have.
+bool Perform(TDlgDwnld& dialog, int command, const char* text, int* value) {
   switch (command) {
-    case TDownloadCommand::Result:
+    case ZEF_DOWNLOAD_GET_RESULT:
+      if (!value) return false;
       *value = dialog.Result() ? 1 : 0;
-      break;
-    case TDownloadCommand::Destroy:
+      return true;
+    case ZEF_DOWNLOAD_DESTROY:
       Application().Retire(Application().Take(dialog));
-      break;
-    case TDownloadCommand::Status:
+      return true;
+    case ZEF_DOWNLOAD_GET_STATUS:
+      if (!value) return false;
       *value = dialog.Status();
-      break;
-    case TDownloadCommand::Address:
+      return true;
+    case ZEF_DOWNLOAD_SET_ADDRESS:
       dialog.SetAddress(OrEmpty(text));
-      break;
-    case TDownloadCommand::Destination:
+      return true;
+    case ZEF_DOWNLOAD_SET_FILE:
       dialog.SetDestination(text ? std::optional<std::string_view>(text) : std::nullopt);
-      break;
-    case TDownloadCommand::CopyBody:
-      CopyBody(dialog, text, value);
-      break;
-    case TDownloadCommand::Start:
+      return true;
+    case ZEF_DOWNLOAD_COPY_BODY:
+      // The one command that writes there; the others are given constant texts.
+      CopyBody(dialog, const_cast<char*>(text), value);
+      return true;
+    case ZEF_DOWNLOAD_START:
       dialog.StartThread();
-      break;
-    case TDownloadCommand::Show:
+      return true;
+    case ZEF_DOWNLOAD_SHOW:
       dialog.Show();
-      break;
-    case TDownloadCommand::Wait:
+      return true;
+    case ZEF_DOWNLOAD_WAIT:
       dialog.WaitThread();
-      break;
-    case TDownloadCommand::Fetch:
+      return true;
+    case ZEF_DOWNLOAD_FETCH:
       dialog.Fetch();
-      break;
-    case TDownloadCommand::Abort:
+      return true;
+    case ZEF_DOWNLOAD_ABORT:
       dialog.Abort();
-      break;
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -70,8 +75,6 @@ int ZEFEXT_API VCLNewURL(ZefDialog owner, const char* helpFile, ZefDialog* dialo
 int ZEFEXT_API VCLCmdURL(ZefDialog dialog, signed char command, const char* text, int* value) {
   return Exported(0, [&] {
     TDlgDwnld* const found = FindDownload(dialog);
-    if (!found || !CommandAccepted(command, value != nullptr)) return 0;
-    Perform(*found, static_cast<TDownloadCommand>(command), const_cast<char*>(text), value);
-    return 1;
+    return found && Perform(*found, command, text, value) ? 1 : 0;
   });
 }

@@ -28,12 +28,17 @@ std::optional<std::string> TDownloadTest::Read(const std::string& path) {
 }
 
 std::string TDownloadTest::Files() const {
-  std::set<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(FFolder)) {
-    names.insert(entry.path().filename().string());
-  }
   std::string all;
-  for (const auto& name : names) all += name + " ";
+  const ULONGLONG deadline = GetTickCount64() + 5000;
+  do {
+    if (!all.empty()) Sleep(10);
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(FFolder)) {
+      names.insert(entry.path().filename().string());
+    }
+    all.clear();
+    for (const auto& name : names) all += name + " ";
+  } while (all.find(".part") != std::string::npos && GetTickCount64() < deadline);
   return all;
 }
 

@@ -7,16 +7,13 @@ class TWebServer {
  public:
   static constexpr char Body[] = "0123456789abcdefghijklmnopqrstuvwxyz";
 
-  TWebServer();
-
   std::string Address(std::string_view path, std::string_view host = "127.0.0.1") const {
     return FServer.Address(path, host);
   }
   std::vector<std::string> Requests() const { return FServer.Requests(); }
 
  private:
-  void Handle(TConnection& connection);
-  void Redirect(TConnection& connection, int status, const std::string& target) const;
+  void Handle(TConnection& connection) const;
 
-  TLoopbackServer FServer;
+  TLoopbackServer FServer{[this](TConnection& connection) { Handle(connection); }};
 };

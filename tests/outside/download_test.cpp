@@ -7,11 +7,8 @@
 #include "outside/download_server.h"
 
 namespace {
-constexpr int Received = 1;
-constexpr int None = -1;
-constexpr int NoConnection = -2;
-constexpr int Failed = -3;
-constexpr int UnknownHost = -4;
+constexpr int Received = ZEF_DOWNLOAD_RECEIVED;
+constexpr int Failed = ZEF_DOWNLOAD_FAILED;
 }  // namespace
 
 class Download : public TDownloadTest {};
@@ -24,48 +21,65 @@ TEST_F(Download, EndsAsTheServerBehaves) {
     const TLoopbackServer gone([](TConnection&) {});
     return gone.Address("/");
   }();
-  const struct {
+  std::string padded = server.Address("/exact");
+  padded.insert(0, " \t").append(" \r\n");
+  struct TCase {
     std::string Address;
     int Status;
     std::string Content;  ///< of the file afterwards
-  } cases[] = {
+  };
+  std::vector<TCase> cases{
       {server.Address("/exact"), Received, whole},
-      {server.Address("/exact?a=b c#part"), Failed, old},  // the server knows no such path
+      {padded, Received, whole},
+      {server.Address("?q=1#part"), Received, whole},
+      {server.Address("/a b?c d"), Received, whole},
+      {server.Address("/exact", "user:word@127.0.0.1"), Failed, old},
+      {server.Address("/kept"), Received, whole},
+      {server.Address("/kept"), Received, whole},
       {server.Address("/no-length"), Received, whole},
       {server.Address("/chunked"), Received, whole},
       {server.Address("/short"), Failed, old},
       {server.Address("/extra"), Received, whole.substr(0, 10)},
-      {server.Address("/204"), Received, ""},
-      {server.Address("/301"), Received, whole},
-      {server.Address("/302"), Received, whole},
-      {server.Address("/other-host"), Received, whole},
+      {server.Address("/negative"), Failed, old},
+      {server.Address("/no-number"), Failed, old},
+      {server.Address("/302/307/chunked"), Received, whole},
+      {server.Address("/302" + server.Address("/exact", "localhost").substr(5)), Received, whole},
       {server.Address("/circle"), Failed, old},
-      {server.Address("/404"), Failed, old},
-      {server.Address("/500"), Failed, old},
+      {server.Address("/to-file"), Failed, old},
+      {server.Address("/to-nowhere"), Failed, old},
       {server.Address("/garbage"), Failed, old},
       {server.Address("/reset"), Failed, old},
+      {server.Address("/reset-header"), Failed, old},
       {server.Address("/header-1mb"), Failed, old},
-      {nobody, NoConnection, old},
-      {"http://no-such-host.invalid/", UnknownHost, old},
+      {nobody, ZEF_DOWNLOAD_NO_CONNECTION, old},
+      {"http://no-such-host.invalid/", ZEF_DOWNLOAD_UNKNOWN_HOST, old},
       {"", Failed, old},
-      {"exact", Failed, old},
-      {"http://", Failed, old},
       {"ftp://127.0.0.1/exact", Failed, old},
   };
-  for (const bool inCallersThread : {false, true}) {
-    const TDownload download(*Library);
-    for (const auto& each : cases) {
-      SCOPED_TRACE(each.Address + (inCallersThread ? " now" : " in the background"));
-      const std::string file = Write("file.bin", old);
-      download.SetUp(each.Address, file.c_str());
-      EXPECT_EQ(download.Do(inCallersThread ? TDownload::Fetch : TDownload::Start), 1);
-      download.Do(TDownload::Wait);
-      EXPECT_EQ(download.StatusNow(), each.Status);
-      EXPECT_EQ(Read(file), each.Content);
-      EXPECT_EQ(Files(), "file.bin ");
-    }
+  for (const char* status : {"200", "203"}) {
+    cases.push_back({server.Address(std::string("/") + status), Received, whole});
   }
-  EXPECT_EQ(server.Requests().front(), "/exact");
+  for (const char* status :
+       {"201", "204", "205", "206", "300", "301", "304", "305", "404", "500"}) {
+    cases.push_back({server.Address(std::string("/") + status), Failed, old});
+  }
+  for (const char* status : {"301", "302", "303", "307", "308"}) {
+    cases.push_back({server.Address(std::string("/") + status + "/exact"), Received, whole});
+  }
+  const TDownload download(*Library);
+  bool inCallersThread = false;
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.Address + (inCallersThread ? " now" : " in the background"));
+    const std::string file = Write("file.bin", old);
+    download.SetUp(each.Address, file.c_str());
+    EXPECT_EQ(download.Do(inCallersThread ? ZEF_DOWNLOAD_FETCH : ZEF_DOWNLOAD_START), 1);
+    download.Do(ZEF_DOWNLOAD_WAIT);
+    EXPECT_EQ(download.StatusNow(), each.Status);
+    EXPECT_EQ(Read(file), each.Content);
+    EXPECT_EQ(Files(), "file.bin ");
+    inCallersThread = !inCallersThread;
+  }
+  EXPECT_EQ(download.StatusAfter(server.Address("/too-much"), nullptr), Failed);
 }
 
 TEST_F(Download, GivesUpAfterTenSilentSecondsNotAfterTenSlowOnes) {
@@ -81,11 +95,11 @@ TEST_F(Download, GivesUpAfterTenSilentSecondsNotAfterTenSlowOnes) {
     downloads.emplace_back(*Library);
     const std::string file = File(each.Path + 1);
     downloads.back().SetUp(server.Address(each.Path), file.c_str());
-    downloads.back().Do(TDownload::Start);
+    downloads.back().Do(ZEF_DOWNLOAD_START);
   }
   for (std::size_t i = 0; i < downloads.size(); ++i) {
     SCOPED_TRACE(cases[i].Path);
-    downloads[i].Do(TDownload::Wait);
+    downloads[i].Do(ZEF_DOWNLOAD_WAIT);
     EXPECT_GE(GetTickCount64() - start, 9900u);
     EXPECT_LE(GetTickCount64() - start, 16000u);
     EXPECT_EQ(downloads[i].StatusNow(), cases[i].Status);
@@ -100,19 +114,39 @@ TEST_F(Download, GoesToTheFilesOrTheMemoryAsked) {
   std::filesystem::current_path(File(""));
   {
     const TDownload unnamed(*Library);
-    unnamed.Do(TDownload::Address, server.Address("/exact").c_str());
-    unnamed.Do(TDownload::Start);
+    unnamed.Do(ZEF_DOWNLOAD_SET_ADDRESS, server.Address("/exact").c_str());
+    unnamed.Do(ZEF_DOWNLOAD_START);
     // Where it goes was settled when it began.
     std::filesystem::current_path(before);
-    unnamed.Do(TDownload::Wait);
+    unnamed.Do(ZEF_DOWNLOAD_WAIT);
     EXPECT_EQ(unnamed.StatusNow(), Received);
     EXPECT_EQ(Files(), "Default.htm Head.txt ");
     EXPECT_EQ(Read(File("Default.htm")), whole);
     EXPECT_TRUE(Read(File("Head.txt"))->starts_with("HTTP/1.1 200 OK\r\n"));
 
+    for (const char* name : {"", "no/such", "*", "Default.ht?"}) {
+      EXPECT_EQ(unnamed.StatusAfter(server.Address("/exact"), File(name).c_str()), Failed) << name;
+    }
     EXPECT_EQ(unnamed.StatusAfter(server.Address("/exact"), ""), Failed);
-    EXPECT_EQ(unnamed.StatusAfter(server.Address("/exact"), File("no/such").c_str()), Failed);
-    EXPECT_EQ(unnamed.StatusAfter(server.Address("/exact"), File("").c_str()), Failed);
+  }
+  {
+    // Both files are new, or neither is: one is held by another program, or to stay as it is.
+    for (const bool held : {true, false}) {
+      Write("Default.htm", "old");
+      Write("Head.txt", "old");
+      const std::ifstream reader(held ? File("Default.htm") : "");
+      const std::string file = File("Head.txt");
+      if (!held) SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
+      std::filesystem::current_path(File(""));
+      const TDownload unnamed(*Library);
+      unnamed.Do(ZEF_DOWNLOAD_SET_ADDRESS, server.Address("/exact").c_str());
+      unnamed.Do(ZEF_DOWNLOAD_FETCH);
+      std::filesystem::current_path(before);
+      EXPECT_EQ(unnamed.StatusNow(), Failed);
+      SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+      EXPECT_EQ(Read(File("Default.htm")), "old");
+      EXPECT_EQ(Read(file), "old");
+    }
   }
   const TDownload kept(*Library);
   EXPECT_EQ(kept.StatusAfter(server.Address("/exact"), nullptr), Received);
@@ -129,27 +163,31 @@ TEST_F(Download, GoesToTheFilesOrTheMemoryAsked) {
     EXPECT_EQ(size, each.Left);
   }
   int size = 7;
-  EXPECT_EQ(kept.Do(TDownload::CopyBody, nullptr, &size), 1);
+  EXPECT_EQ(kept.Do(ZEF_DOWNLOAD_COPY_BODY, nullptr, &size), 1);
   EXPECT_EQ(size, 7);
-  EXPECT_EQ(kept.Do(TDownload::CopyBody, "x"), 1);
+  EXPECT_EQ(kept.Do(ZEF_DOWNLOAD_COPY_BODY, "x"), 1);
   EXPECT_EQ(kept.StatusAfter(server.Address("/short"), nullptr), Failed);
   EXPECT_EQ(kept.Body(size), "???????");
   EXPECT_EQ(size, 0);
   EXPECT_EQ(Files(), "Default.htm Head.txt ");
 }
 
-TEST_F(Download, ClearsAwayWhatKilledProgramsLeft) {
+TEST_F(Download, ClearsAwayOnlyWhatItLeft) {
   const TWebServer server;
-  Write("file.bin.99999-1.part", "half a file");
-  Write("other.bin.99999-1.part", "not ours");
+  const std::string key = "." + std::string(32, 'a') + ".part";
+  const char* const others[] = {"file.bin.mes-notes.part", "file.bin.1-1.part", "other-file.part"};
+  for (const char* other : others) Write(other, "not ours");
+  Write("file.bin" + key, "half a file");
+  Write("other.bin" + key, "of another download");
   {
-    std::ofstream busy(Write("file.bin.99998-1.part", "still written"), std::ios::app);
     const TDownload download(*Library);
+    EXPECT_EQ(download.StatusAfter(server.Address("/exact"), File("*").c_str()), Failed);
+    EXPECT_EQ(Read(File("file.bin" + key)), "half a file");
     EXPECT_EQ(download.StatusAfter(server.Address("/exact"), File("file.bin").c_str()), Received);
-    EXPECT_EQ(Read(File("file.bin.99999-1.part")), std::nullopt);
+    EXPECT_EQ(Read(File("file.bin" + key)), std::nullopt);
   }
-  EXPECT_TRUE(std::filesystem::remove(File("other.bin.99999-1.part")));
-  std::filesystem::remove(File("file.bin.99998-1.part"));
+  for (const char* other : others) EXPECT_TRUE(std::filesystem::remove(File(other))) << other;
+  EXPECT_TRUE(std::filesystem::remove(File("other.bin" + key)));
   EXPECT_EQ(Files(), "file.bin ");
 }
 
@@ -172,28 +210,25 @@ TEST_F(Download, RefusesWhatIsNoCommandOfItsOwn) {
   Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &base);
   int stranger = 0;
   int value = 5;
-  const auto command = [&](void* handle, int number, int* out) {
-    return Library->VCLCmdURL(static_cast<ZefDialog>(handle), static_cast<signed char>(number),
-                              nullptr, out);
-  };
   for (int number = -128; number < 128; ++number) {
-    for (void* handle : {static_cast<void*>(nullptr), static_cast<void*>(base),
-                         static_cast<void*>(&stranger), reinterpret_cast<void*>(0x1234)}) {
-      EXPECT_EQ(command(handle, number, &value), 0);
-    }
-    if (number < 1 || number > 11) {
-      EXPECT_EQ(command(download.Handle(), number, &value), 0);
+    for (void* handle :
+         {static_cast<void*>(nullptr), static_cast<void*>(base), static_cast<void*>(&stranger),
+          reinterpret_cast<void*>(0x1234), static_cast<void*>(download.Handle())}) {
+      if (handle == download.Handle() && number >= 1 && number <= 11) continue;
+      EXPECT_EQ(Library->VCLCmdURL(static_cast<ZefDialog>(handle), static_cast<signed char>(number),
+                                   nullptr, &value),
+                0);
     }
   }
   EXPECT_EQ(value, 5);
-  EXPECT_EQ(download.Do(TDownload::Result), 0);
-  EXPECT_EQ(download.Do(TDownload::Status), 0);
-  EXPECT_EQ(download.StatusNow(), None);
-  EXPECT_EQ(download.Do(TDownload::Result, nullptr, &value), 1);
+  EXPECT_EQ(download.Do(ZEF_DOWNLOAD_GET_RESULT), 0);
+  EXPECT_EQ(download.Do(ZEF_DOWNLOAD_GET_STATUS), 0);
+  EXPECT_EQ(download.StatusNow(), ZEF_DOWNLOAD_NONE);
+  EXPECT_EQ(download.Do(ZEF_DOWNLOAD_GET_RESULT, nullptr, &value), 1);
   EXPECT_EQ(value, 0);
   // Nothing runs: nothing to wait for or to abort.
-  EXPECT_EQ(download.Do(TDownload::Wait), 1);
-  EXPECT_EQ(download.Do(TDownload::Abort), 1);
+  EXPECT_EQ(download.Do(ZEF_DOWNLOAD_WAIT), 1);
+  EXPECT_EQ(download.Do(ZEF_DOWNLOAD_ABORT), 1);
   Library->VCLFreeNonModalDialog(base);
 }
 
@@ -204,11 +239,11 @@ TEST_F(Download, DiesByEitherFunctionOrWithItsOwner) {
     return Library->VCLCmdURL(handle, static_cast<signed char>(number), static_cast<char*>(nullptr),
                               &value);
   };
-  const auto alive = [&](ZefDialog handle) { return command(handle, TDownload::Status); };
+  const auto alive = [&](ZefDialog handle) { return command(handle, ZEF_DOWNLOAD_GET_STATUS); };
   const auto started = [&](ZefDialog owner) {
     TDownload download(*Library, owner);
     download.SetUp(server.Address("/stall"), File("file.bin").c_str());
-    download.Do(TDownload::Start);
+    download.Do(ZEF_DOWNLOAD_START);
     const ZefDialog handle = download.Handle();
     download.Forget();
     return handle;
@@ -219,7 +254,7 @@ TEST_F(Download, DiesByEitherFunctionOrWithItsOwner) {
   const ZefDialog freed = started(owner);
   const ZefDialog destroyed = started(reinterpret_cast<ZefDialog>(&owner));
   EXPECT_LT(Duration([&] { EXPECT_EQ(Library->VCLFreeNonModalDialog(freed), 0); }), 1000u);
-  EXPECT_LT(Duration([&] { EXPECT_EQ(command(destroyed, TDownload::Destroy), 1); }), 1000u);
+  EXPECT_LT(Duration([&] { EXPECT_EQ(command(destroyed, ZEF_DOWNLOAD_DESTROY), 1); }), 1000u);
   EXPECT_EQ(alive(freed), 0);
   EXPECT_EQ(alive(destroyed), 0);
   EXPECT_EQ(alive(owned), 1);
@@ -231,8 +266,8 @@ TEST_F(Download, ShowsItsWindow) {
   const TWebServer server;
   const TDownload download(*Library);
   download.SetUp(server.Address("/stream"), File("file.bin").c_str());
-  download.Do(TDownload::Show);
-  download.Do(TDownload::Start);
+  download.Do(ZEF_DOWNLOAD_SHOW);
+  download.Do(ZEF_DOWNLOAD_START);
   WhileIdle([&](TScriptedUser& user) {
     TFormDriver form = user.WaitForForm("TDlgDwnld");
     EXPECT_EQ(form.Caption(), "Téléchargement...");
@@ -249,7 +284,7 @@ TEST_F(Download, ShowsItsWindow) {
   EXPECT_EQ(download.StatusNow(), Received);
   // The same window fetches again, from a server that tells no length: the bar stays.
   EXPECT_EQ(download.StatusAfter(server.Address("/no-length"), File("file.bin").c_str()), Received);
-  download.Do(TDownload::Show);
+  download.Do(ZEF_DOWNLOAD_SHOW);
   WhileIdle([&](TScriptedUser& user) {
     TFormDriver form = user.WaitForForm("TDlgDwnld");
     EXPECT_EQ(Ask(form.Control("ProgressBar"), PBM_GETPOS), 100);

@@ -30,14 +30,14 @@ TEST_F(UpdateOffer, AnswersAsItIsLeft) {
     int Answer;
     void (*Leave)(TFormDriver&);
   } ways[] = {
-      {"download", 1, [](TFormDriver& form) { form.Click("ButtonOK"); }},
-      {"Alt+T", 1, [](TFormDriver& form) { form.Mnemonic('T'); }},
-      {"ignore", -1, [](TFormDriver& form) { form.Click("ButtonIgnore"); }},
-      {"Alt+I", -1, [](TFormDriver& form) { form.Mnemonic('I'); }},
-      {"later", 0, [](TFormDriver& form) { form.Click("ButtonCancel"); }},
-      {"Escape", 0, [](TFormDriver& form) { form.Press(VK_ESCAPE); }},
-      {"close box", 0, [](TFormDriver& form) { form.CloseBox(); }},
-      {"Alt+F4", 0, [](TFormDriver& form) { form.Press(VK_F4, mdAlt); }},
+      {"download", ZEF_OFFER_DOWNLOAD, [](TFormDriver& form) { form.Click("ButtonOK"); }},
+      {"Alt+T", ZEF_OFFER_DOWNLOAD, [](TFormDriver& form) { form.Mnemonic('T'); }},
+      {"ignore", ZEF_OFFER_IGNORE, [](TFormDriver& form) { form.Click("ButtonIgnore"); }},
+      {"Alt+I", ZEF_OFFER_IGNORE, [](TFormDriver& form) { form.Mnemonic('I'); }},
+      {"later", ZEF_OFFER_LATER, [](TFormDriver& form) { form.Click("ButtonCancel"); }},
+      {"Escape", ZEF_OFFER_LATER, [](TFormDriver& form) { form.Press(VK_ESCAPE); }},
+      {"close box", ZEF_OFFER_LATER, [](TFormDriver& form) { form.CloseBox(); }},
+      {"Alt+F4", ZEF_OFFER_LATER, [](TFormDriver& form) { form.Press(VK_F4, mdAlt); }},
   };
   for (const auto& way : ways) {
     SCOPED_TRACE(way.Way);

@@ -15,16 +15,7 @@ namespace {
 
 enum TExitCode { Well = 0, Found = 1, Failed = 2 };
 
-std::string WideToUtf8(std::wstring_view text) {
-  const int length = static_cast<int>(text.size());
-  const int size =
-      WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string utf8(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data(), size, nullptr, nullptr);
-  return utf8;
-}
-
-std::string Utf8Of(std::string_view ansi) { return WideToUtf8(ToWide(ansi)); }
+std::string Utf8Of(std::string_view ansi) { return ToUtf8(ToWide(ansi)); }
 
 /// A console shows UTF-16; a file or a pipe takes UTF-8.
 void Print(const std::wstring& line) {
@@ -35,7 +26,7 @@ void Print(const std::wstring& line) {
   if (GetConsoleMode(out, &mode)) {
     WriteConsoleW(out, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
   } else {
-    const std::string bytes = WideToUtf8(text);
+    const std::string bytes = ToUtf8(text);
     WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
   }
 }

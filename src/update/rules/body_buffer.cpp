@@ -8,7 +8,8 @@ constexpr std::size_t kFirstBlock = 4096;
 constexpr std::size_t kLargestBlock = 1024 * 1024;
 }  // namespace
 
-void TBodyBuffer::Append(std::span<const char> data) {
+bool TBodyBuffer::Append(std::span<const char> data) {
+  if (data.size() > FMost - FSize) return false;
   while (!data.empty()) {
     if (FBlocks.empty() || FBlocks.back().Used == FBlocks.back().Capacity) {
       const std::size_t capacity = std::clamp(FSize, kFirstBlock, kLargestBlock);
@@ -21,6 +22,7 @@ void TBodyBuffer::Append(std::span<const char> data) {
     FSize += count;
     data = data.subspan(count);
   }
+  return true;
 }
 
 void TBodyBuffer::Clear() {

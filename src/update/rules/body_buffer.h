@@ -9,8 +9,14 @@
 /// stretch of address space has to hold it all.
 class TBodyBuffer {
  public:
-  /// Throws std::bad_alloc and then holds an undefined part of the data.
-  void Append(std::span<const char> data);
+  /// Bytes that a body may have: a server that never ends must not starve the host.
+  static constexpr std::size_t kMost = 256 * 1024 * 1024;
+
+  explicit TBodyBuffer(std::size_t most = kMost) : FMost(most) {}
+
+  /// False, with nothing added, when the body would grow beyond its limit. Throws std::bad_alloc
+  /// and then holds an undefined part of the data.
+  bool Append(std::span<const char> data);
   void Clear();
   std::size_t Size() const { return FSize; }
   /// Copies the first bytes, at most as many as the target holds; returns how many.
@@ -24,5 +30,6 @@ class TBodyBuffer {
   };
 
   std::vector<TBlock> FBlocks;
+  std::size_t FMost;
   std::size_t FSize = 0;
 };

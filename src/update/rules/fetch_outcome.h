@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/http_request.h"
+#include "platform/http_exchange.h"
 
 /// What a fetch reports to its client's events when it has ended.
 enum class TFetchOutcome {
@@ -11,17 +11,5 @@ enum class TFetchOutcome {
   InvalidHost
 };
 
-TFetchOutcome OutcomeOf(const THttpResult& result);
-
-/// False for an answer that is the server's word on a failure: a sink refuses its body.
-constexpr bool BodyWanted(int status) { return status < 400; }
-
-/// The status codes that the host reads.
-enum TDownloadStatus {
-  dsNone = -1,  ///< no outcome yet
-  dsRunning = 0,
-  dsReceived = 1,
-  dsConnectionFailed = -2,
-  dsFailed = -3,
-  dsInvalidHost = -4
-};
+/// Of a request that the system ended with an error, in the phase it had reached.
+TFetchOutcome OutcomeOf(unsigned long error, THttpPhase phase);

@@ -1,0 +1,84 @@
+#include "update/rules/response_head.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r";
+  const auto start = text.find_first_not_of(blanks);
+  if (start == std::string_view::npos) return {};
+  return text.substr(start, text.find_last_not_of(blanks) - start + 1);
+}
+
+/// Takes what stands before the separator off the text, and the separator with it.
+std::string_view CutTo(std::string_view& text, char separator) {
+  const auto end = std::min(text.find(separator), text.size());
+  const auto part = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return part;
+}
+
+template <class TNumber>
+bool ReadNumber(std::string_view text, TNumber& number) {
+  const auto end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end;
+}
+
+bool IsNamed(std::string_view name, std::string_view lowered) {
+  return std::ranges::equal(name, lowered, [](char a, char b) {
+    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
+  });
+}
+
+/// A server may repeat a length, as long as it is the same.
+bool ReadLength(std::string_view list, std::optional<std::uint64_t>& length) {
+  do {
+    std::uint64_t number = 0;
+    if (!ReadNumber(Trimmed(CutTo(list, ',')), number)) return false;
+    if (length && *length != number) return false;
+    length = number;
+  } while (!list.empty());
+  return true;
+}
+
+bool ReadStatus(std::string_view line, int& status) {
+  return CutTo(line, ' ').starts_with("HTTP/") &&
+         ReadNumber(CutTo(line = Trimmed(line), ' '), status);
+}
+
+}  // namespace
+
+TAnswer AnswerOf(int status) {
+  switch (status) {
+    case 200:
+    case 203:
+      return TAnswer::Document;
+    case 301:
+    case 302:
+    case 303:
+    case 307:
+    case 308:
+      return TAnswer::Redirection;
+    default:
+      return TAnswer::Refusal;
+  }
+}
+
+std::optional<TResponseHead> ParseResponseHead(std::string_view lines) {
+  TResponseHead head;
+  bool endTells = false;
+  if (!ReadStatus(Trimmed(CutTo(lines, '\n')), head.Status)) return std::nullopt;
+  while (!lines.empty()) {
+    std::string_view value = CutTo(lines, '\n');
+    const auto name = Trimmed(CutTo(value, ':'));
+    value = Trimmed(value);
+    if (IsNamed(name, "location")) head.Location = value;
+    if (IsNamed(name, "transfer-encoding")) endTells = true;
+    if (IsNamed(name, "content-length") && !ReadLength(value, head.Length)) return std::nullopt;
+  }
+  if (endTells) head.Length.reset();
+  return head;
+}
