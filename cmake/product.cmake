@@ -27,9 +27,9 @@ file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/layouts.rc CONTENT "${rc}")
 set_source_files_properties(${PROJECT_BINARY_DIR}/layouts.rc
                             PROPERTIES OBJECT_DEPENDS "${ZEF_FORMS};${ZEF_GLYPHS}")
 
-file(GLOB ZEF_WINDOWS_SOURCES CONFIGURE_DEPENDS
-     src/platform/*.cpp src/forms/*.cpp src/dialogs/base/*.cpp src/frame/*.cpp src/syntax/*.cpp
-     src/directories/*.cpp src/update/*.cpp src/filter/*.cpp)
+# All that is not rules needs Windows.
+file(GLOB ZEF_WINDOWS_SOURCES CONFIGURE_DEPENDS src/*/*.cpp src/*/*/*.cpp)
+list(REMOVE_ITEM ZEF_WINDOWS_SOURCES ${ZEF_RULE_SOURCES})
 
 # Everything but the library entry, as objects, so that the tests may also reach inside.
 add_library(zefext_objects OBJECT ${ZEF_WINDOWS_SOURCES})

@@ -1,6 +1,4 @@
 # Tests, fuzz targets and benchmarks of the rules, on the build machine.
-include(CTest)
-
 # The package ships GoogleTest's sources only: built here once, with our own flags.
 set(BUILD_GMOCK OFF)
 set(INSTALL_GTEST OFF)
@@ -12,7 +10,6 @@ target_link_libraries(rules_tests PRIVATE zef_rules gtest_main)
 target_include_directories(rules_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests/rules
                                                ${PROJECT_SOURCE_DIR}/examples/host)
 target_compile_definitions(rules_tests PRIVATE ZEF_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-add_test(NAME rules COMMAND rules_tests)
 
 file(GLOB ZEF_FUZZ CONFIGURE_DEPENDS fuzz/fuzz_*.cpp)
 foreach(source ${ZEF_FUZZ})
