@@ -23,33 +23,62 @@ constexpr TCollation Windows1252() {
 
 constinit TCollation userCollation = Windows1252();
 
+/// Gives a text's upper case byte by byte, whatever its characters are made of.
+class TUpperBytes {
+ public:
+  explicit TUpperBytes(std::string_view text) : FRest(text) {}
+
+  bool AtEnd() const { return FRest.empty() && FGiven == FCharacter.Length; }
+  /// Not at the end.
+  unsigned char Next() {
+    if (FGiven == FCharacter.Length) {
+      const auto byte = static_cast<unsigned char>(FRest.front());
+      if (byte < 0x80 || !userCollation.UpperCharacter) {
+        FRest.remove_prefix(1);
+        return userCollation.Upper[byte];
+      }
+      FCharacter = userCollation.UpperCharacter(FRest);
+      FRest.remove_prefix(FCharacter.Taken);
+      FGiven = 0;
+    }
+    return static_cast<unsigned char>(FCharacter.Bytes[FGiven++]);
+  }
+
+ private:
+  std::string_view FRest;
+  TUpperCharacter FCharacter;
+  unsigned char FGiven = 0;
+};
+
 /// A short text's upper case without an allocation: sorting asks for two at each comparison.
 class TUpperCopy {
  public:
-  explicit TUpperCopy(std::string_view text) : FLength(text.size()) {
-    if (FLength > FShort.size()) FLong.resize(FLength);
-    char* to = FLength > FShort.size() ? FLong.data() : FShort.data();
-    for (char c : text) *to++ = static_cast<char>(UpperByte(c));
+  explicit TUpperCopy(std::string_view text) {
+    for (TUpperBytes bytes(text); !bytes.AtEnd();) {
+      if (FLength == FShort.size()) {
+        FLong = UpperText(text);
+        return;
+      }
+      FShort[FLength++] = static_cast<char>(bytes.Next());
+    }
   }
   std::string_view View() const {
     return FLong.empty() ? std::string_view(FShort.data(), FLength) : std::string_view(FLong);
   }
 
  private:
-  std::size_t FLength;
+  std::size_t FLength = 0;
   std::array<char, 256> FShort;
   std::string FLong;
 };
 
 int UpperByteOrder(std::string_view a, std::string_view b) {
-  const auto& upper = userCollation.Upper;
-  const std::size_t common = std::min(a.size(), b.size());
-  for (std::size_t i = 0; i < common; ++i) {
-    const int difference =
-        upper[static_cast<unsigned char>(a[i])] - upper[static_cast<unsigned char>(b[i])];
-    if (difference != 0) return difference;
+  TUpperBytes left(a);
+  TUpperBytes right(b);
+  while (!left.AtEnd() && !right.AtEnd()) {
+    if (const int difference = left.Next() - right.Next()) return difference;
   }
-  return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+  return static_cast<int>(right.AtEnd()) - static_cast<int>(left.AtEnd());
 }
 
 }  // namespace
@@ -58,14 +87,29 @@ const TCollation& UserCollation() { return userCollation; }
 
 void SetUserCollation(const TCollation& collation) { userCollation = collation; }
 
+std::string MaskDoubleBytes(std::string_view text) {
+  constexpr char neutral = '\x80';
+  std::string mask(text);
+  for (std::size_t i = 0; i + 1 < mask.size(); ++i) {
+    // In every such code page the second byte stands behind the signs and digits.
+    const bool pair = userCollation.LeadBytes[static_cast<unsigned char>(mask[i])] &&
+                      static_cast<unsigned char>(mask[i + 1]) >= 0x40;
+    if (!pair) continue;
+    mask[i] = mask[i + 1] = neutral;
+    ++i;
+  }
+  return mask;
+}
+
 std::string UpperText(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) c = static_cast<char>(UpperByte(c));
+  std::string result;
+  result.reserve(text.size());
+  for (TUpperBytes bytes(text); !bytes.AtEnd();) result += static_cast<char>(bytes.Next());
   return result;
 }
 
-bool SameText(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && UpperByteOrder(a, b) == 0;
+bool SameText(std::string_view a, std::string_view b) noexcept {
+  return (a.size() == b.size() || userCollation.UpperCharacter) && UpperByteOrder(a, b) == 0;
 }
 
 int CompareText(std::string_view a, std::string_view b, bool caseSensitive) {
@@ -78,14 +122,13 @@ int CompareText(std::string_view a, std::string_view b, bool caseSensitive) {
   return order != 0 ? order : bytes;
 }
 
-std::size_t HashText(std::string_view text, bool caseSensitive) {
+std::size_t HashText(std::string_view text, bool caseSensitive) noexcept {
   std::uint32_t hash = 0x811C9DC5u;
   constexpr std::uint32_t prime = 0x01000193u;
   if (caseSensitive) {
     for (char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * prime;
   } else {
-    const auto& upper = userCollation.Upper;
-    for (char c : text) hash = (hash ^ upper[static_cast<unsigned char>(c)]) * prime;
+    for (TUpperBytes bytes(text); !bytes.AtEnd();) hash = (hash ^ bytes.Next()) * prime;
   }
   // Tables take the low bits, which the last multiplication alone leaves too regular.
   hash ^= hash >> 16;

@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include "platform/code_page.h"
 #include "text/collation.h"
 
 namespace {
@@ -13,8 +14,7 @@ namespace {
 int Sign(int order) { return (order > 0) - (order < 0); }
 
 int SystemsOrder(const std::string& a, const std::string& b) {
-  return CompareStringA(LOCALE_USER_DEFAULT, 0, a.data(), static_cast<int>(a.size()), b.data(),
-                        static_cast<int>(b.size())) -
+  return CompareStringW(LOCALE_USER_DEFAULT, 0, ToWide(a).c_str(), -1, ToWide(b).c_str(), -1) -
          CSTR_EQUAL;
 }
 

@@ -41,26 +41,25 @@ TEST(Collation, OrderIsByUnsignedBytesWithoutALocale) {
   }
 }
 
-class LocaleCollation : public testing::Test {
+/// Other rules as long as a test runs.
+class OtherRules : public testing::Test {
  protected:
-  LocaleCollation() : FBefore(UserCollation()) {
-    TCollation rules = FBefore;
-    // Hyphens count for nothing, as in word sorting.
-    rules.LocaleOrder = [](std::string_view a, std::string_view b) {
-      std::string left(a), right(b);
-      std::erase(left, '-');
-      std::erase(right, '-');
-      return left.compare(right);
-    };
-    SetUserCollation(rules);
-  }
-  ~LocaleCollation() override { SetUserCollation(FBefore); }
+  ~OtherRules() override { SetUserCollation(FBefore); }
 
  private:
-  const TCollation FBefore;
+  const TCollation FBefore = UserCollation();
 };
 
-TEST_F(LocaleCollation, LocaleDecidesAndBytesSettleWhatItCannot) {
+TEST_F(OtherRules, LocaleDecidesAndBytesSettleWhatItCannot) {
+  TCollation rules = UserCollation();
+  // Hyphens count for nothing, as in word sorting.
+  rules.LocaleOrder = [](std::string_view a, std::string_view b) {
+    std::string left(a), right(b);
+    std::erase(left, '-');
+    std::erase(right, '-');
+    return left.compare(right);
+  };
+  SetUserCollation(rules);
   EXPECT_LT(CompareText("b-a", "bb", false), 0);
   EXPECT_GT(CompareText("B-C", "ba", false), 0) << "the locale is asked about upper-cased texts";
   EXPECT_NE(CompareText("co-op", "coop", false), 0) << "not the same text, so never equal in order";
@@ -68,6 +67,44 @@ TEST_F(LocaleCollation, LocaleDecidesAndBytesSettleWhatItCannot) {
   EXPECT_EQ(CompareText("Co-op", "co-Op", false), 0);
   const std::string longText(1000, 'x');
   EXPECT_LT(CompareText(longText + "-a", longText + "b", false), 0);
+}
+
+// Of a code page where 0x83 begins a character of two bytes: "\x83\x5B" is the small form of
+// "\x83\x7C", and "\x83\x5D" that of "\xA1", of one byte.
+TEST_F(OtherRules, CharactersOfSeveralBytes) {
+  TCollation rules = UserCollation();
+  rules.LeadBytes[0x83] = true;
+  rules.UpperCharacter = [](std::string_view text) noexcept -> TUpperCharacter {
+    if (text.starts_with("\x83\x5B")) return {{'\x83', '\x7C'}, 2, 2};
+    if (text.starts_with("\x83\x5D")) return {{'\xA1'}, 1, 2};
+    const bool pair = text.size() > 1 && text[0] == '\x83' && text[1] >= '@';
+    return {{text[0], pair ? text[1] : '\0'},
+            static_cast<unsigned char>(pair ? 2 : 1),
+            static_cast<unsigned char>(pair ? 2 : 1)};
+  };
+  SetUserCollation(rules);
+  const struct {
+    const char* Text;
+    const char* Upper;
+    const char* Masked;
+  } cases[] = {
+      {"a\x83\x5B[", "A\x83\x7C[", "a\x80\x80["},
+      {"\x83\x5D.b", "\xA1.B", "\x80\x80.b"},
+      {"\x83\x61", "\x83\x61", "\x80\x80"},  // its second byte is no letter
+      {"\x83\x83\x5C\\", "\x83\x83\x5C\\", "\x80\x80\\\\"},
+      {"\x83,a\x83", "\x83,A\x83", "\x83,a\x83"},  // no characters
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(UpperText(c.Text), c.Upper);
+    EXPECT_EQ(MaskDoubleBytes(c.Text), c.Masked);
+    EXPECT_TRUE(SameText(c.Text, c.Upper)) << c.Text;
+    EXPECT_EQ(HashText(c.Text, false), HashText(c.Upper, false)) << c.Text;
+    EXPECT_EQ(CompareText(c.Text, c.Upper, false), 0) << c.Text;
+    EXPECT_NE(CompareText(c.Text, c.Upper, true) == 0, c.Text != std::string_view(c.Upper));
+  }
+  EXPECT_FALSE(SameText("\x83\x61", "\x83\x41"));
+  EXPECT_FALSE(SameText("\x83\x5D", "\xA1\xA1"));
+  EXPECT_LT(CompareText("\x83\x5B", "\x83\x5B\x83\x5B", false), 0);
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <random>
 #include <string>
 
+#include "text/collation.h"
+
 namespace {
 
 struct TCase {
@@ -40,7 +42,14 @@ TEST(LineCut, CutsAroundTheCursor) {
       {"x = [a = b].c^", "x = ", "[a = b].c", "", 1},
       {"(a.b)^", "(", "a.b", ")", 1},
       {"x=a.b   ^", "x=", "a.b   ", "", 1},
+      // Second bytes that look like a bracket, a bar, a "t".
+      {"y=\x83[\x83|.b^", "y=", "\x83[\x83|.b", "", 1},
+      {"y=\x83thena.^b|c", "y=", "\x83thena.b", "|c", 0},
   };
+  const TCollation before = UserCollation();
+  TCollation doubleBytes = before;
+  doubleBytes.LeadBytes[0x83] = true;
+  SetUserCollation(doubleBytes);
   for (const TCase& test : cases) {
     const std::size_t cursor = test.Marked.find('^');
     const std::string line = test.Marked.substr(0, cursor) + test.Marked.substr(cursor + 1);
@@ -50,6 +59,7 @@ TEST(LineCut, CutsAroundTheCursor) {
     EXPECT_EQ(cut.Suffix, test.Suffix) << test.Marked;
     EXPECT_EQ(cut.Position, test.Position) << test.Marked;
   }
+  SetUserCollation(before);
 }
 
 // The rules of the cut one by one, as plainly as they can be put: slow, but with nothing merged.

@@ -8,7 +8,8 @@ namespace {
 constexpr char kRefuge[] = "c:\\";
 
 std::string_view WithoutEndSlashes(std::string_view path) {
-  while (path.ends_with('\\')) path.remove_suffix(1);
+  const std::string signs = MaskDoubleBytes(path);
+  while (!path.empty() && signs[path.size() - 1] == '\\') path.remove_suffix(1);
   return path;
 }
 
@@ -27,7 +28,7 @@ TOpening CanOpen(const TDirectoryFiles& files, const TDirectoryList& list, int i
 
 std::string MovedPath(std::string_view directory, std::string_view folder) {
   directory = WithoutEndSlashes(directory);
-  const auto slash = directory.rfind('\\');
+  const auto slash = MaskDoubleBytes(directory).rfind('\\');
   const auto name = slash == std::string_view::npos ? directory : directory.substr(slash + 1);
   return std::string(WithoutEndSlashes(folder)) + "\\" + std::string(name);
 }

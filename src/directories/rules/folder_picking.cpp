@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "text/collation.h"
+
 namespace {
 
 constexpr std::uint32_t kAnyShell = 0;
@@ -61,6 +63,6 @@ std::optional<int> SpecialFolder(TBffRootDir root) {
 
 std::string WithoutEndSlash(std::string_view folder) {
   const bool drivePath = folder.size() > 3 && folder[1] == ':';
-  if (drivePath && folder.back() == '\\') folder.remove_suffix(1);
+  if (drivePath && MaskDoubleBytes(folder).back() == '\\') folder.remove_suffix(1);
   return std::string(folder);
 }

@@ -117,10 +117,8 @@ void TAssistantModel::WalkToPosition(TSyntaxView syntax) {
     const std::string_view written = FAnalysis.MemberNameAt(position);
     const int item = items.Find(written);
     if (item < 0) continue;
-    if (written != items.Name(item)) {
-      FAnalysis.RespellMemberAt(position, items.Name(item));
+    if (written != items.Name(item) && FAnalysis.RespellMemberAt(position, items.Name(item)))
       LineRewritten();
-    }
     const TSyntaxMember* member = TSyntaxDatabase::FindMember(*element, items.Name(item));
     if (member != nullptr && !member->ValueType().empty()) {
       FTypes.Record(position + 1, member->ValueType());

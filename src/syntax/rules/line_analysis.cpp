@@ -48,6 +48,7 @@ void TLineAnalysis::CutHostLine(std::optional<std::string_view> line, int cursor
 
 void TLineAnalysis::SetExpression(std::string expression, const TSyntaxNames& names) {
   FExpression = std::move(expression);
+  FSigns = MaskDoubleBytes(FExpression);
   TestFunction(names);
   FindSegments();
   SelectSegment(FPosition);
@@ -57,11 +58,12 @@ void TLineAnalysis::TestFunction(const TSyntaxNames& names) {
   FFunctionLength = 0;
   FFunctionMode = FExpression.empty();
   if (FFunctionMode) return;
-  const auto end = std::find_if(FExpression.begin(), FExpression.end(), [](char c) {
+  const auto end = std::find_if(FSigns.begin(), FSigns.end(), [](char c) {
     return kFunctionStops.Has(c) || kFunctionWordEnd.Has(c);
   });
-  if (end != FExpression.end() && kFunctionStops.Has(*end)) return;
-  const std::string_view word(FExpression.begin(), end);
+  if (end != FSigns.end() && kFunctionStops.Has(*end)) return;
+  const auto word =
+      std::string_view(FExpression).substr(0, static_cast<std::size_t>(end - FSigns.begin()));
   FFunctionMode = names.IsFunction(word);
   if (FFunctionMode) FFunctionLength = Length(word);
 }
@@ -71,7 +73,7 @@ void TLineAnalysis::FindSegments() {
   TNesting nesting;
   char last = '.';
   for (int i = 0; i < Length(FExpression); ++i) {
-    const char c = At(FExpression, i);
+    const char c = At(FSigns, i);
     const bool enclosed = nesting.Take(c);
     if (!enclosed && c == kBlank) break;
     if (!enclosed && c == '.') FDots.push_back(i);
@@ -102,7 +104,7 @@ void TLineAnalysis::AnalyseSegment(int start) {
   FValues.clear();
   if (!FNames.ParametersFollow) return;
   const int opening = FNames.MemberEnd + 1;
-  FParenthesised = At(FExpression, opening) == '(';
+  FParenthesised = At(FSigns, opening) == '(';
   ScanParameters(opening + 1);
 }
 
@@ -113,12 +115,12 @@ TLineAnalysis::TNames TLineAnalysis::ScanNames(int start) const {
   if (!FFunctionMode) {
     TNesting nesting;
     while (i < length) {
-      const char c = At(FExpression, i);
+      const char c = At(FSigns, i);
       if (!nesting.Take(c) && (c == '.' || kObjectStops.Has(c))) break;
       ++i;
     }
     names.ObjectEnd = names.MemberEnd = i - 1;
-    if (i == length || At(FExpression, i) != '.') return names;
+    if (i == length || At(FSigns, i) != '.') return names;
     ++i;
   } else {
     names.ObjectEnd = start - 1;
@@ -126,7 +128,7 @@ TLineAnalysis::TNames TLineAnalysis::ScanNames(int start) const {
 
   TNesting nesting;
   for (; i < length; ++i) {
-    const char c = At(FExpression, i);
+    const char c = At(FSigns, i);
     if (nesting.Idle() && (c == '(' || c == kBlank)) {
       names.ParametersFollow = true;
       break;
@@ -149,7 +151,7 @@ void TLineAnalysis::ScanParameters(int start) {
   TNesting nesting;
   int i = start;
   for (; i < Length(FExpression); ++i) {
-    const char c = At(FExpression, i);
+    const char c = At(FSigns, i);
     if (nesting.Idle()) {
       if (c == ')') break;
       if (c == ',') {
@@ -209,10 +211,9 @@ TTextRange TLineAnalysis::ObjectRange() const {
 }
 
 void TLineAnalysis::ReplaceMember(std::string_view name, const TSyntaxNames& names) {
-  if (!FFunctionMode && !name.empty() && SameText(name, MemberName())) {
-    RespellMemberAt(FPosition, name);
+  if (!FFunctionMode && !name.empty() && SameText(name, MemberName()) &&
+      RespellMemberAt(FPosition, name))
     return;
-  }
   std::string text;
   if (!FFunctionMode) text.append(Slice(0, FNames.ObjectEnd)).append(1, '.');
   text.append(name).append(Slice(FNames.MemberEnd + 1, Length(FExpression) - 1));
@@ -269,9 +270,13 @@ std::string_view TLineAnalysis::MemberNameAt(int position) const {
   return MemberNameOf(ScanNames(StartOfSegment(position)));
 }
 
-void TLineAnalysis::RespellMemberAt(int position, std::string_view name) {
-  // Letter case changes no length and no delimiter: all that was found out stays right.
+bool TLineAnalysis::RespellMemberAt(int position, std::string_view name) {
+  // Letter case changes no delimiter, and a length only where characters have several bytes: else
+  // all that was found out stays right.
+  if (name.size() != MemberNameAt(position).size()) return false;
   const std::size_t at =
       static_cast<std::size_t>(ScanNames(StartOfSegment(position)).ObjectEnd) + 2;
   FExpression.replace(at, name.size(), name);
+  FSigns.replace(at, name.size(), MaskDoubleBytes(name));
+  return true;
 }

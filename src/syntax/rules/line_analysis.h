@@ -87,8 +87,9 @@ class TLineAnalysis {
   /// Not for function mode.
   std::string_view ObjectTextAt(int position) const;
   std::string_view MemberNameAt(int position) const;
-  /// Gives the member at a position another spelling of the same name (letter case only).
-  void RespellMemberAt(int position, std::string_view name);
+  /// Gives the member at a position another spelling of the same name (letter case only). False,
+  /// and nothing is done, for a spelling of another length.
+  bool RespellMemberAt(int position, std::string_view name);
 
  private:
   struct TNames {
@@ -109,6 +110,7 @@ class TLineAnalysis {
 
   std::string FPrefix;
   std::string FExpression;
+  std::string FSigns;  ///< the expression as the scans see it: no half of a character is a sign
   std::string FSuffix;
   bool FFunctionMode = false;
   int FFunctionLength = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 
 #include "syntax/rules/line_scan.h"
 #include "text/collation.h"
@@ -27,7 +28,7 @@ int ExpressionStart(std::string_view line, int cursor) {
 
 // No check of word boundaries: a name that holds these letters ends the expression too.
 bool StartsWithThen(std::string_view text) {
-  return UpperByte(text.front()) == 'T' && SameText(text.substr(0, 4), "then");
+  return (text.front() | 0x20) == 't' && SameText(text.substr(0, 4), "then");
 }
 
 // One past the last character of the expression that starts at an index.
@@ -81,9 +82,10 @@ int PositionInChain(std::string_view expression, int cursor) {
 TLineCut CutLine(std::string_view line, int cursor) {
   if (line.empty()) return {};
   cursor = std::clamp(cursor, -1, static_cast<int>(line.size()));
-  const int start = ExpressionStart(line, cursor);
+  const std::string signs = MaskDoubleBytes(line);
+  const int start = ExpressionStart(signs, cursor);
   const auto from = static_cast<std::size_t>(start);
-  auto to = static_cast<std::size_t>(ExpressionEnd(line, start));
+  auto to = static_cast<std::size_t>(ExpressionEnd(signs, start));
   if (line.substr(from, to - from).find_first_not_of(kBlank) == std::string_view::npos) to = from;
 
   TLineCut cut{line.substr(0, from), line.substr(from, to - from), line.substr(to)};
