@@ -66,7 +66,9 @@ unsigned long ZEFEXT_API VCLGetVersion(void);
  * earlier keep their owner. */
 void ZEFEXT_API VCLSetMainWindowHandle(HWND mainWindow);
 
-/* The host's help file: copied, and taken by every dialog made from then on. */
+/* The host's help file: copied, and taken by every dialog made from then on. The Help buttons and F1
+ * ask WinHelp for their contexts, or HTML Help when the file's name ends in ".chm": Windows 10 and 11
+ * show nothing for WinHelp. */
 void ZEFEXT_API VCLSetMainHelpFile(const char* helpFile);
 
 /* Destroys the windows that the library keeps between calls: the hint bubble, the debug window, the

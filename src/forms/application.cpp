@@ -5,6 +5,7 @@
 #include "forms/form.h"
 #include "forms/modal_run.h"
 #include "platform/guard.h"
+#include "platform/help.h"
 #include "platform/kept.h"
 #include "text/handle_table.h"
 
@@ -106,7 +107,7 @@ void TApplication::WindowsLost() {
 }
 
 void TApplication::HelpCommand(UINT command, ULONG_PTR data) const {
-  WinHelpA(FHandle, FHelpFile.c_str(), command, data);
+  AskForHelp(FHandle, FHelpFile, command, data);
 }
 
 // ---- calls ----

@@ -62,7 +62,7 @@ class TApplication {
   /// As the library is unloaded: whatever calls were cut off by the host, none is in progress.
   void ForgetCalls() { FCallDepth = 0; }
 
-  /// Asks the help system: WinHelp with the main window and the help file.
+  /// Asks for help with the main window and the help file.
   void HelpCommand(UINT command, ULONG_PTR data) const;
 
  private:

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "platform/help.h"
+
 void TDlgBase::Bind(TFormBinder& binder) {
   binder.Control("ButtonOK", ButtonOK);
   binder.Control("ButtonCancel", ButtonCancel);
@@ -65,5 +67,5 @@ void TDlgBase::HideHint() {
 }
 
 void TDlgBase::AskHelp(UINT command, int data) const {
-  WinHelpA(Handle(), HelpFile().c_str(), command, static_cast<ULONG_PTR>(data));
+  AskForHelp(Handle(), HelpFile(), command, static_cast<std::uintptr_t>(data));
 }
