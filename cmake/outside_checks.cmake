@@ -45,7 +45,7 @@ target_include_directories(loopback_server PUBLIC examples/host)
 target_link_libraries(loopback_server PUBLIC zef_options ws2_32)
 
 function(zef_outside_program name)
-  add_executable(${name} ${ARGN} ${PROJECT_SOURCE_DIR}/tests/outside/themed.rc)
+  add_executable(${name} ${ARGN})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
   target_link_libraries(${name} PRIVATE scripted_user ole32 oleacc oleaut32 uuid ws2_32 psapi)
   target_compile_definitions(${name} PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
@@ -53,8 +53,25 @@ function(zef_outside_program name)
 endfunction()
 
 file(GLOB ZEF_OUTSIDE_TESTS CONFIGURE_DEPENDS tests/outside/*.cpp)
-zef_outside_program(outside_tests ${ZEF_OUTSIDE_TESTS})
-target_link_libraries(outside_tests PRIVATE gtest loopback_server)
+add_library(outside_suites OBJECT ${ZEF_OUTSIDE_TESTS} tests/hosts/hostility.cpp)
+target_link_libraries(outside_suites PUBLIC scripted_user gtest loopback_server)
+target_compile_definitions(outside_suites
+                           PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
+
+# One program for each kind of host that only a manifest makes; the others are arguments.
+zef_outside_program(outside_tests tests/outside/themed.rc)
+zef_outside_program(host_utf8 tests/hosts/utf8.rc)
+zef_outside_program(host_bare)
+foreach(host outside_tests host_utf8 host_bare)
+  target_link_libraries(${host} PRIVATE outside_suites)
+endforeach()
+
+# What a host built with this compiler may bring along.
+foreach(file libgcc_s_dw2-1.dll libwinpthread-1.dll)
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${file}
+                  OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+  file(COPY ${path} DESTINATION ${ZEF_OUTSIDE_DIR})
+endforeach()
 
 # What needs Windows but no window is tested from inside.
 file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
@@ -63,7 +80,8 @@ set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_O
 target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main)
 
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
-zef_outside_program(outside_bench benchmarks/outside/main.cpp ${ZEF_OUTSIDE_BENCHES})
+zef_outside_program(outside_bench tests/outside/themed.rc benchmarks/outside/main.cpp
+                    ${ZEF_OUTSIDE_BENCHES})
 target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
 target_link_libraries(outside_bench PRIVATE loopback_server winhttp)
 add_library(empty SHARED benchmarks/outside/empty.cpp)

@@ -12,9 +12,10 @@ export LC_ALL=C.UTF-8
 
 # Programs that are driven by a script run inside one virtual desktop, where windows get real
 # captions without a window manager. Large enough for the largest dialog at 144 DPI.
-driven_programs=(outside_tests.exe outside_bench.exe platform_tests.exe tour.exe)
+driven_programs=(outside_tests.exe host_utf8.exe host_bare.exe outside_bench.exe
+  platform_tests.exe tour.exe)
 desktop_size=1600x1200
-prefix_revision="4 $(wine --version 2>/dev/null || true)"
+prefix_revision="5 $(wine --version 2>/dev/null || true)"
 
 displays_started=()
 

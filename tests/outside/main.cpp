@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "hosts/hostility.h"
 #include "outside/debug_listener.h"
 #include "outside/watchdog.h"
 
@@ -12,6 +13,7 @@ int main(int argc, char** argv) {
   // What was said last must be on paper when the program is ended.
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   testing::InitGoogleTest(&argc, argv);
+  if (!BecomeHost(argc, argv)) return 2;
   // A host with a manifest keeps the common controls loaded; they lose objects when they come and
   // go.
   InitCommonControls();
