@@ -93,10 +93,8 @@ bool TDlgDirSelect::ImportCurrent() {
 }
 
 void TDlgDirSelect::FillList() {
-  ListRep->BeginUpdate();
-  ListRep->ClearItems();
+  const TItemsRefill refill(*ListRep);
   for (int i = 0; i < FList.Count(); ++i) ListRep->InsertItem(i, FList.Entry(i).Name);
-  ListRep->EndUpdate();
 }
 
 void TDlgDirSelect::ClearFields() {

@@ -6,7 +6,7 @@
 #include "directories/bffolder.h"
 #include "directories/rules/directory_list.h"
 #include "directories/system_stores.h"
-#include "forms/list_controls.h"
+#include "forms/list_box.h"
 
 /// The user's accounts directories: chooses the one to open; adds, renames, re-points, removes and
 /// moves them. The list is stored only when the user confirms.

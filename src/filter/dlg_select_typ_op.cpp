@@ -5,10 +5,8 @@
 namespace {
 
 void Fill(TListBox& list, const std::vector<std::string>& items) {
-  list.BeginUpdate();
-  list.ClearItems();
+  const TItemsRefill refill(list);
   for (const auto& item : items) list.AddItem(item);
-  list.EndUpdate();
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 #include "dialogs/base/dlg_base.h"
 #include "filter/rules/type_filter.h"
-#include "forms/list_controls.h"
+#include "forms/list_box.h"
 
 /// The operation type filter: a type, and for the type of cards and cheques one of those. What the
 /// choice means is decided by TTypeFilter.

@@ -1,6 +1,11 @@
 #include "forms/check_list_box.h"
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include "forms/form.h"
+#include "forms/text_fit.h"
 #include "platform/code_page.h"
 
 namespace {
@@ -17,7 +22,7 @@ TControl::TWindowParams TCheckListBox::WindowParams() const {
 }
 
 void TCheckListBox::Created() {
-  const DWORD style = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP;
+  const DWORD style = LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT;
   Send(LVM_SETEXTENDEDLISTVIEWSTYLE, style, static_cast<LPARAM>(style));
   Send(LVM_SETCALLBACKMASK, LVIS_STATEIMAGEMASK);
   LVCOLUMNW column{};
@@ -56,9 +61,9 @@ void TCheckListBox::ShowCount() {
   if (FRedraws) Send(LVM_SETITEMCOUNT, FRows.size());
 }
 
-std::string TCheckListBox::Item(int index) const {
+std::wstring TCheckListBox::ItemWide(int index) const {
   const TRow* row = Row(index);
-  return row ? ToAnsi(row->Text) : std::string();
+  return row ? row->Text : std::wstring();
 }
 
 int TCheckListBox::AddItem(std::string_view text, bool enabled, bool checked) {
@@ -92,6 +97,16 @@ void TCheckListBox::SetItemIndex(int index) {
   Send(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
   FUpdating = false;
   if (index >= 0) Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
+}
+
+std::wstring TCheckListBox::CutText(POINT at) const {
+  LVHITTESTINFO hit{};
+  hit.pt = at;
+  if (Send(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)) < 0) return {};
+  RECT label{};
+  label.left = LVIR_LABEL;
+  Send(LVM_GETITEMRECT, static_cast<WPARAM>(hit.iItem), reinterpret_cast<LPARAM>(&label));
+  return TextUnlessFits(Handle(), ItemWide(hit.iItem), label.right - label.left);
 }
 
 int TCheckListBox::IndexOf(std::string_view text) const { return Find(ToWide(text), 0, false); }

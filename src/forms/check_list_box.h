@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "forms/list_controls.h"
+#include "forms/items_control.h"
 
 /// A list of check boxes: a native list view, so that a screen reader says the check states and the
 /// space bar toggles them. An item that is not enabled cannot be toggled by the user. The rows are
@@ -20,7 +20,7 @@ class TCheckListBox : public TItemsControl {
   using TItemsControl::TItemsControl;
 
   int Count() const override { return static_cast<int>(FRows.size()); }
-  std::string Item(int index) const override;
+  std::wstring ItemWide(int index) const override;
   int AddItem(std::string_view text) override { return AddItem(text, true, false); }
   int AddItem(std::string_view text, bool enabled, bool checked);
   void DeleteItem(int index) override;
@@ -39,6 +39,7 @@ class TCheckListBox : public TItemsControl {
   bool HandleNotify(const NMHDR& header, LRESULT& result) override;
   TNotifyEvent* FindEvent(std::string_view property) override;
   void SetBounds(const RECT& bounds) override;
+  std::wstring CutText(POINT at) const override;
 
  protected:
   TWindowParams WindowParams() const override;

@@ -41,11 +41,13 @@ TAnchors ReadAnchors(const TLayoutItem& layout) {
 
 }  // namespace
 
-std::string WindowText(HWND window) {
+std::string WindowText(HWND window) { return ToAnsi(WindowTextWide(window)); }
+
+std::wstring WindowTextWide(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
   const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
   text.resize(static_cast<std::size_t>(std::max(length, 0)));
-  return ToAnsi(text);
+  return text;
 }
 
 TControl::TControl(TForm& form, const TLayoutItem& layout)
@@ -109,6 +111,10 @@ LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
       FForm.ControlFocused(*this);
       return result;
     }
+    case WM_MOUSEMOVE:
+      FForm.PointerMoved(*this, window,
+                         {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
+      break;
     case WM_SETCURSOR:
       if (FCursor && LOWORD(lParam) == HTCLIENT) {
         ::SetCursor(LoadCursorW(nullptr, FCursor));
@@ -139,15 +145,27 @@ void TControl::SetTextUtf8(std::string_view text) {
 bool TControl::Enabled() const { return IsWindowEnabled(FHandle) != FALSE; }
 
 void TControl::SetEnabled(bool enabled) {
-  const bool focused = !enabled && Focused();
-  EnableWindow(FHandle, enabled);
-  // The system would leave the focus nowhere, and the keyboard dead.
-  if (focused) SendMessageW(FForm.Handle(), WM_NEXTDLGCTL, 0, FALSE);
+  HWND focus = enabled ? nullptr : GetFocus();
+  if (focus && !Owns(focus)) focus = nullptr;
+  EnableWindows(enabled);
+  FForm.ShowTips(*this);
+  if (!focus) return;
+  // The system would leave the focus nowhere, and the keyboard dead. Where Tab would lead is asked
+  // from here: a disabled window has no focus to start from any more.
+  while (GetParent(focus) != FForm.Handle()) focus = GetParent(focus);
+  const HWND next = GetNextDlgTabItem(FForm.Handle(), focus, FALSE);
+  if (!next || next == focus) return;
+  SendMessageW(FForm.Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(next), TRUE);
 }
+
+void TControl::EnableWindows(bool enabled) { EnableWindow(FHandle, enabled); }
 
 bool TControl::Visible() const { return (GetWindowLongW(FHandle, GWL_STYLE) & WS_VISIBLE) != 0; }
 
-void TControl::SetVisible(bool visible) { ShowWindow(FHandle, visible ? SW_SHOWNA : SW_HIDE); }
+void TControl::SetVisible(bool visible) {
+  ShowWindow(FHandle, visible ? SW_SHOWNA : SW_HIDE);
+  FForm.ShowTips(*this);
+}
 
 bool TControl::CanFocus() const { return FHandle && Enabled() && Visible(); }
 
@@ -173,9 +191,8 @@ RECT TControl::Bounds() const {
 void TControl::SetBounds(const RECT& bounds) {
   SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left,
                bounds.bottom - bounds.top, SWP_NOZORDER | SWP_NOACTIVATE);
+  FForm.ShowTips(*this);
 }
-
-std::string TControl::Hint() const { return ToAnsi(FHint); }
 
 void TControl::SetColor(int systemColor) {
   if (FColor == systemColor) return;

@@ -37,7 +37,8 @@ class TControl : public TComponent {
   virtual void SetTextUtf8(std::string_view text);
 
   bool Enabled() const;
-  virtual void SetEnabled(bool enabled);
+  /// A focused control that is disabled gives the focus to the next one in tab order.
+  void SetEnabled(bool enabled);
   bool Visible() const;
   virtual void SetVisible(bool visible);
   bool CanFocus() const;
@@ -53,7 +54,6 @@ class TControl : public TComponent {
   int Top() const { return Bounds().top; }
   int Height() const { return Bounds().bottom - Bounds().top; }
 
-  std::string Hint() const;
   const std::wstring& HintWide() const { return FHint; }
   int HelpContext() const { return FHelpContext; }
 
@@ -94,6 +94,10 @@ class TControl : public TComponent {
   const TLayoutItem& Layout() const { return FLayout; }
   const TAnchors& Anchors() const { return FAnchors; }
   int TabOrder() const;
+  /// True when a screen reader hears the control's own text as its name.
+  virtual bool NamesItself() const { return false; }
+  /// The whole text of what is cut short at that place of the client area, or empty.
+  virtual std::wstring CutText(POINT /*at*/) const { return {}; }
 
  protected:
   struct TWindowParams {
@@ -104,6 +108,7 @@ class TControl : public TComponent {
   virtual TWindowParams WindowParams() const = 0;
   /// Called once the window is there, with the font set.
   virtual void Created() {}
+  virtual void EnableWindows(bool enabled);
   /// Messages on their way to a native window of this control.
   virtual LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   /// True for the properties that this kind takes; others are refused as unknown.
@@ -143,3 +148,4 @@ class TControl : public TComponent {
 
 /// Text of any window, in the ANSI code page.
 std::string WindowText(HWND window);
+std::wstring WindowTextWide(HWND window);

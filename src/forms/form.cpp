@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "forms/buttons.h"
 #include "forms/dpi.h"
 #include "forms/modeless_keyboard.h"
-#include "forms/std_controls.h"
 #include "platform/code_page.h"
 
 TForm::~TForm() {

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 
 #include "forms/application.h"
 #include "forms/control.h"
+#include "forms/form_tips.h"
 #include "forms/handles.h"
 
 /// Modal results, as the buttons of a layout name them by number.
@@ -103,14 +105,12 @@ class TForm : public TComponent {
 
   void SetCaption(std::string_view text);
   int HelpContext() const { return FHelpContext; }
-  void SetHelpContext(int context) { FHelpContext = context; }
 
   const std::string& HelpFile() const { return FHelpFile; }
   void SetHelpFile(std::string_view path) { FHelpFile = path; }
 
   /// The control that has or is to get the focus; null: the first in tab order.
   void SetActiveControl(TControl* control) { FActiveControl = control; }
-  TControl* ActiveControl() const { return FActiveControl; }
 
   RECT WindowBounds() const;
   SIZE ClientSize() const;
@@ -149,10 +149,16 @@ class TForm : public TComponent {
   void Load();
   virtual void InitDialog() {}
   void ControlFocused(TControl& control);
+  /// See TFormTips.
+  void ShowTips(const TControl& control) const {
+    if (FTips) FTips->Show(control);
+  }
+  void PointerMoved(const TControl& control, HWND window, POINT at) {
+    if (FTips) FTips->PointerMoved(control, window, at);
+  }
   /// A number that no other control of the form bears.
   int NextControlId() { return FNextControlId++; }
   void SetDefaultButton(TButton& button);
-  TButton* DefaultButton() const { return FDefaultButton; }
   /// Ends a modal run as soon as it gets the word: used when the form is freed under its caller.
   void Abandon();
   /// The form is no longer live, but calls in progress may put its destruction off: what runs on
@@ -192,8 +198,6 @@ class TForm : public TComponent {
   void CreateFormWindow();
   void CreateControls(const TLayout& layout);
   void BindEvents(const TFormBinder& binder);
-  void CreateTooltips();
-  static BOOL CALLBACK AddTooltip(HWND child, LPARAM self);
   void ScaleTo(int dpi);
   void ArrangeControls();
   void FocusFirst(TControl* first);
@@ -210,7 +214,7 @@ class TForm : public TComponent {
 
   HWND FParentWindow;
   HWND FHandle = nullptr;
-  HWND FTooltips = nullptr;
+  std::optional<TFormTips> FTips;
   TLayoutItem FLayout;
   std::vector<TControl*> FControls;
   std::vector<TPlacement> FPlacements;

@@ -4,11 +4,16 @@
 
 #include <algorithm>
 
+#include "forms/buttons.h"
 #include "forms/check_list_box.h"
+#include "forms/combo_box.h"
 #include "forms/dpi.h"
 #include "forms/form.h"
-#include "forms/list_controls.h"
+#include "forms/image_combo_box.h"
+#include "forms/list_box.h"
 #include "forms/log_memo.h"
+#include "forms/memo.h"
+#include "forms/radio_group.h"
 #include "forms/resource.h"
 #include "forms/std_controls.h"
 #include "forms/web_view.h"
@@ -121,7 +126,7 @@ void TForm::Load() {
     Bind(binder);
     BindEvents(binder);
   });
-  if (FLayout.Find("show-hints")) CreateTooltips();
+  if (FLayout.Find("show-hints")) FTips.emplace(*this);
   if (const auto* active = FLayout.Find("active")) {
     FFirstActive = FActiveControl = &Child(active->Values[0]);
   }
@@ -242,28 +247,6 @@ void TForm::BindEvents(const TFormBinder& binder) {
     if (control->Layout().Find("cancel")) FCancelButton = dynamic_cast<TButton*>(control);
   }
   if (FDefaultButton) SetDefaultButton(*FDefaultButton);
-}
-
-void TForm::CreateTooltips() {
-  FTooltips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-                              WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, FHandle, nullptr,
-                              TApplication::Instance(), nullptr);
-  SendMessageW(FTooltips, TTM_SETMAXTIPWIDTH, 0, Scaled(320));
-  EnumChildWindows(FHandle, AddTooltip, reinterpret_cast<LPARAM>(this));
-}
-
-BOOL CALLBACK TForm::AddTooltip(HWND child, LPARAM self) {
-  const auto* form = reinterpret_cast<TForm*>(self);
-  const TControl* control = form->FindControl(child);
-  if (!control || control->HintWide().empty()) return TRUE;
-  TTTOOLINFOW tool{};
-  tool.cbSize = TTTOOLINFOW_V1_SIZE;
-  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-  tool.hwnd = form->FHandle;
-  tool.uId = reinterpret_cast<UINT_PTR>(child);
-  tool.lpszText = const_cast<wchar_t*>(control->HintWide().c_str());
-  SendMessageW(form->FTooltips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  return TRUE;
 }
 
 void TForm::ScaleTo(int dpi) {

@@ -1,8 +1,9 @@
 #include <algorithm>
 
+#include "forms/buttons.h"
 #include "forms/form.h"
 #include "forms/modeless_keyboard.h"
-#include "forms/std_controls.h"
+#include "forms/radio_group.h"
 #include "platform/guard.h"
 
 namespace {
@@ -37,10 +38,7 @@ LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = FHandle;
   LRESULT result = 0;
   if (message == WM_DESTROY) {
-    // They belong to the window around an embedded form, and would outlive it. Now, while the
-    // controls are there: tooltips that go after them leave memory behind.
-    if (IsWindow(FTooltips)) DestroyWindow(FTooltips);
-    FTooltips = nullptr;
+    FTips.reset();
   }
   if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);
@@ -54,7 +52,8 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       HandleCommand(wParam, lParam);
       return true;
     case WM_NOTIFY: {
-      const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+      auto& header = *reinterpret_cast<NMHDR*>(lParam);
+      if (FTips && FTips->HandleNotify(header)) return true;
       TControl* control = FindControl(header.hwndFrom);
       return control && control->HandleNotify(header, result);
     }

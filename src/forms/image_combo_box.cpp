@@ -1,3 +1,5 @@
+#include "forms/image_combo_box.h"
+
 #include <windows.h>
 
 #include <commctrl.h>
@@ -5,17 +7,13 @@
 #include <algorithm>
 
 #include "forms/form.h"
-#include "forms/list_controls.h"
 #include "platform/code_page.h"
 
 TControl::TWindowParams TImageComboBox::WindowParams() const {
   return {WC_COMBOBOXEXW, CBS_DROPDOWNLIST | WS_VSCROLL | TabStopStyle(), 0};
 }
 
-void TImageComboBox::Created() {
-  Attach(Inner());
-  SetBounds(Bounds());
-}
+void TImageComboBox::Created() { Attach(Inner()); }
 
 HWND TImageComboBox::Inner() const { return reinterpret_cast<HWND>(Send(CBEM_GETCOMBOCONTROL)); }
 
@@ -25,21 +23,39 @@ bool TImageComboBox::Accepts(std::string_view property) const {
 
 void TImageComboBox::SetBounds(const RECT& bounds) {
   TControl::SetBounds(bounds);
-  // The outer window gives the inner one its closed height only: its list would open with no room.
-  const auto line = static_cast<int>(Send(CB_GETITEMHEIGHT, 0));
-  const int closed = static_cast<int>(bounds.bottom - bounds.top);
-  SetWindowPos(Inner(), nullptr, 0, 0, bounds.right - bounds.left,
-               closed + line * Number("list-lines", 8) + Form().Scaled(4),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  FitList();
+}
+
+void TImageComboBox::SetFont(HFONT font) {
+  TControl::SetFont(font);
+  FitList();
 }
 
 void TImageComboBox::SetImages(const TImageList* images) {
   Send(CBEM_SETIMAGELIST, 0, images ? reinterpret_cast<LPARAM>(images->Handle()) : 0);
+  FitList();
+}
+
+// The outer window gives the inner one its closed height only: its list would open with no room.
+void TImageComboBox::FitList() const {
+  FDropDown.Fit(Inner(), Number("list-lines", kDropDownLines));
+}
+
+int TImageComboBox::ImageWidth() const {
+  int width = 0;
+  int height = 0;
+  ImageList_GetIconSize(reinterpret_cast<HIMAGELIST>(Send(CBEM_GETIMAGELIST)), &width, &height);
+  constexpr int kGap = 4;  // between image and text
+  return width + kGap;
+}
+
+std::wstring TImageComboBox::CutText(POINT /*at*/) const {
+  return FDropDown.CutText(Inner(), ImageWidth());
 }
 
 int TImageComboBox::Count() const { return static_cast<int>(Send(CB_GETCOUNT)); }
 
-std::string TImageComboBox::Item(int index) const {
+std::wstring TImageComboBox::ItemWide(int index) const {
   // The control cuts what does not fit: names longer than this are found nowhere in a database.
   std::wstring text(1024, L'\0');
   COMBOBOXEXITEMW item{};
@@ -49,7 +65,7 @@ std::string TImageComboBox::Item(int index) const {
   item.cchTextMax = static_cast<int>(text.size());
   if (!Send(CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item))) return {};
   // The control may answer with a pointer of its own instead of filling the buffer.
-  return ToAnsi(item.pszText ? std::wstring_view(item.pszText) : std::wstring_view());
+  return item.pszText ? std::wstring(item.pszText) : std::wstring();
 }
 
 int TImageComboBox::AddItem(std::string_view text, int image) {
@@ -74,14 +90,14 @@ void TImageComboBox::SetItemIndex(int index) { Send(CB_SETCURSEL, static_cast<WP
 int TImageComboBox::IndexOf(std::string_view text) const {
   const std::wstring wanted = ToWide(text);
   for (int i = 0, count = Count(); i < count; ++i) {
-    if (lstrcmpiW(ToWide(Item(i)).c_str(), wanted.c_str()) == 0) return i;
+    if (lstrcmpiW(ItemWide(i).c_str(), wanted.c_str()) == 0) return i;
   }
   return -1;
 }
 
 void TImageComboBox::HandleCommand(WORD code) {
   if (code == CBN_SETFOCUS) Form().ControlFocused(*this);
-  if (code == CBN_SELCHANGE) Raise(OnChange);
+  if (FDropDown.Chosen(Inner(), code)) Raise(OnChange);
 }
 
 LRESULT TImageComboBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -100,15 +116,17 @@ void TImageComboBox::TypeAhead(wchar_t typed) {
   if (now - FTypedAt > kPauseMilliseconds) FTyped.clear();
   FTypedAt = now;
   FTyped += typed;
+  // One letter again and again walks from item to item.
+  const bool walking = FTyped.find_first_not_of(typed) == std::wstring::npos;
+  const std::wstring wanted = walking ? std::wstring(1, typed) : FTyped;
   const int count = Count();
-  const int from = std::max(ItemIndex(), 0) + (FTyped.size() == 1 ? 1 : 0);
+  const int from = std::max(ItemIndex() + (walking ? 1 : 0), 0);
   for (int i = 0; i < count; ++i) {
     const int index = (from + i) % count;
-    const auto start = ToWide(Item(index)).substr(0, FTyped.size());
-    if (lstrcmpiW(start.c_str(), FTyped.c_str()) != 0) continue;
+    if (lstrcmpiW(ItemWide(index).substr(0, wanted.size()).c_str(), wanted.c_str()) != 0) continue;
     if (index != ItemIndex()) {
       SetItemIndex(index);
-      Raise(OnChange);
+      if (FDropDown.Moved()) Raise(OnChange);
     }
     return;
   }

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "forms/std_controls.h"
+#include "forms/memo.h"
 
 /// A memo that lines are added to by the hundred thousand.
 ///

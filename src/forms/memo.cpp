@@ -1,4 +1,5 @@
-#include "forms/std_controls.h"
+#include "forms/memo.h"
+
 #include "platform/code_page.h"
 
 TControl::TWindowParams TMemo::WindowParams() const {

@@ -4,7 +4,9 @@
 
 #include <commctrl.h>
 
+#include "forms/code_page_edit.h"
 #include "forms/form.h"
+#include "forms/text_fit.h"
 #include "platform/code_page.h"
 
 // ---- labels ----
@@ -20,6 +22,12 @@ bool TLabel::Accepts(std::string_view property) const {
 TControl::TWindowParams TStaticText::WindowParams() const {
   const DWORD bevel = Word("bevel", "none") == "sunken" ? SS_SUNKEN : 0;
   return {WC_STATICW, SS_LEFTNOWORDWRAP | SS_NOPREFIX | SS_NOTIFY | SS_CENTERIMAGE | bevel, 0};
+}
+
+std::wstring TStaticText::CutText(POINT /*at*/) const {
+  RECT client{};
+  GetClientRect(Handle(), &client);
+  return TextUnlessFits(Handle(), WindowTextWide(Handle()), client.right);
 }
 
 // ---- edits ----
@@ -65,7 +73,11 @@ void TEdit::SetSelectionUnits(DWORD start, DWORD end) {
 }
 
 void TEdit::HandleCommand(WORD code) {
-  if (code == EN_CHANGE) Raise(OnChange);
+  if (code != EN_CHANGE) return;
+  // What the program writes into memos is in the code page; edits take what the user types.
+  const auto style = static_cast<DWORD>(GetWindowLongW(Handle(), GWL_STYLE));
+  if (!(style & (ES_MULTILINE | ES_READONLY)) && ShowInCodePage(Handle())) return;
+  Raise(OnChange);
 }
 
 // ---- check box ----
@@ -116,6 +128,7 @@ void TUpDown::Created() {
   const auto* range = Layout().Find("range");
   Send(UDM_SETRANGE32, static_cast<WPARAM>(range ? LayoutNumber(range->Values[0]) : 0),
        range ? LayoutNumber(range->Values[1]) : 100);
+  FTold = Position();
 }
 
 bool TUpDown::Accepts(std::string_view property) const {
@@ -124,14 +137,21 @@ bool TUpDown::Accepts(std::string_view property) const {
 
 int TUpDown::Position() const { return static_cast<int>(Send(UDM_GETPOS32)); }
 
-void TUpDown::SetPosition(int position) { Send(UDM_SETPOS32, 0, position); }
+void TUpDown::SetPosition(int position) {
+  Send(UDM_SETPOS32, 0, position);
+  FTold = Position();
+}
 
-void TUpDown::HandleScroll() { Raise(OnClick); }
+void TUpDown::HandleScroll() {
+  // The native arrows tell of every click and of its end, also where they cannot step further.
+  if (Position() == FTold) return;
+  FTold = Position();
+  Raise(OnClick);
+}
 
 void TUpDown::Step(int delta) {
-  const int before = Position();
-  SetPosition(before + delta);
-  if (Position() != before) Raise(OnClick);
+  Send(UDM_SETPOS32, 0, Position() + delta);
+  HandleScroll();
 }
 
 LRESULT TUpDown::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

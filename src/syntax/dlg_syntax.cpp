@@ -78,10 +78,8 @@ void TDlgSyntax::RefreshNames() {
   if (FNamesSource == XMLSyntax.Database()) return;
   FNamesSource = XMLSyntax.Database();
   FNames.BuildTypes(*FNamesSource);
-  BoxType->BeginUpdate();
-  BoxType->ClearItems();
+  const TItemsRefill refill(*BoxType);
   for (int i = 0; i < FNames.Types.Count(); ++i) BoxType->AddItem(FNames.Types.At(i));
-  BoxType->EndUpdate();
 }
 
 // ---- running ----

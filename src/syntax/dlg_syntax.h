@@ -9,7 +9,10 @@
 
 #include "dialogs/base/dlg_base.h"
 #include "forms/check_list_box.h"
-#include "forms/list_controls.h"
+#include "forms/combo_box.h"
+#include "forms/image_combo_box.h"
+#include "forms/memo.h"
+#include "forms/radio_group.h"
 #include "syntax/dlg_syntax_const.h"
 #include "syntax/dlg_syntax_types.h"
 #include "syntax/rules/assistant_model.h"

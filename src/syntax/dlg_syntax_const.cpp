@@ -1,5 +1,7 @@
 #include "syntax/dlg_syntax_const.h"
 
+#include <optional>
+
 namespace {
 
 constexpr int kPlainImage = 0;
@@ -55,12 +57,12 @@ void TDlgSyntaxConst::ShowForList(std::string_view listName) {
 
 void TDlgSyntaxConst::LoadCategories() {
   FCategories = ConstantCategories(*XMLSyntax.Database(), FListFilter);
-  BoxCat->BeginUpdate();
-  BoxCat->ClearItems();
-  for (const auto& category : FCategories) {
-    BoxCat->AddItem(category.Name, category.Additive ? kAdditiveImage : kPlainImage);
+  {
+    const TItemsRefill refill(*BoxCat);
+    for (const auto& category : FCategories) {
+      BoxCat->AddItem(category.Name, category.Additive ? kAdditiveImage : kPlainImage);
+    }
   }
-  BoxCat->EndUpdate();
   FillConstants();
 }
 
@@ -69,10 +71,10 @@ void TDlgSyntaxConst::FillConstants() {
   EditType->SetText(FChoice.Type());
   EditHelp->SetText(Lines(FChoice.Help()));
   EditConstHelp->Clear();
-  ListConst->BeginUpdate();
-  ListConst->ClearItems();
-  for (int i = 0; i < FChoice.Count(); ++i) ListConst->AddItem(FChoice.Name(i));
-  ListConst->EndUpdate();
+  {
+    const TItemsRefill refill(*ListConst);
+    for (int i = 0; i < FChoice.Count(); ++i) ListConst->AddItem(FChoice.Name(i));
+  }
   ParseResult();
 }
 

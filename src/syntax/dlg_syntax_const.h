@@ -6,7 +6,8 @@
 
 #include "dialogs/base/dlg_base.h"
 #include "forms/check_list_box.h"
-#include "forms/list_controls.h"
+#include "forms/image_combo_box.h"
+#include "forms/memo.h"
 #include "syntax/rules/constant_value.h"
 #include "syntax/xml_document.h"
 

@@ -34,10 +34,10 @@ void TDlgSyntaxTypes::SetVariables(std::string_view commaText) {
 }
 
 void TDlgSyntaxTypes::RefreshLists() {
-  BoxConst->BeginUpdate();
-  BoxConst->ClearItems();
-  for (const auto& name : FVariables.Names()) BoxConst->AddItem(name);
-  BoxConst->EndUpdate();
+  {
+    const TItemsRefill refill(*BoxConst);
+    for (const auto& name : FVariables.Names()) BoxConst->AddItem(name);
+  }
   RefreshTypes();
   BoxTypes->SetItemIndex(-1);
 }
@@ -47,10 +47,8 @@ void TDlgSyntaxTypes::RefreshTypes() {
   FTypesSource = XMLSyntax.Database();
   TStringList names({.Sorted = true});
   CollectTypeNames(*FTypesSource, names);
-  BoxTypes->BeginUpdate();
-  BoxTypes->ClearItems();
+  const TItemsRefill refill(*BoxTypes);
   for (int i = 0; i < names.Count(); ++i) BoxTypes->AddItem(names.At(i));
-  BoxTypes->EndUpdate();
 }
 
 // ---- the list of variables ----

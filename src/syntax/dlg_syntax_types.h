@@ -5,7 +5,8 @@
 #include <string_view>
 
 #include "dialogs/base/dlg_base.h"
-#include "forms/list_controls.h"
+#include "forms/combo_box.h"
+#include "forms/list_box.h"
 #include "syntax/rules/script_variables.h"
 #include "syntax/xml_document.h"
 

@@ -96,10 +96,8 @@ void TDlgSyntax::ShowType() {
 void TDlgSyntax::ShowMember(unsigned changes) {
   if (changes & TAssistantModel::MemberItemsChanged) {
     const TMemberItems& items = FModel.MemberItems();
-    BoxMethod->BeginUpdate();
-    BoxMethod->ClearItems();
+    const TItemsRefill refill(*BoxMethod);
     for (int i = 0; i < items.Count(); ++i) BoxMethod->AddItem(items.Text(i), items.Image(i));
-    BoxMethod->EndUpdate();
   }
   BoxMethod->SetEnabled(FModel.MemberBoxEnabled());
   BoxMethod->SetColor(FModel.MemberBoxEnabled() ? COLOR_WINDOW : COLOR_INACTIVECAPTIONTEXT);
@@ -134,10 +132,8 @@ void TDlgSyntax::ShowParamRows() {
       FShownRows[i].Checked = rows[i].Checked;
     }
   } else {
-    ListParam->BeginUpdate();
-    ListParam->ClearItems();
+    const TItemsRefill refill(*ListParam);
     for (const auto& row : rows) ListParam->AddItem(row.Text, row.Enabled, row.Checked);
-    ListParam->EndUpdate();
     FShownRows = rows;
   }
 }

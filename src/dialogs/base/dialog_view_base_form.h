@@ -1,5 +1,6 @@
 #pragma once
 
+#include "forms/buttons.h"
 #include "forms/form.h"
 #include "forms/std_controls.h"
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "forms/buttons.h"
 #include "forms/form.h"
 #include "forms/hint_window.h"
 #include "forms/std_controls.h"
