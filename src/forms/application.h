@@ -62,6 +62,10 @@ class TApplication {
   /// As the library is unloaded: whatever calls were cut off by the host, none is in progress.
   void ForgetCalls() { FCallDepth = 0; }
 
+  /// The system unloads the library: what needs another one is out of reach from here on.
+  void SetUnloading() { FUnloading = true; }
+  bool Unloading() const { return FUnloading; }
+
   /// Asks for help with the main window and the help file.
   void HelpCommand(UINT command, ULONG_PTR data) const;
 
@@ -91,6 +95,7 @@ class TApplication {
   std::vector<TRetired> FRetired;
   int FCallDepth = 0;
   std::optional<TModuleHold> FHold;  ///< from the first modal run to the end of the outermost call
+  bool FUnloading = false;
 };
 
 TApplication& Application();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "forms/accessibility.h"
 #include "forms/buttons.h"
 #include "forms/check_list_box.h"
 #include "forms/combo_box.h"
@@ -127,6 +128,7 @@ void TForm::Load() {
     BindEvents(binder);
   });
   if (FLayout.Find("show-hints")) FTips.emplace(*this);
+  AnnotateControls(*this);
   if (const auto* active = FLayout.Find("active")) {
     FFirstActive = FActiveControl = &Child(active->Values[0]);
   }

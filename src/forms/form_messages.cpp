@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "forms/accessibility.h"
 #include "forms/buttons.h"
 #include "forms/form.h"
 #include "forms/modeless_keyboard.h"
@@ -39,6 +40,7 @@ LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
   LRESULT result = 0;
   if (message == WM_DESTROY) {
     FTips.reset();
+    ForgetAnnotations(*this);
   }
   if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);

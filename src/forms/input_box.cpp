@@ -1,5 +1,6 @@
 #include "forms/input_box.h"
 
+#include "forms/accessibility.h"
 #include "forms/form.h"
 #include "forms/std_controls.h"
 #include "platform/code_page.h"
@@ -30,6 +31,7 @@ std::optional<std::string> InputBox(std::string_view captionUtf8, std::string_vi
   box->SetCaption(Utf8ToAnsi(captionUtf8));
   box->Prompt->SetTextUtf8(promptUtf8);
   box->Value->SetText(value);
+  AnnotateControls(*box);
   if (box->ShowModal() != mrOk) return std::nullopt;
   return box->Value->Text();
 }

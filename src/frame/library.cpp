@@ -24,6 +24,7 @@ void Detach(bool processEnds) {
   if (--processAttachCount != 0 || processEnds) return;
   auto& application = Application();
   application.ForgetCalls();
+  application.SetUnloading();
   // The last to let go may be any thread, but only their own can destroy windows.
   const DWORD thread = TWindowThread::Id();
   if (thread != 0 && !TWindowThread::IsCurrent()) {
