@@ -28,6 +28,12 @@ TForm* TApplication::FindForm(HWND window) const {
   return found == FForms.end() ? nullptr : *found;
 }
 
+HWND TApplication::TopmostModal() const {
+  const auto shown = [](const TModalRun* run) { return run->Form().Visible(); };
+  const auto found = std::find_if(FModalRuns.rbegin(), FModalRuns.rend(), shown);
+  return found == FModalRuns.rend() ? nullptr : (*found)->Form().Handle();
+}
+
 // ---- the end of forms ----
 
 bool TApplication::PutToRest(const std::unique_ptr<TForm>& form) {

@@ -40,6 +40,9 @@ class TApplication {
   TForm* FindForm(HWND window) const;
   const std::vector<TForm*>& Forms() const { return FForms; }
 
+  /// The window of the dialog whose modal run began last, or null when none runs.
+  HWND TopmostModal() const;
+
   /// Destroys a form, at once or, while code of the library is still on the stack, when the last of
   /// it has returned; forms go in the order in which they came here. The form is closed and no
   /// longer live from this call on.

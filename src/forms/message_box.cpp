@@ -7,10 +7,19 @@
 
 namespace {
 
-int Ask(std::string_view text, const char* caption, UINT style) {
+/// The dialog that runs on top of the others, or what the system shows over it; else whatever is
+/// active. Only the window that owns a box is kept from the user meanwhile.
+HWND Owner() {
+  if (const HWND dialog = Application().TopmostModal()) {
+    const HWND popup = GetLastActivePopup(dialog);
+    return IsWindowVisible(popup) && IsWindowEnabled(popup) ? popup : dialog;
+  }
   const HWND active = GetActiveWindow();
-  const HWND owner = active ? active : Application().MainWindow();
-  return MessageBoxW(owner, ToWide(text).c_str(), Utf8ToWide(caption).c_str(),
+  return active ? active : Application().MainWindow();
+}
+
+int Ask(std::string_view text, const char* caption, UINT style) {
+  return MessageBoxW(Owner(), ToWide(text).c_str(), Utf8ToWide(caption).c_str(),
                      style | MB_TASKMODAL);
 }
 

@@ -2,7 +2,8 @@
 
 #include <string_view>
 
-/// The system's message boxes, owned by the active form or else by the host's main window.
+/// The system's message boxes, owned by the topmost dialog that runs, else by the active window or
+/// the host's main window.
 /// Texts are in the host's ANSI code page.
 enum class TMessageKind { Warning, Error };
 
