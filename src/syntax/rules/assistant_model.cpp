@@ -98,10 +98,12 @@ void TAssistantModel::LeaveLine(TSyntaxView syntax) {
 }
 
 void TAssistantModel::Step(TSyntaxView syntax, int position) {
-  const bool toNext = position == FAnalysis.Position() + 1 && position < FAnalysis.SegmentCount();
+  const int before = FAnalysis.Position();
+  const bool toNext = position == before + 1 && position < FAnalysis.SegmentCount();
   if (toNext && !FReturnType.empty()) FTypes.Record(position, FReturnType);
   FAnalysis.SelectSegment(position);
-  ShowPosition(syntax);
+  // At its ends the chain stays as it is, and so does the selected parameter.
+  if (FAnalysis.Position() != before) ShowPosition(syntax);
 }
 
 // The types of the objects before the position give its own; their members take the database's
