@@ -12,6 +12,7 @@
 namespace {
 constexpr int UncoveredMs = 1000;
 constexpr DWORD LookAgainMs = 5;
+constexpr int TipMs = 3000;
 
 bool IsCombo(HWND control) {
   const std::string name = ClassOf(control);
@@ -169,6 +170,25 @@ void TFormDriver::ClickFormAt(POINT client) {
 void TFormDriver::PointAt(std::string_view name) {
   FUser->Note(Say("point at ", name));
   FUser->PointAt(Inside(Control(name), 0.5, 0.5));
+}
+
+std::string TFormDriver::TipAt(std::string_view name, double x, double y) {
+  FUser->Note(Say("look for the tip of ", name));
+  const RECT form = BoundsOf(FForm);
+  const POINT caption{form.left + 40, form.top + GetSystemMetrics(SM_CYSIZEFRAME) + 8};
+  std::string text;
+  FUser->WaitUntil(Say("the tip of ", name), [&] {
+    FUser->PointAt(caption);
+    FUser->WaitForNoBubble();
+    FUser->PointAt(Inside(Control(name), x, y));
+    const ULONGLONG deadline = GetTickCount64() + TipMs;
+    do {
+      Sleep(LookAgainMs);
+      if (const HWND bubble = FUser->FindBubble()) text = TextOf(bubble);
+    } while (text.empty() && GetTickCount64() < deadline);
+    return !text.empty();
+  });
+  return text;
 }
 
 bool TFormDriver::FindInCaption(LRESULT hit, POINT& screen) const {

@@ -55,6 +55,10 @@ class TFormDriver {
   void ClickAt(std::string_view name, double x, double y, int clicks = 1);
   void ClickFormAt(POINT client);
   void PointAt(std::string_view name);
+  /// The tip that comes up when the pointer rests at a part of the control, enabled or not. Points
+  /// again when none came: one that a busy machine showed and took away does not come back by
+  /// itself.
+  std::string TipAt(std::string_view name, double x = 0.5, double y = 0.5);
   void CloseBox();
   /// The question mark of the caption bar, then the control. In this process only.
   void AskAbout(std::string_view name);

@@ -31,6 +31,8 @@ class TUser {
   TFormDriver WaitForMessageBox(std::string_view caption, int ms = PatienceMs);
   /// Null when none is shown.
   HWND FindForm(std::string_view className) const;
+  /// A hint bubble or tooltip on screen, or null.
+  HWND FindBubble() const;
   /// The text of a hint bubble or tooltip on screen, once there is one.
   std::string WaitForBubble(int ms = PatienceMs);
   void WaitForNoBubble(int ms = PatienceMs);
@@ -53,8 +55,6 @@ class TUser {
   virtual std::string Hopeless() const { return {}; }
 
  private:
-  HWND FindBubble() const;
-
   DWORD FProcess;
   mutable std::mutex FStepsGuard;
   std::deque<std::string> FSteps;
