@@ -48,11 +48,12 @@ add_library(zefext SHARED ${PROJECT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}
                           src/resources/zefext.def)
 set_target_properties(zefext PROPERTIES PREFIX "")
 target_link_libraries(zefext PRIVATE zefext_objects)
-# Windows 7 is the oldest system. No handler of structured exceptions lies in the image. Two builds of
-# one source are the same bytes. The map tells the check of the binary where code is.
+# Windows 7 is the oldest system. Handlers of structured exceptions lie in the image (modal runs), so
+# it must not say that there are none. Two builds of one source are the same bytes. The map tells the
+# check of the binary where code is.
 target_link_options(zefext PRIVATE -Wl,--gc-sections -s -Wl,--enable-stdcall-fixup
   -Wl,--subsystem,windows:6.1 -Wl,--major-os-version,6 -Wl,--minor-os-version,1
-  -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-seh -Wl,--no-insert-timestamp
+  -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
   -Wl,-Map,${PROJECT_BINARY_DIR}/zefext.map)
 # The licences of what is linked in go with the library.
 add_custom_command(TARGET zefext POST_BUILD COMMAND ${CMAKE_COMMAND} -E copy_directory

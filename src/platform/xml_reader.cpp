@@ -12,6 +12,7 @@
 
 #include "platform/code_page.h"
 #include "platform/com_ptr.h"
+#include "platform/com_session.h"
 #include "platform/system_library.h"
 #include "text/xml_text.h"
 
@@ -26,33 +27,6 @@ constexpr GUID kSaxContentHandlerInterface = {
     0x1545cdfa, 0x9e4e, 0x4497, {0xa8, 0xa4, 0x2b, 0xf7, 0xd0, 0x11, 0x2c, 0x44}};
 constexpr GUID kSaxLexicalHandlerInterface = {
     0x7f85d5f5, 0x47a8, 0x4497, {0xbd, 0xa5, 0x84, 0xba, 0x04, 0x81, 0x9e, 0xa6}};
-
-/// COM, loaded and initialised for this thread while the object lives.
-class TComSession {
- public:
-  TComSession() : FLibrary(L"ole32.dll") {
-    CreateInstance = FLibrary.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
-    const auto initialize = FLibrary.Function<decltype(&CoInitializeEx)>("CoInitializeEx");
-    // A thread that the host gave the other threading model serves as well, but is not ours to end.
-    const HRESULT result = initialize ? initialize(nullptr, COINIT_APARTMENTTHREADED) : E_FAIL;
-    FInitialized = SUCCEEDED(result);
-    FUsable = (FInitialized || result == RPC_E_CHANGED_MODE) && CreateInstance;
-  }
-  ~TComSession() {
-    if (FInitialized) FLibrary.Function<decltype(&CoUninitialize)>("CoUninitialize")();
-  }
-  TComSession(const TComSession&) = delete;
-  TComSession& operator=(const TComSession&) = delete;
-
-  bool Usable() const { return FUsable; }
-
-  decltype(&CoCreateInstance) CreateInstance;
-
- private:
-  TSystemLibrary FLibrary;
-  bool FInitialized;
-  bool FUsable;
-};
 
 /// Passes the component's events to the sink. Lives on the stack of the reading, which outlives
 /// the component's references, so counting those is no use.
@@ -304,10 +278,12 @@ TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
   }
 
   THandler handler(sink);
-  const TComSession com;
+  const TComSession com(TComSession::TKind::Com);
+  const auto createInstance = com.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
   void* created = nullptr;
-  if (!com.Usable() || FAILED(com.CreateInstance(kSaxXmlReader60, nullptr, CLSCTX_INPROC_SERVER,
-                                                 kSaxXmlReaderInterface, &created)))
+  if (!com.Usable() || !createInstance ||
+      FAILED(createInstance(kSaxXmlReader60, nullptr, CLSCTX_INPROC_SERVER, kSaxXmlReaderInterface,
+                            &created)))
     return TXmlReading::NoComponent;
   const TComPtr<ISAXXMLReader> reader(static_cast<ISAXXMLReader*>(created));
   SetUp(*reader, handler);

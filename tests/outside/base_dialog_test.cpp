@@ -87,45 +87,6 @@ TEST_F(BaseDialog, IsLeftInEveryWayAndReportsNothing) {
   }
 }
 
-TEST_F(BaseDialog, LooksAsLaidOut) {
-  Look([this](TScriptedUser&, TFormDriver& form) {
-    EXPECT_EQ(form.Caption(), "DlgBase");
-    EXPECT_EQ(GetWindow(form.Handle(), GW_OWNER), MainWindow);
-    EXPECT_TRUE(GetWindowLongW(form.Handle(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP);
-    RECT client;
-    GetClientRect(form.Handle(), &client);
-    EXPECT_EQ(client.right, 527);
-    EXPECT_EQ(client.bottom, 93);
-
-    const RECT bounds = BoundsOf(form.Handle());
-    const RECT main = BoundsOf(MainWindow);
-    EXPECT_NEAR(bounds.left + bounds.right, main.left + main.right, 2);
-    EXPECT_NEAR(bounds.top + bounds.bottom, main.top + main.bottom, 2);
-
-    const struct {
-      const char* Name;
-      const char* Caption;
-      LONG Left;
-    } buttons[] = {
-        {"ButtonOK", "&OK", 256}, {"ButtonCancel", "A&nnuler", 344}, {"ButtonHelp", "&Aide", 432}};
-    form.WaitFocus("ButtonOK");
-    for (const auto& button : buttons) {
-      SCOPED_TRACE(button.Name);
-      const RECT place = PlaceOf(form.Control(button.Name));
-      EXPECT_EQ(form.Text(button.Name), button.Caption);
-      EXPECT_EQ(place.left, button.Left);
-      EXPECT_EQ(place.top, 32);
-      EXPECT_EQ(place.right - place.left, 75);
-      EXPECT_EQ(place.bottom - place.top, 25);
-      EXPECT_EQ(form.Focus(), button.Name);
-      form.Press(VK_TAB);
-    }
-    EXPECT_EQ(form.Focus(), "ButtonOK");
-    form.Press(VK_TAB, mdShift);
-    EXPECT_EQ(form.Focus(), "ButtonHelp");
-  });
-}
-
 TEST_F(BaseDialog, F1ShowsTheHintUnderTheControlUntilSomethingElseHappens) {
   Look([this](TScriptedUser& user, TFormDriver& form) {
     const std::pair<const char*, const char*> hints[] = {

@@ -207,8 +207,8 @@ TEST_F(Views, WrongHandlesGetNothing) {
 TEST_F(Views, HelpFileOfAViewIsEveryonesFromThenOn) {
   HWND window = nullptr;
   const auto askForHelp = [&](ZefDialog view) {
+    Library->VCLDialogShow(view);
     WhileIdle([&](TScriptedUser& user) {
-      Library->VCLDialogShow(view);
       TFormDriver form(user, window);
       form.Click("HelpBtn");
     });

@@ -4,17 +4,11 @@
 #include <iterator>
 
 #include "text/collation.h"
+#include "text/trimmed.h"
 
 namespace {
 
 bool IsAdditive(const TSyntaxElement& list) { return list.Flag == "add"; }
-
-std::string_view Trimmed(std::string_view text) {
-  const auto blank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
-  while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 }  // namespace
 

@@ -3,14 +3,9 @@
 #include <algorithm>
 #include <charconv>
 
-namespace {
+#include "text/trimmed.h"
 
-std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const auto start = text.find_first_not_of(blanks);
-  if (start == std::string_view::npos) return {};
-  return text.substr(start, text.find_last_not_of(blanks) - start + 1);
-}
+namespace {
 
 /// Takes what stands before the separator off the text, and the separator with it.
 std::string_view CutTo(std::string_view& text, char separator) {

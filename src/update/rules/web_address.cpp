@@ -4,16 +4,11 @@
 #include <charconv>
 #include <vector>
 
+#include "text/trimmed.h"
+
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
 constexpr char kHexDigits[] = "0123456789ABCDEF";
-
-std::string_view Trimmed(std::string_view text) {
-  const auto start = text.find_first_not_of(kBlanks);
-  if (start == std::string_view::npos) return {};
-  return text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
-}
 
 bool IsControl(char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }
 
