@@ -55,11 +55,16 @@ TEST(Layout, RefusesWhatItDoesNotKnow) {
   } cases[] = {
       {"button B 1 2 3 4\n", "starts with its form"},
       {"form F\nslider S 1 2 3 4\n", "unknown kind slider"},
-      {"form F\nbutton B 1 2 3 4 colour face\n", "unknown property colour"},
+      {"form F\nbutton B 1 2 3 4 colour face\n", "F, line 2: B: unknown property colour"},
+      {"form F\nbutton B 1 2 3 4 change BChange\n", "F, line 2: B: a button takes no change"},
+      {"form F\nbutton B 1 2 3 4 wrap\n", "unknown property wrap"},
+      {"form F icons system glyph add\n", "F, line 1: a form takes no glyph"},
+      {"form F\nedit E 1 2 anchors\n  tab 1\n", "E: anchors cannot be tab"},
+      {"form F client 1\n", "client lacks a value"},
       {"form F\nbutton B 1 2 3\n", "two or four"},
-      {"form F\nbutton B 1 2\nbutton B 3 4\n", "line 3: B is given twice"},
+      {"form F\nbutton B 1 2\nbutton B 3 4\n", "F, line 3: B: is given twice"},
       {"form F\nbutton B 1 2 caption \"a\n", "not closed"},
-      {"form F\nedit E 1 2 color mauve\n", "color lacks a value"},
+      {"form F\nedit E 1 2 color mauve\n", "E: color cannot be mauve"},
       {"form F\nbutton B 1 99999999999\n", "not a number"},
   };
   for (const auto& each : cases) {

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <span>
+
+#include "forms/rules/layout_words.h"
 
 namespace {
 
-enum class TToken { Word, Number, Text };
+using TToken = TLayoutWord::TToken;
 
 struct TLexeme {
   TToken Token;
@@ -15,8 +16,17 @@ struct TLexeme {
   bool AtMargin;
 };
 
-[[noreturn]] void Fail(int line, const std::string& what) {
-  throw TLayoutError("line " + std::to_string(line) + ": " + what);
+/// Where the reader stands, for whoever has to mend the layout.
+struct TPlace {
+  std::string Form;
+  std::string Item;
+};
+
+[[noreturn]] void Fail(const TPlace& place, int line, const std::string& what) {
+  std::string where = place.Form.empty() ? "" : place.Form + ", ";
+  where += "line " + std::to_string(line) + ": ";
+  if (!place.Item.empty() && place.Item != place.Form) where += place.Item + ": ";
+  throw TLayoutError(where + what);
 }
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
@@ -33,7 +43,7 @@ std::string ReadQuoted(std::string_view text, std::size_t& at, int line) {
       return value;
     }
   }
-  Fail(line, "a text is not closed");
+  Fail({}, line, "a text is not closed");
 }
 
 bool IsNumber(std::string_view word) {
@@ -72,84 +82,6 @@ std::vector<TLexeme> Tokenize(std::string_view text) {
   return lexemes;
 }
 
-/// What follows a property's name: how many values of which sort.
-struct TPropertyShape {
-  std::string_view Name;
-  TToken Token = TToken::Word;
-  int Count = 0;                                 ///< 0: a flag; -1: one or more
-  std::span<const std::string_view> Words = {};  ///< allowed words; empty: any
-};
-
-constexpr std::string_view kSides[] = {"left", "top", "right", "bottom"};
-constexpr std::string_view kIcons[] = {"system", "minimize", "maximize", "help", "none"};
-constexpr std::string_view kBorders[] = {"dialog", "sizeable", "sizeable-tool", "none"};
-constexpr std::string_view kPositions[] = {"main-form", "screen", "designed"};
-constexpr std::string_view kScrolls[] = {"none", "vertical", "horizontal", "both"};
-constexpr std::string_view kStyles[] = {"drop-down", "drop-down-list"};
-constexpr std::string_view kColors[] = {
-    "window", "info", "face", "inactive-border", "inactive-gradient", "inactive-text"};
-constexpr std::string_view kCursors[] = {"default", "hand"};
-constexpr std::string_view kBevels[] = {"none", "sunken"};
-
-constexpr TPropertyShape kProperties[] = {
-    {"active", TToken::Word, 1, {}},
-    {"anchors", TToken::Word, -1, kSides},
-    {"bevel", TToken::Word, 1, kBevels},
-    {"border", TToken::Word, 1, kBorders},
-    {"cancel"},
-    {"caption", TToken::Text, 1, {}},
-    {"change", TToken::Word, 1, {}},
-    {"checked"},
-    {"click", TToken::Word, 1, {}},
-    {"click-check", TToken::Word, 1, {}},
-    {"client", TToken::Number, 2, {}},
-    {"close", TToken::Word, 1, {}},
-    {"close-query", TToken::Word, 1, {}},
-    {"color", TToken::Word, 1, kColors},
-    {"columns", TToken::Number, 1, {}},
-    {"create", TToken::Word, 1, {}},
-    {"cursor", TToken::Word, 1, kCursors},
-    {"dblclick", TToken::Word, 1, {}},
-    {"default"},
-    {"disabled"},
-    {"enter", TToken::Word, 1, {}},
-    {"exit", TToken::Word, 1, {}},
-    {"font", TToken::Text, 1, {}},
-    {"font-height", TToken::Number, 1, {}},
-    {"glyph", TToken::Word, 1, {}},
-    {"help", TToken::Number, 1, {}},
-    {"help-event", TToken::Word, 1, {}},
-    {"hidden"},
-    {"hide", TToken::Word, 1, {}},
-    {"hint", TToken::Text, 1, {}},
-    {"icons", TToken::Word, -1, kIcons},
-    {"item", TToken::Number, 1, {}},
-    {"items", TToken::Text, -1, {}},
-    {"lines", TToken::Text, -1, {}},
-    {"list-lines", TToken::Number, 1, {}},
-    {"no-tab-stop"},
-    {"paint", TToken::Word, 1, {}},
-    {"position", TToken::Word, 1, kPositions},
-    {"range", TToken::Number, 2, {}},
-    {"read-only"},
-    {"result", TToken::Number, 1, {}},
-    {"scroll", TToken::Word, 1, kScrolls},
-    {"show", TToken::Word, 1, {}},
-    {"show-hints"},
-    {"show-selection"},
-    {"size", TToken::Number, 2, {}},
-    {"sorted"},
-    {"stay-on-top"},
-    {"style", TToken::Word, 1, kStyles},
-    {"tab", TToken::Number, 1, {}},
-    {"wrap"},
-};
-
-constexpr std::string_view kKinds[] = {
-    "bitmap-button", "button",       "check-box",   "check-list", "combo-box", "edit",
-    "image-combo",   "label",        "list-box",    "log-memo",   "memo",      "progress-bar",
-    "radio-group",   "speed-button", "static-text", "up-down",    "web"};
-
 class TParser {
  public:
   explicit TParser(std::string_view text) : FLexemes(Tokenize(text)) {}
@@ -158,6 +90,7 @@ class TParser {
     TLayout layout;
     if (FLexemes.empty() || FLexemes[0].Value != "form") Fail(1, "a layout starts with its form");
     layout.Form = ReadHead();
+    FPlace.Form = layout.Form.Name;
     if (FAt < FLexemes.size() && !FLexemes[FAt].AtMargin && FLexemes[FAt].Value == "inherits") {
       ++FAt;
       layout.BaseName = Take(TToken::Word, "the name of the base");
@@ -165,11 +98,9 @@ class TParser {
     ReadProperties(layout.Form);
     while (FAt < FLexemes.size()) {
       TLayoutItem item = ReadHead();
-      if (std::ranges::find(kKinds, item.Kind) == std::end(kKinds)) {
-        Fail(item.Line, "unknown kind " + item.Kind);
-      }
+      if (!IsControlKind(item.Kind)) Fail(item.Line, "unknown kind " + item.Kind);
       for (const auto& other : layout.Controls) {
-        if (other.Name == item.Name) Fail(item.Line, item.Name + " is given twice");
+        if (other.Name == item.Name) Fail(item.Line, "is given twice");
       }
       ReadBounds(item);
       ReadProperties(item);
@@ -198,7 +129,7 @@ class TParser {
     TLayoutItem item;
     item.Kind = kind.Value;
     item.Line = kind.Line;
-    item.Name = Take(TToken::Word, "the name");
+    item.Name = FPlace.Item = Take(TToken::Word, "the name");
     return item;
   }
 
@@ -213,32 +144,38 @@ class TParser {
   void ReadProperties(TLayoutItem& item) {
     while (ItemGoesOn()) {
       const std::string name = Take(TToken::Word, "a property");
-      const auto shape = std::ranges::find(kProperties, name, &TPropertyShape::Name);
-      if (shape == std::end(kProperties)) Fail(Line(), "unknown property " + name);
+      const TLayoutWord* word = FindLayoutWord(name);
+      if (!word) Fail(Line(), "unknown property " + name);
+      if (!word->FitsKind(item.Kind)) Fail(Line(), "a " + item.Kind + " takes no " + name);
       if (item.Find(name)) Fail(Line(), name + " is given twice");
-      item.Properties.push_back({name, ReadValues(*shape)});
+      item.Properties.push_back({name, ReadValues(*word)});
     }
   }
 
-  std::vector<std::string> ReadValues(const TPropertyShape& shape) {
+  std::vector<std::string> ReadValues(const TLayoutWord& word) {
     std::vector<std::string> values;
-    const auto allowed = [&](const TLexeme& lexeme) {
-      return lexeme.Token == shape.Token &&
-             (shape.Words.empty() ||
-              std::ranges::find(shape.Words, lexeme.Value) != shape.Words.end());
-    };
-    const auto limit = shape.Count < 0 ? ~std::size_t{0} : static_cast<std::size_t>(shape.Count);
-    while (values.size() < limit && ItemGoesOn() && allowed(FLexemes[FAt])) {
-      values.push_back(FLexemes[FAt++].Value);
+    const auto limit = word.Count < 0 ? ~std::size_t{0} : static_cast<std::size_t>(word.Count);
+    while (values.size() < limit && ItemGoesOn() && FLexemes[FAt].Token == word.Token) {
+      const auto& value = FLexemes[FAt].Value;
+      if (!word.Allows(value)) {
+        // A list of words ends where the next property begins.
+        if (word.Count < 0 && !values.empty()) break;
+        Fail(Line(), std::string(word.Name) + " cannot be " + value);
+      }
+      values.push_back(value);
+      ++FAt;
     }
-    if (shape.Count < 0 ? values.empty() : values.size() < limit) {
-      Fail(Line(), std::string(shape.Name) + " lacks a value");
+    if (word.Count < 0 ? values.empty() : values.size() < limit) {
+      Fail(Line(), std::string(word.Name) + " lacks a value");
     }
     return values;
   }
 
+  [[noreturn]] void Fail(int line, const std::string& what) const { ::Fail(FPlace, line, what); }
+
   std::vector<TLexeme> FLexemes;
   std::size_t FAt = 0;
+  TPlace FPlace;
 };
 
 void MergeItem(TLayoutItem& base, const TLayoutItem& derived) {
@@ -282,7 +219,7 @@ TLayout MergeLayouts(TLayout base, const TLayout& derived) {
     if (found == base.Controls.end()) {
       base.Controls.push_back(item);
     } else if (found->Kind != item.Kind) {
-      Fail(item.Line, item.Name + " is a " + found->Kind + " in the base");
+      Fail({derived.Form.Name, item.Name}, item.Line, "is a " + found->Kind + " in the base");
     } else {
       MergeItem(*found, item);
     }

@@ -17,7 +17,7 @@
 ///
 /// An item starts at the left margin and goes on over indented lines. After the kind and the name
 /// come none, two (left, top) or four (left, top, width, height) numbers, then properties. A double
-/// quote inside a text is doubled.
+/// quote inside a text is doubled. The words stand in layout_words.cpp.
 
 class TLayoutError : public std::runtime_error {
  public:
@@ -45,8 +45,9 @@ struct TLayout {
   std::vector<TLayoutItem> Controls;
 };
 
-/// Throws TLayoutError that names the line for anything it does not know: kind, property, a wrong
-/// number of values, a name given twice.
+/// Throws TLayoutError that names form, line, control and word for anything that layout_words.cpp
+/// does not know: a kind, a property, one that the kind does not take, a value; and for a wrong
+/// number of values or a name given twice.
 TLayout ParseLayout(std::string_view text);
 
 /// The derived layout over its base: properties given again replace the base's, new controls follow
