@@ -23,9 +23,12 @@ foreach(file ${ZEF_GLYPHS})
   string(TOUPPER ${name} name)
   string(APPEND rc "${name} GLYPH \"${file}\"\n")
 endforeach()
+# Number 2 is where the loader expects the manifest of a library.
+set(ZEF_MANIFEST ${PROJECT_SOURCE_DIR}/src/resources/zefext.manifest)
+string(APPEND rc "2 24 \"${ZEF_MANIFEST}\"\n")
 file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/layouts.rc CONTENT "${rc}")
 set_source_files_properties(${PROJECT_BINARY_DIR}/layouts.rc
-                            PROPERTIES OBJECT_DEPENDS "${ZEF_FORMS};${ZEF_GLYPHS}")
+                            PROPERTIES OBJECT_DEPENDS "${ZEF_FORMS};${ZEF_GLYPHS};${ZEF_MANIFEST}")
 
 # All that is not rules needs Windows.
 file(GLOB ZEF_WINDOWS_SOURCES CONFIGURE_DEPENDS src/*/*.cpp src/*/*/*.cpp)
@@ -38,7 +41,7 @@ target_compile_options(zef_rules PRIVATE ${ZEF_PRODUCT_FLAGS})
 
 # Everything but the library entry, as objects, so that the tests may also reach inside.
 add_library(zefext_objects OBJECT ${ZEF_WINDOWS_SOURCES})
-target_link_libraries(zefext_objects PUBLIC zef_rules comctl32 comdlg32 gdi32 user32 advapi32 ole32
+target_link_libraries(zefext_objects PUBLIC zef_rules comdlg32 gdi32 user32 advapi32 ole32
                                             oleaut32 uuid)
 target_compile_options(zefext_objects PRIVATE ${ZEF_PRODUCT_FLAGS})
 target_compile_definitions(zefext_objects

@@ -71,7 +71,7 @@ void TBitBtn::Draw(const DRAWITEMSTRUCT& item) const {
   DrawButtonFrame(Handle(), item.hDC, area, pressed, Enabled());
   int width = 0;
   int height = 0;
-  ImageList_GetIconSize(FImages.Handle(), &width, &height);
+  CommonControls().ImageList_GetIconSize(FImages.Handle(), &width, &height);
   const int shift = pressed ? 1 : 0;
   FImages.Draw(0, item.hDC, (area.left + area.right - width) / 2 + shift,
                (area.top + area.bottom - height) / 2 + shift, Enabled());

@@ -9,6 +9,7 @@
 
 #include "forms/form.h"
 #include "platform/code_page.h"
+#include "platform/common_controls.h"
 #include "platform/guard.h"
 
 namespace {
@@ -87,7 +88,8 @@ void TControl::Create(const RECT& bounds, HFONT font) {
 }
 
 void TControl::Attach(HWND window) {
-  SetWindowSubclass(window, SubclassProc, kSubclassId, reinterpret_cast<DWORD_PTR>(this));
+  CommonControls().SetWindowSubclass(window, SubclassProc, kSubclassId,
+                                     reinterpret_cast<DWORD_PTR>(this));
 }
 
 void TControl::SetWindowName(HWND window, const std::string& name) {
@@ -100,14 +102,19 @@ LRESULT CALLBACK TControl::SubclassProc(HWND window, UINT message, WPARAM wParam
   const TCallScope scope;
   auto* control = reinterpret_cast<TControl*>(self);
   const TFormPin pin(control->FForm);
-  return Guarded<LRESULT>(0, [&] { return control->WindowProc(window, message, wParam, lParam); },
-                          {std::source_location::current(), window, message});
+  return Guarded<LRESULT>(
+      0,
+      [&] {
+        const TOurControls controls;
+        return control->WindowProc(window, message, wParam, lParam);
+      },
+      {std::source_location::current(), window, message});
 }
 
 LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_SETFOCUS: {
-      const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+      const LRESULT result = CommonControls().DefSubclassProc(window, message, wParam, lParam);
       FForm.ControlFocused(*this);
       return result;
     }
@@ -124,14 +131,14 @@ LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
     case WM_NCDESTROY: {
       const auto atom = reinterpret_cast<ULONG_PTR>(RemovePropW(window, kNameProperty));
       if (atom) GlobalDeleteAtom(static_cast<ATOM>(atom));
-      RemoveWindowSubclass(window, SubclassProc, kSubclassId);
+      CommonControls().RemoveWindowSubclass(window, SubclassProc, kSubclassId);
       if (window == FHandle) FHandle = nullptr;
       break;
     }
     default:
       break;
   }
-  return DefSubclassProc(window, message, wParam, lParam);
+  return CommonControls().DefSubclassProc(window, message, wParam, lParam);
 }
 
 std::string TControl::Text() const { return WindowText(FHandle); }

@@ -20,6 +20,7 @@
 #include "forms/web_view.h"
 #include "forms/window_class.h"
 #include "platform/code_page.h"
+#include "platform/common_controls.h"
 
 namespace {
 
@@ -113,8 +114,7 @@ void Naming(const std::string& name, TStep&& step) {
 }  // namespace
 
 void TForm::Load() {
-  INITCOMMONCONTROLSEX common{sizeof common, ICC_WIN95_CLASSES | ICC_USEREX_CLASSES};
-  InitCommonControlsEx(&common);
+  const TOurControls controls;
   const TLayout layout = LoadLayout(ClassName());
   FLayout = layout.Form;
   FDpi = DpiOf(FParentWindow ? FParentWindow : Application().MainWindow());

@@ -2,11 +2,11 @@
 
 #include <windows.h>
 
-#include <commctrl.h>
 #include <initializer_list>
 #include <string_view>
 
 #include "forms/handles.h"
+#include "platform/common_controls.h"
 
 /// Small pictures of one size, made from the library's glyphs.
 class TImageList {
@@ -21,7 +21,7 @@ class TImageList {
 
  private:
   struct TFree {
-    void operator()(HIMAGELIST list) const { ImageList_Destroy(list); }
+    void operator()(HIMAGELIST list) const { CommonControls().ImageList_Destroy(list); }
   };
   TOwned<HIMAGELIST, TFree> FHandle;
 };

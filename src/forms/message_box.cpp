@@ -4,6 +4,7 @@
 
 #include "forms/application.h"
 #include "platform/code_page.h"
+#include "platform/common_controls.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ HWND Owner() {
 }
 
 int Ask(std::string_view text, const char* caption, UINT style) {
+  const TOurControls controls;
   return MessageBoxW(Owner(), ToWide(text).c_str(), Utf8ToWide(caption).c_str(),
                      style | MB_TASKMODAL);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "forms/form.h"
+#include "platform/common_controls.h"
 #include "platform/guard.h"
 
 TModalRun::TModalRun(TForm& form) : FForm(form), FFocus(GetFocus()) {
@@ -35,6 +36,7 @@ void TModalRun::End() {
 }
 
 void TModalRun::Serve() {
+  const THostControls controls;
   MSG message;
   while (!FAbandoned) {
     if (FForm.FModalResult != mrNone) {

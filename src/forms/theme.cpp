@@ -3,6 +3,8 @@
 #include <uxtheme.h>
 #include <vssym32.h>
 
+#include "platform/common_controls.h"
+
 namespace {
 
 template <class TFunction>
@@ -12,7 +14,9 @@ bool Find(TFunction& function, HMODULE module, const char* name) {
 }
 
 bool DrawThemedFrame(HWND window, HDC dc, const RECT& area, int state) {
-  // Themed common controls have loaded it already; without them there is no theme to follow.
+  // The other buttons beside it have no theme either.
+  if (!CommonControls().Themed) return false;
+  // Themed common controls have loaded it already.
   const HMODULE module = GetModuleHandleW(L"uxtheme.dll");
   decltype(&OpenThemeData) open = nullptr;
   decltype(&CloseThemeData) close = nullptr;

@@ -4,6 +4,7 @@
 #include "forms/window_class.h"
 #include "forms/window_thread.h"
 #include "frame/singletons.h"
+#include "platform/common_controls.h"
 #include "platform/guard.h"
 #include "platform/kept.h"
 #include "platform/locale_collation.h"
@@ -36,6 +37,7 @@ void Detach(bool processEnds) {
   // Those that stood on a stack which an exception of the host's cut off.
   LeaveWindows(GetCurrentThreadId());
   UnregisterWindowClasses();
+  ReleaseCommonControls();
   application.SetHandle(nullptr);
   ReleaseKept();
   TWindowThread::Forget();

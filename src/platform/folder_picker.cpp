@@ -10,6 +10,7 @@
 
 #include "platform/code_page.h"
 #include "platform/com_ptr.h"
+#include "platform/common_controls.h"
 #include "platform/guard.h"
 #include "platform/quiet_disks.h"
 #include "platform/system_library.h"
@@ -136,7 +137,8 @@ struct TFolderPicker::TCallbacks {
     switch (message) {
       case BFFM_INITIALIZED:
         picker.FWindow = window;
-        SetWindowSubclass(window, Watch, kSubclassId, reinterpret_cast<DWORD_PTR>(&picker));
+        CommonControls().SetWindowSubclass(window, Watch, kSubclassId,
+                                           reinterpret_cast<DWORD_PTR>(&picker));
         if (events.Initialized) events.Initialized();
         return 0;
       case BFFM_SELCHANGED: {
@@ -165,8 +167,8 @@ struct TFolderPicker::TCallbacks {
     const bool hides = message == WM_WINDOWPOSCHANGING &&
                        (reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_HIDEWINDOW) != 0;
     if (hides && events.Closing) Guarded([&] { events.Closing(); });
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(window, Watch, kSubclassId);
-    return DefSubclassProc(window, message, wParam, lParam);
+    if (message == WM_NCDESTROY) CommonControls().RemoveWindowSubclass(window, Watch, kSubclassId);
+    return CommonControls().DefSubclassProc(window, message, wParam, lParam);
   }
 };
 
