@@ -6,17 +6,10 @@
 #include <string_view>
 
 #include "forms/component.h"
+#include "forms/rules/arrangement.h"
 #include "forms/rules/layout.h"
 
 class TForm;
-
-/// Which sides of the form a control keeps its distance to.
-struct TAnchors {
-  bool Left = true;
-  bool Top = true;
-  bool Right = false;
-  bool Bottom = false;
-};
 
 /// A native child window of a form: its layout, its state, its events.
 ///

@@ -18,7 +18,7 @@ TForm::~TForm() {
 void TForm::LoseWindow() {
   RemoveModelessForm(FHandle);
   FHandle = nullptr;
-  FTooltips = nullptr;
+  FTips.reset();
   FModalRun = nullptr;
   FPins = 0;
 }
@@ -45,6 +45,7 @@ void TForm::Hide() {
   if (!FHandle) return;
   RemoveModelessForm(FHandle);
   if (!Visible()) return;
+  RememberSize();
   ShowWindow(FHandle, SW_HIDE);
   FEntered = nullptr;
   if (OnHide) OnHide();
@@ -65,28 +66,6 @@ void TForm::BringToFront() {
   BringWindowToTop(FHandle);
 }
 
-void TForm::Place() {
-  if (!FCentred || IsIconic(FHandle)) return;
-  const HWND owner = Application().MainWindow();
-  if (const int dpi = DpiOf(owner ? owner : FHandle); dpi != FDpi) ScaleTo(dpi);
-  RECT around{};
-  const auto* position = FLayout.Find("position");
-  const bool onScreen = position && position->Values[0] == "screen";
-  if (onScreen || !owner || IsIconic(owner) || !GetWindowRect(owner, &around)) {
-    around = WorkAreaOf(around);
-  }
-  const RECT area = WorkAreaOf(around);
-  const RECT bounds = WindowBounds();
-  const LONG width = bounds.right - bounds.left;
-  const LONG height = bounds.bottom - bounds.top;
-  const LONG left = (around.left + around.right - width) / 2;
-  const LONG top = (around.top + around.bottom - height) / 2;
-  // A window larger than the screen keeps its caption in reach.
-  SetWindowPos(FHandle, nullptr, std::max(std::min(left, area.right - width), area.left),
-               std::max(std::min(top, area.bottom - height), area.top), 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void TForm::FocusFirst(TControl* first) {
   HWND target = nullptr;
   if (first && first->CanFocus()) target = first->Handle();
@@ -102,20 +81,6 @@ RECT TForm::WindowBounds() const {
   RECT bounds{};
   GetWindowRect(FHandle, &bounds);
   return bounds;
-}
-
-SIZE TForm::ClientSize() const {
-  RECT client{};
-  GetClientRect(FHandle, &client);
-  return {client.right, client.bottom};
-}
-
-void TForm::SetClientSize(SIZE size) {
-  const RECT window = WindowBounds();
-  const SIZE client = ClientSize();
-  SetWindowPos(FHandle, nullptr, 0, 0, window.right - window.left + size.cx - client.cx,
-               window.bottom - window.top + size.cy - client.cy,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 TControl* TForm::FindControl(std::string_view name) const {
@@ -154,6 +119,7 @@ void TForm::SetDefaultButton(TButton& button) {
 
 void TForm::ControlFocused(TControl& control) {
   if (FActivating || FDying) return;
+  Reveal(control);
   FActiveControl = &control;
   if (FEntered == &control) return;
   // The focus leaves a control when another of the same form gets it: going to another window and
@@ -162,26 +128,6 @@ void TForm::ControlFocused(TControl& control) {
   FEntered = &control;
   if (left && left->OnExit) left->OnExit();
   if (FEntered == &control && control.OnEnter) control.OnEnter();
-}
-
-void TForm::ArrangeControls() {
-  const SIZE client = ClientSize();
-  const LONG wider = client.cx - FDesignSize.cx;
-  const LONG higher = client.cy - FDesignSize.cy;
-  for (const auto& placement : FPlacements) {
-    if (!placement.Control->Handle()) continue;
-    const TAnchors& anchors = placement.Control->Anchors();
-    RECT bounds = placement.Bounds;
-    if (anchors.Right) {
-      bounds.right += wider;
-      if (!anchors.Left) bounds.left += wider;
-    }
-    if (anchors.Bottom) {
-      bounds.bottom += higher;
-      if (!anchors.Top) bounds.top += higher;
-    }
-    placement.Control->SetBounds(bounds);
-  }
 }
 
 // ---- help ----

@@ -114,7 +114,6 @@ class TForm : public TComponent {
 
   RECT WindowBounds() const;
   SIZE ClientSize() const;
-  void SetClientSize(SIZE size);
   /// Device pixels for pixels at 96 DPI.
   int Scaled(int pixels) const { return MulDiv(pixels, FDpi, 96); }
   int Dpi() const { return FDpi; }
@@ -189,17 +188,32 @@ class TForm : public TComponent {
   friend class TModalRun;
   friend class TApplication;
   friend class TFormPin;
-  struct TPlacement {
-    TControl* Control;
-    RECT Bounds;  ///< at the form's designed client size, device pixels
-  };
 
   static LRESULT CALLBACK FormProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void CreateFormWindow();
   void CreateControls(const TLayout& layout);
   void BindEvents(const TFormBinder& binder);
-  void ScaleTo(int dpi);
+  TFontHandle MakeFont() const;
+  // form_placement.cpp
+  void SizeAsWanted();
+  void MeasureControls();
   void ArrangeControls();
+  RECT WorkAreaAround() const;
+  SIZE FullClient() const;
+  SIZE Borders() const;
+  SIZE DesignedClient() const;
+  bool Embedded() const;
+  void SetClientSize(SIZE size);
+  void FitTo(const RECT& workArea);
+  void KeepInside(const RECT& workArea);
+  void KeepOnScreen();
+  void RememberSize();
+  void ScaleTo(int dpi);
+  void Scroll(int bar, int position);
+  void HandleScrollBar(int bar, int request);
+  void Reveal(const TControl& control);
+  void LimitTracking(MINMAXINFO& limits) const;
+  bool HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam);
   void FocusFirst(TControl* first);
   bool TranslateKey(const MSG& message) const;
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
@@ -217,8 +231,10 @@ class TForm : public TComponent {
   std::optional<TFormTips> FTips;
   TLayoutItem FLayout;
   std::vector<TControl*> FControls;
-  std::vector<TPlacement> FPlacements;
-  SIZE FDesignSize{};
+  std::vector<TControl*> FArranged;  ///< the items of FArrangement, in Tab order
+  TArrangement FArrangement;         ///< device pixels
+  SIZE FWantedClient{};  ///< what the form would have where there is room, device pixels
+  SIZE FGivenClient{};   ///< what it was given of it
   bool FCentred = true;
   int FNextControlId = 0;
   bool FActivating = false;

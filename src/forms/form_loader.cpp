@@ -61,30 +61,6 @@ TLayout LoadLayout(const std::string& name) {
   return MergeLayouts(LoadLayout(layout.BaseName), layout);
 }
 
-TFontHandle MakeFont(const TLayoutItem& form, int dpi) {
-  const auto* name = form.Find("font");
-  const auto* height = form.Find("font-height");
-  const std::string face = name ? name->Values[0] : "MS Sans Serif";
-  LOGFONTW font{};
-  font.lfHeight = MulDiv(height ? LayoutNumber(height->Values[0]) : -11, dpi, 96);
-  font.lfCharSet = DEFAULT_CHARSET;
-  // The bitmap font of that name has no sizes between: its outline twin takes over off 96 DPI.
-  const bool bitmapFace = dpi != 96 && face == "MS Sans Serif";
-  const auto wide = bitmapFace ? std::wstring(L"Microsoft Sans Serif") : Utf8ToWide(face);
-  wide.copy(font.lfFaceName, LF_FACESIZE - 1);
-  return TFontHandle(CreateFontIndirectW(&font));
-}
-
-/// Size that a caption takes in a font, for labels that give no size of their own.
-SIZE CaptionSize(HWND window, HFONT font, const std::wstring& caption) {
-  const TWindowDc dc(window);
-  const HGDIOBJ before = SelectObject(dc.Get(), font);
-  SIZE size{};
-  GetTextExtentPoint32W(dc.Get(), caption.c_str(), static_cast<int>(caption.size()), &size);
-  SelectObject(dc.Get(), before);
-  return size;
-}
-
 /// The order in which Tab and screen readers meet the controls: a control without a place of its
 /// own (a label) comes right before the next one that has one.
 std::vector<TControl*> TabSequence(const std::vector<TControl*>& controls) {
@@ -118,7 +94,7 @@ void TForm::Load() {
   const TLayout layout = LoadLayout(ClassName());
   FLayout = layout.Form;
   FDpi = DpiOf(FParentWindow ? FParentWindow : Application().MainWindow());
-  FFont = MakeFont(FLayout, FDpi);
+  FFont = MakeFont();
   if (const auto* help = FLayout.Find("help")) FHelpContext = LayoutNumber(help->Values[0]);
   Naming(ClassName(), [&] {
     CreateFormWindow();
@@ -133,6 +109,20 @@ void TForm::Load() {
     FFirstActive = FActiveControl = &Child(active->Values[0]);
   }
   if (OnCreate) OnCreate();
+}
+
+TFontHandle TForm::MakeFont() const {
+  const auto* name = FLayout.Find("font");
+  const auto* height = FLayout.Find("font-height");
+  const std::string face = name ? name->Values[0] : "MS Sans Serif";
+  LOGFONTW font{};
+  font.lfHeight = MulDiv(height ? LayoutNumber(height->Values[0]) : -11, FDpi, 96);
+  font.lfCharSet = DEFAULT_CHARSET;
+  // The bitmap font of that name has no sizes between: its outline twin takes over off 96 DPI.
+  const bool bitmapFace = FDpi != 96 && face == "MS Sans Serif";
+  const auto wide = bitmapFace ? std::wstring(L"Microsoft Sans Serif") : Utf8ToWide(face);
+  wide.copy(font.lfFaceName, LF_FACESIZE - 1);
+  return TFontHandle(CreateFontIndirectW(&font));
 }
 
 void TForm::CreateParams(TCreateParams& params) {
@@ -174,20 +164,14 @@ void TForm::CreateFormWindow() {
   TCreateParams params;
   CreateParams(params);
   FCentred = params.Centred;
-  RECT border{};
-  AdjustWindowRectEx(&border, params.Style, FALSE, params.ExStyle);
-  const SIZE borders{border.right - border.left, border.bottom - border.top};
-  const auto* outer = FLayout.Find("size");
-  const auto* size = outer ? outer : FLayout.Find("client");
-  if (!size) throw TLayoutError(std::string(ClassName()) + " has no size");
-  FDesignSize = {Scaled(LayoutNumber(size->Values[0])), Scaled(LayoutNumber(size->Values[1]))};
-  if (outer) FDesignSize = {FDesignSize.cx - borders.cx, FDesignSize.cy - borders.cy};
   const auto* caption = FLayout.Find("caption");
+  // Any size that is more than borders: what is right is known once there are borders to measure.
   FHandle = CreateWindowExW(params.ExStyle, className.c_str(),
                             caption ? Utf8ToWide(caption->Values[0]).c_str() : L"", params.Style, 0,
-                            0, FDesignSize.cx + borders.cx, FDesignSize.cy + borders.cy,
-                            params.Parent, nullptr, TApplication::Instance(), this);
+                            0, Scaled(400), Scaled(200), params.Parent, nullptr,
+                            TApplication::Instance(), this);
   if (!FHandle) throw std::runtime_error("window refused: " + std::string(ClassName()));
+  SizeAsWanted();
   SendMessageW(FHandle, WM_SETFONT, reinterpret_cast<WPARAM>(FFont.Get()), FALSE);
 }
 
@@ -197,24 +181,18 @@ void TForm::CreateControls(const TLayout& layout) {
     if (kind == std::end(kKinds)) throw TLayoutError("unknown kind " + item.Kind);
     FControls.push_back(&Adopt(kind->Make(*this, item)));
   }
-  std::vector<TPlacement> placements;
-  for (TControl* control : TabSequence(FControls)) {
-    const auto& bounds = control->Layout().Bounds;
-    if (!bounds[0] || !bounds[1]) throw TLayoutError(control->Name() + " has no position");
-    SIZE size{};
-    if (!bounds[2]) {
-      const auto* caption = control->Layout().Find("caption");
-      if (!caption) throw TLayoutError(control->Name() + " has no size");
-      size = CaptionSize(FHandle, FFont.Get(), Utf8ToWide(caption->Values[0]));
-    } else {
-      size = {Scaled(*bounds[2]), Scaled(*bounds[3])};
-    }
-    const int left = Scaled(*bounds[0]);
-    const int top = Scaled(*bounds[1]);
-    const RECT place{left, top, left + size.cx, top + size.cy};
-    Naming(control->Name(), [&] { control->Create(place, FFont.Get()); });
-    FPlacements.push_back({control, place});
+  FArranged = TabSequence(FControls);
+  MeasureControls();
+  if (!Embedded()) FitTo(WorkAreaAround());
+  const SIZE client = ClientSize();
+  const auto boxes = FArrangement.At({static_cast<int>(client.cx), static_cast<int>(client.cy)});
+  for (std::size_t i = 0; i < FArranged.size(); ++i) {
+    const TBox& box = boxes[i];
+    Naming(FArranged[i]->Name(), [&] {
+      FArranged[i]->Create({box.Left, box.Top, box.Right, box.Bottom}, FFont.Get());
+    });
   }
+  ArrangeControls();
 }
 
 void TForm::BindEvents(const TFormBinder& binder) {
@@ -249,22 +227,4 @@ void TForm::BindEvents(const TFormBinder& binder) {
     if (control->Layout().Find("cancel")) FCancelButton = dynamic_cast<TButton*>(control);
   }
   if (FDefaultButton) SetDefaultButton(*FDefaultButton);
-}
-
-void TForm::ScaleTo(int dpi) {
-  const int before = FDpi;
-  const auto scale = [&](LONG pixels) { return MulDiv(pixels, dpi, before); };
-  FDpi = dpi;
-  TFontHandle font = MakeFont(FLayout, dpi);
-  for (auto& placement : FPlacements) {
-    RECT& bounds = placement.Bounds;
-    bounds = {scale(bounds.left), scale(bounds.top), scale(bounds.right), scale(bounds.bottom)};
-    placement.Control->SetFont(font.Get());
-    placement.Control->DpiChanged(dpi);
-  }
-  FFont = std::move(font);
-  const SIZE client = ClientSize();
-  FDesignSize = {scale(FDesignSize.cx), scale(FDesignSize.cy)};
-  SetClientSize({scale(client.cx), scale(client.cy)});
-  ArrangeControls();
 }

@@ -61,7 +61,11 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     }
     case WM_HSCROLL:
     case WM_VSCROLL:
-      if (TControl* control = FindControl(reinterpret_cast<HWND>(lParam))) control->HandleScroll();
+      if (!lParam) {
+        HandleScrollBar(message == WM_VSCROLL ? SB_VERT : SB_HORZ, LOWORD(wParam));
+      } else if (TControl* control = FindControl(reinterpret_cast<HWND>(lParam))) {
+        control->HandleScroll();
+      }
       return true;
     case WM_DRAWITEM: {
       const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
@@ -86,27 +90,6 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       // Left to itself the system would focus the first control now, and select an edit's text,
       // before the control that is to have the focus gets it.
       return FActivating;
-    case WM_SIZE:
-      if (wParam == SIZE_MINIMIZED) return false;
-      ArrangeControls();
-      // Children are not clipped: the form's background would cover those that merely moved.
-      RedrawWindow(FHandle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
-      return false;
-    case WM_GETMINMAXINFO: {
-      RECT frame{0, 0, FDesignSize.cx, FDesignSize.cy};
-      AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongW(FHandle, GWL_STYLE)), FALSE,
-                         static_cast<DWORD>(GetWindowLongW(FHandle, GWL_EXSTYLE)));
-      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {frame.right - frame.left,
-                                                               frame.bottom - frame.top};
-      return true;
-    }
-    case WM_DPICHANGED: {
-      ScaleTo(LOWORD(wParam));
-      const auto& bounds = *reinterpret_cast<const RECT*>(lParam);
-      SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-      return true;
-    }
     case WM_LBUTTONUP:
       if (OnClick) OnClick();
       return false;
@@ -117,7 +100,7 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       if (OnPaint) OnPaint();
       return false;
     default:
-      return false;
+      return HandlePlacement(message, wParam, lParam);
   }
 }
 

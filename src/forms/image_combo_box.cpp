@@ -8,6 +8,7 @@
 
 #include "forms/form.h"
 #include "platform/code_page.h"
+#include "platform/common_controls.h"
 
 TControl::TWindowParams TImageComboBox::WindowParams() const {
   return {WC_COMBOBOXEXW, CBS_DROPDOWNLIST | WS_VSCROLL | TabStopStyle(), 0};
@@ -44,7 +45,8 @@ void TImageComboBox::FitList() const {
 int TImageComboBox::ImageWidth() const {
   int width = 0;
   int height = 0;
-  ImageList_GetIconSize(reinterpret_cast<HIMAGELIST>(Send(CBEM_GETIMAGELIST)), &width, &height);
+  CommonControls().ImageList_GetIconSize(reinterpret_cast<HIMAGELIST>(Send(CBEM_GETIMAGELIST)),
+                                         &width, &height);
   constexpr int kGap = 4;  // between image and text
   return width + kGap;
 }

@@ -6,6 +6,3 @@
 /// and which answers what other threads send; progress that workers report to our bars is shown.
 /// Input and all else stay in the queue.
 bool WaitPainting(const TSignal& signal, unsigned ms);
-
-/// As a time to wait: for ever.
-constexpr unsigned kForEver = ~0u;

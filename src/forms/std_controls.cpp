@@ -21,7 +21,8 @@ bool TLabel::Accepts(std::string_view property) const {
 
 TControl::TWindowParams TStaticText::WindowParams() const {
   const DWORD bevel = Word("bevel", "none") == "sunken" ? SS_SUNKEN : 0;
-  return {WC_STATICW, SS_LEFTNOWORDWRAP | SS_NOPREFIX | SS_NOTIFY | SS_CENTERIMAGE | bevel, 0};
+  return {WC_STATICW,
+          SS_LEFTNOWORDWRAP | SS_NOPREFIX | SS_NOTIFY | SS_CENTERIMAGE | SS_ENDELLIPSIS | bevel, 0};
 }
 
 std::wstring TStaticText::CutText(POINT /*at*/) const {

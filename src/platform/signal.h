@@ -3,6 +3,9 @@
 #include <functional>
 #include <memory>
 
+/// As a time to wait: for ever.
+constexpr unsigned kForEver = ~0u;
+
 /// A flag that threads can wait for. Any thread.
 class TSignal {
  public:

@@ -11,7 +11,6 @@ namespace {
 constexpr int kMostRedirections = 10;
 /// Milliseconds that a fetch given up gets to finish putting its files in place.
 constexpr unsigned kLastMoment = 500;
-constexpr unsigned kForEver = ~0u;
 
 bool WriteWhole(TReplacementFile& file, std::string_view text) {
   return file.Create() && file.Write(text) && file.Flush();

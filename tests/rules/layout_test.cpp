@@ -9,6 +9,7 @@
 #include <set>
 #include <sstream>
 
+#include "forms/rules/arrangement.h"
 #include "forms/rules/glyph.h"
 
 namespace {
@@ -95,6 +96,66 @@ TEST(Layout, ADerivedLayoutOverridesItsBase) {
   EXPECT_TRUE(ok.Find("default") && ok.Find("help"));
   EXPECT_EQ(merged.Controls[2].Name, "E");
   EXPECT_THROW(MergeLayouts(base, ParseLayout("form B inherits A\nedit OK 1 2\n")), TLayoutError);
+}
+
+TEST(Arrangement, GoesByTheAnchorsDownToWhereControlsWouldMeet) {
+  const TAnchors fixed, right{false, true, true, false}, wide{true, true, true, false},
+      low{true, false, false, true}, all{true, true, true, true};
+  const struct {
+    const char* Name;
+    std::vector<TArrangedItem> Items;
+    TExtent Least;  ///< of a form designed 200 x 100
+  } cases[] = {
+      {"nothing moves", {{{10, 10, 60, 30}, fixed, {}}}, {60, 30}},
+      {"meets the side", {{{150, 10, 190, 30}, right, {}}}, {50, 30}},
+      {"gets narrow", {{{10, 10, 190, 30}, wide, {48, 20}}}, {68, 30}},
+      {"meets another", {{{10, 10, 60, 30}, fixed, {}}, {{90, 10, 190, 30}, right, {}}}, {170, 30}},
+      {"passes above another",
+       {{{10, 10, 60, 30}, fixed, {}}, {{90, 40, 190, 60}, right, {}}},
+       {110, 60}},
+      {"never meets a hidden one",
+       {{{10, 10, 60, 30}, fixed, {}, false}, {{90, 10, 190, 30}, right, {}}},
+       {110, 30}},
+      {"gives way below",
+       {{{10, 10, 60, 50}, all, {48, 15}}, {{10, 60, 60, 80}, low, {}}},
+       {198, 75}},
+      {"stops above", {{{10, 10, 60, 50}, fixed, {}}, {{10, 60, 60, 80}, low, {}}}, {60, 90}},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.Name);
+    const TArrangement arrangement(each.Items, {200, 100});
+    EXPECT_EQ(arrangement.Least().Width, each.Least.Width);
+    EXPECT_EQ(arrangement.Least().Height, each.Least.Height);
+    // Below the least size nothing moves any more.
+    const auto least = arrangement.At(arrangement.Least());
+    const auto less = arrangement.At({1, 1});
+    const auto grown = arrangement.At({260, 170});
+    for (std::size_t i = 0; i < each.Items.size(); ++i) {
+      const auto& [box, anchors, room, shown] = each.Items[i];
+      EXPECT_EQ(less[i].Left, least[i].Left);
+      EXPECT_EQ(less[i].Bottom, least[i].Bottom);
+      EXPECT_EQ(grown[i].Right, box.Right + (anchors.Right ? 60 : 0));
+      EXPECT_EQ(grown[i].Left, box.Left + (anchors.Right && !anchors.Left ? 60 : 0));
+      EXPECT_EQ(grown[i].Bottom, box.Bottom + (anchors.Bottom ? 70 : 0));
+      EXPECT_EQ(grown[i].Top, box.Top + (anchors.Bottom && !anchors.Top ? 70 : 0));
+    }
+  }
+}
+
+TEST(Arrangement, FieldsMakeRoomForTheLabelsBesideThem) {
+  const TAnchors fixed;
+  std::vector<TArrangedItem> items = {
+      {{8, 12, 60, 25}, fixed, {}},          // a label that needs more
+      {{50, 8, 150, 29}, fixed, {40, 21}},   // its field
+      {{8, 42, 40, 55}, fixed, {}},          // one that does not
+      {{50, 38, 150, 59}, fixed, {40, 21}},  // its field stays in the column
+      {{160, 8, 180, 29}, fixed, {20, 21}},  // further right: stays
+      {{50, 80, 90, 101}, fixed, {38, 21}},  // of the column, with little to give
+  };
+  MakeRoomForLabels(items, {0, 2}, 4);
+  const int lefts[] = {8, 64, 8, 64, 160, 52};
+  for (std::size_t i = 0; i < items.size(); ++i) EXPECT_EQ(items[i].Box.Left, lefts[i]) << i;
+  EXPECT_EQ(items[1].Box.Right, 150);
 }
 
 /// A dialog is usable by keyboard only when each of its fields has a place of its own in the Tab

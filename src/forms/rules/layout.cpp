@@ -17,12 +17,12 @@ struct TLexeme {
 };
 
 /// Where the reader stands, for whoever has to mend the layout.
-struct TPlace {
+struct TLayoutPlace {
   std::string Form;
   std::string Item;
 };
 
-[[noreturn]] void Fail(const TPlace& place, int line, const std::string& what) {
+[[noreturn]] void Fail(const TLayoutPlace& place, int line, const std::string& what) {
   std::string where = place.Form.empty() ? "" : place.Form + ", ";
   where += "line " + std::to_string(line) + ": ";
   if (!place.Item.empty() && place.Item != place.Form) where += place.Item + ": ";
@@ -175,7 +175,7 @@ class TParser {
 
   std::vector<TLexeme> FLexemes;
   std::size_t FAt = 0;
-  TPlace FPlace;
+  TLayoutPlace FPlace;
 };
 
 void MergeItem(TLayoutItem& base, const TLayoutItem& derived) {

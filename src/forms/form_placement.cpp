@@ -1,0 +1,370 @@
+// How large a form is, where it stands and where its controls stand in it: as designed where the
+// screen has room for that, else by the anchors, and scrolled where even they have no room left.
+
+#include <algorithm>
+#include <map>
+
+#include "forms/dpi.h"
+#include "forms/form.h"
+#include "platform/code_page.h"
+
+#ifndef WM_DPICHANGED_AFTERPARENT
+#define WM_DPICHANGED_AFTERPARENT 0x02E3
+#endif
+
+namespace {
+
+/// What the user made of the forms of a class, for the next of them.
+struct TChosenSize {
+  SIZE Client;
+  int Dpi;
+};
+
+std::map<std::string, TChosenSize>& ChosenSizes() {
+  static std::map<std::string, TChosenSize> sizes;
+  return sizes;
+}
+
+SIZE SizeOf(const RECT& bounds) { return {bounds.right - bounds.left, bounds.bottom - bounds.top}; }
+
+SIZE ScaleSize(SIZE size, int dpi, int from) {
+  return {MulDiv(size.cx, dpi, from), MulDiv(size.cy, dpi, from)};
+}
+
+/// Size that a caption takes in a font.
+SIZE CaptionSize(HWND window, HFONT font, const TLayoutItem& item) {
+  const auto* caption = item.Find("caption");
+  const std::wstring text = caption ? Utf8ToWide(caption->Values[0]) : std::wstring();
+  const UINT prefix = item.Kind == "static-text" ? DT_NOPREFIX : 0;
+  const TWindowDc dc(window);
+  const HGDIOBJ before = SelectObject(dc.Get(), font);
+  RECT bounds{};
+  DrawTextW(dc.Get(), text.c_str(), static_cast<int>(text.size()), &bounds,
+            DT_CALCRECT | DT_SINGLELINE | prefix);
+  SelectObject(dc.Get(), before);
+  return SizeOf(bounds);
+}
+
+bool HasStyle(HWND window, LONG style) { return (GetWindowLongW(window, GWL_STYLE) & style) != 0; }
+
+/// What the scroll bars of a form take of its client area.
+SIZE BarsOf(HWND window) {
+  return {HasStyle(window, WS_VSCROLL) ? GetSystemMetrics(SM_CXVSCROLL) : 0,
+          HasStyle(window, WS_HSCROLL) ? GetSystemMetrics(SM_CYHSCROLL) : 0};
+}
+
+/// Shows the scroll bar when the content is longer than the page, else hides it.
+void SetScrollBar(HWND window, int bar, LONG content, LONG page) {
+  SCROLLINFO info{};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_RANGE | SIF_PAGE;
+  if (content > page) {
+    info.nMax = content - 1;
+    info.nPage = static_cast<UINT>(std::max(page, 0L));
+  } else {
+    info.fMask |= SIF_POS;
+  }
+  SetScrollInfo(window, bar, &info, TRUE);
+}
+
+}  // namespace
+
+// ---- sizes ----
+
+bool TForm::Embedded() const { return HasStyle(FHandle, WS_CHILD); }
+
+SIZE TForm::ClientSize() const {
+  RECT client{};
+  GetClientRect(FHandle, &client);
+  return SizeOf(client);
+}
+
+SIZE TForm::FullClient() const {
+  const SIZE client = ClientSize();
+  const SIZE bars = BarsOf(FHandle);
+  return {client.cx + bars.cx, client.cy + bars.cy};
+}
+
+SIZE TForm::Borders() const {
+  // Measured: what the system would calculate is for one DPI, whichever the monitor has.
+  const SIZE window = SizeOf(WindowBounds());
+  const SIZE client = FullClient();
+  return {window.cx - client.cx, window.cy - client.cy};
+}
+
+SIZE TForm::DesignedClient() const {
+  const auto* outer = FLayout.Find("size");
+  const auto* size = outer ? outer : FLayout.Find("client");
+  if (!size) throw TLayoutError(std::string(ClassName()) + " has no size");
+  const SIZE borders = outer ? Borders() : SIZE{};
+  return {Scaled(LayoutNumber(size->Values[0])) - borders.cx,
+          Scaled(LayoutNumber(size->Values[1])) - borders.cy};
+}
+
+void TForm::SetClientSize(SIZE size) {
+  const SIZE borders = Borders();
+  SetWindowPos(FHandle, nullptr, 0, 0, size.cx + borders.cx, size.cy + borders.cy,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void TForm::FitTo(const RECT& workArea) {
+  if (HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE)) return;
+  RememberSize();
+  const SIZE borders = Borders();
+  const SIZE room = SizeOf(workArea);
+  const SIZE most{room.cx - borders.cx, room.cy - borders.cy};
+  SIZE client{std::min(FWantedClient.cx, most.cx), std::min(FWantedClient.cy, most.cy)};
+  // The bar that scrolls one way is not to take the room of the other.
+  const TExtent least = FArrangement.Least();
+  const bool scrollsDown = client.cy < least.Height;
+  const bool scrollsAcross = client.cx < least.Width;
+  if (scrollsDown) client.cx = std::min(client.cx + GetSystemMetrics(SM_CXVSCROLL), most.cx);
+  if (scrollsAcross) client.cy = std::min(client.cy + GetSystemMetrics(SM_CYHSCROLL), most.cy);
+  SetClientSize(client);
+  FGivenClient = FullClient();
+}
+
+void TForm::RememberSize() {
+  if (!HasStyle(FHandle, WS_THICKFRAME) || Embedded()) return;
+  if (HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE) || FGivenClient.cx == 0) return;
+  const SIZE client = FullClient();
+  if (client.cx == FGivenClient.cx && client.cy == FGivenClient.cy) return;
+  // A side that only the screen made short is still wanted as it was.
+  if (client.cx != FGivenClient.cx) FWantedClient.cx = client.cx;
+  if (client.cy != FGivenClient.cy) FWantedClient.cy = client.cy;
+  FGivenClient = client;
+  ChosenSizes()[ClassName()] = {FWantedClient, FDpi};
+}
+
+void TForm::SizeAsWanted() {
+  const auto chosen = ChosenSizes().find(ClassName());
+  const bool again = chosen != ChosenSizes().end() && !Embedded();
+  FWantedClient =
+      again ? ScaleSize(chosen->second.Client, FDpi, chosen->second.Dpi) : DesignedClient();
+  if (Embedded()) {
+    SetClientSize(FWantedClient);
+  } else {
+    FitTo(WorkAreaAround());
+  }
+}
+
+void TForm::LimitTracking(MINMAXINFO& limits) const {
+  if (Embedded()) return;
+  const SIZE borders = Borders();
+  const SIZE room = SizeOf(WorkAreaOf(WindowBounds()));
+  const TExtent design = FArrangement.Design();
+  limits.ptMinTrackSize = {std::min(design.Width + borders.cx, room.cx),
+                           std::min(design.Height + borders.cy, room.cy)};
+}
+
+void TForm::ScaleTo(int dpi) {
+  const int before = FDpi;
+  if (dpi == before) return;
+  RememberSize();
+  const SIZE client = ScaleSize(FullClient(), dpi, before);
+  FWantedClient = ScaleSize(FWantedClient, dpi, before);
+  FDpi = dpi;
+  TFontHandle font = MakeFont();
+  for (TControl* control : FArranged) {
+    control->SetFont(font.Get());
+    control->DpiChanged(dpi);
+  }
+  FFont = std::move(font);
+  MeasureControls();
+  if (Embedded()) {
+    SetClientSize(client);
+  } else {
+    FitTo(WorkAreaOf(WindowBounds()));
+  }
+  ArrangeControls();
+}
+
+// ---- places ----
+
+RECT TForm::WorkAreaAround() const {
+  RECT around{};
+  const HWND owner = Application().MainWindow();
+  if (owner && !IsIconic(owner)) GetWindowRect(owner, &around);
+  return WorkAreaOf(around);
+}
+
+void TForm::Place() {
+  if (!FCentred || IsIconic(FHandle)) return;
+  const HWND owner = Application().MainWindow();
+  if (const int dpi = DpiOf(owner ? owner : FHandle); dpi != FDpi) ScaleTo(dpi);
+  const RECT area = WorkAreaAround();
+  RECT around{};
+  const auto* position = FLayout.Find("position");
+  const bool onScreen = position && position->Values[0] == "screen";
+  if (onScreen || !owner || IsIconic(owner) || !GetWindowRect(owner, &around)) around = area;
+  FitTo(area);
+  const SIZE size = SizeOf(WindowBounds());
+  SetWindowPos(FHandle, nullptr, (around.left + around.right - size.cx) / 2,
+               (around.top + around.bottom - size.cy) / 2, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  KeepInside(area);
+}
+
+void TForm::KeepInside(const RECT& workArea) {
+  const RECT bounds = WindowBounds();
+  const SIZE size = SizeOf(bounds);
+  // A window larger than the screen keeps its caption in reach.
+  SetWindowPos(FHandle, nullptr,
+               std::max(std::min(bounds.left, workArea.right - size.cx), workArea.left),
+               std::max(std::min(bounds.top, workArea.bottom - size.cy), workArea.top), 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void TForm::KeepOnScreen() {
+  if (Embedded() || HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE)) return;
+  const RECT area = WorkAreaOf(WindowBounds());
+  FitTo(area);
+  KeepInside(area);
+}
+
+// ---- controls ----
+
+void TForm::MeasureControls() {
+  std::vector<TArrangedItem> items;
+  std::vector<std::size_t> labels;
+  for (const TControl* control : FArranged) {
+    const auto& layout = control->Layout();
+    const auto& bounds = layout.Bounds;
+    if (!bounds[0] || !bounds[1]) throw TLayoutError(control->Name() + " has no position");
+    const bool captioned = layout.Find("caption") != nullptr;
+    if (!bounds[2] && !captioned) throw TLayoutError(control->Name() + " has no size");
+    const SIZE text = captioned ? CaptionSize(FHandle, FFont.Get(), layout) : SIZE{};
+    const SIZE size = bounds[2] ? SIZE{Scaled(*bounds[2]), Scaled(*bounds[3])} : text;
+    TArrangedItem item;
+    item.Box.Left = Scaled(*bounds[0]);
+    item.Box.Top = Scaled(*bounds[1]);
+    item.Box.Right = item.Box.Left + static_cast<int>(size.cx);
+    item.Box.Bottom = item.Box.Top + static_cast<int>(size.cy);
+    item.Anchors = control->Anchors();
+    item.Shown = !layout.Find("hidden");
+    // Three lines of a list or memo, a few letters of a field; a caption and its check box whole.
+    item.Least.Width =
+        static_cast<int>(std::min<LONG>(size.cx, captioned ? text.cx + Scaled(20) : Scaled(48)));
+    item.Least.Height = static_cast<int>(std::min<LONG>(size.cy, Scaled(45)));
+    if (!bounds[2]) labels.push_back(items.size());
+    items.push_back(item);
+  }
+  MakeRoomForLabels(items, labels, Scaled(4));
+  const SIZE design = DesignedClient();
+  FArrangement =
+      TArrangement(std::move(items), {static_cast<int>(design.cx), static_cast<int>(design.cy)});
+}
+
+void TForm::ArrangeControls() {
+  if (IsIconic(FHandle)) return;
+  const SIZE full = FullClient();
+  const TExtent least = FArrangement.Least();
+  const LONG barWidth = GetSystemMetrics(SM_CXVSCROLL);
+  const LONG barHeight = GetSystemMetrics(SM_CYHSCROLL);
+  bool scrollsDown = full.cy < least.Height;
+  const bool scrollsAcross = full.cx - (scrollsDown ? barWidth : 0) < least.Width;
+  scrollsDown = scrollsDown || (scrollsAcross && full.cy - barHeight < least.Height);
+  const SIZE client{full.cx - (scrollsDown ? barWidth : 0),
+                    full.cy - (scrollsAcross ? barHeight : 0)};
+  SetScrollBar(FHandle, SB_VERT, least.Height, scrollsDown ? client.cy : least.Height);
+  SetScrollBar(FHandle, SB_HORZ, least.Width, scrollsAcross ? client.cx : least.Width);
+  const int left = GetScrollPos(FHandle, SB_HORZ);
+  const int top = GetScrollPos(FHandle, SB_VERT);
+  const auto boxes = FArrangement.At({static_cast<int>(client.cx), static_cast<int>(client.cy)});
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    if (!FArranged[i]->Handle()) continue;
+    const TBox& box = boxes[i];
+    FArranged[i]->SetBounds({box.Left - left, box.Top - top, box.Right - left, box.Bottom - top});
+  }
+  // Children are not clipped: the form's background would cover those that merely moved.
+  RedrawWindow(FHandle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+// ---- scrolling ----
+
+void TForm::Scroll(int bar, int position) {
+  const int before = GetScrollPos(FHandle, bar);
+  SetScrollPos(FHandle, bar, position, TRUE);
+  if (GetScrollPos(FHandle, bar) != before) ArrangeControls();
+}
+
+void TForm::HandleScrollBar(int bar, int request) {
+  SCROLLINFO info{};
+  info.cbSize = sizeof info;
+  info.fMask = SIF_ALL;
+  if (!GetScrollInfo(FHandle, bar, &info)) return;
+  const int page = static_cast<int>(info.nPage);
+  const int line = Scaled(20);
+  switch (request) {
+    case SB_LINEUP:
+      return Scroll(bar, info.nPos - line);
+    case SB_LINEDOWN:
+      return Scroll(bar, info.nPos + line);
+    case SB_PAGEUP:
+      return Scroll(bar, info.nPos - page);
+    case SB_PAGEDOWN:
+      return Scroll(bar, info.nPos + page);
+    case SB_TOP:
+      return Scroll(bar, 0);
+    case SB_BOTTOM:
+      return Scroll(bar, info.nMax);
+    case SB_THUMBTRACK:
+    case SB_THUMBPOSITION:
+      return Scroll(bar, info.nTrackPos);
+    default:
+      return;
+  }
+}
+
+void TForm::Reveal(const TControl& control) {
+  const SIZE client = ClientSize();
+  const RECT bounds = control.Bounds();
+  const auto reveal = [&](int bar, LONG start, LONG end, LONG length) {
+    // Its start counts more than its end.
+    const LONG by = start < 0 ? start : std::min(std::max(end - length, 0L), start);
+    if (by != 0) Scroll(bar, GetScrollPos(FHandle, bar) + static_cast<int>(by));
+  };
+  if (HasStyle(FHandle, WS_VSCROLL)) reveal(SB_VERT, bounds.top, bounds.bottom, client.cy);
+  if (HasStyle(FHandle, WS_HSCROLL)) reveal(SB_HORZ, bounds.left, bounds.right, client.cx);
+}
+
+// ---- messages ----
+
+bool TForm::HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_SIZE:
+      if (wParam != SIZE_MINIMIZED) ArrangeControls();
+      return false;
+    case WM_GETMINMAXINFO:
+      LimitTracking(*reinterpret_cast<MINMAXINFO*>(lParam));
+      return true;
+    case WM_EXITSIZEMOVE:
+      // Perhaps on another monitor, with less room.
+      if (!Embedded()) FitTo(WorkAreaOf(WindowBounds()));
+      return false;
+    case WM_DISPLAYCHANGE:
+      if (Visible()) KeepOnScreen();
+      return false;
+    case WM_SETTINGCHANGE:
+      if (wParam == SPI_SETWORKAREA && Visible()) KeepOnScreen();
+      return false;
+    case WM_DPICHANGED: {
+      ScaleTo(LOWORD(wParam));
+      const auto& bounds = *reinterpret_cast<const RECT*>(lParam);
+      SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+      FitTo(WorkAreaOf(WindowBounds()));
+      return true;
+    }
+    case WM_DPICHANGED_AFTERPARENT:
+      ScaleTo(DpiOf(FHandle));
+      return false;
+    case WM_MOUSEWHEEL:
+      if (!HasStyle(FHandle, WS_VSCROLL)) return false;
+      Scroll(SB_VERT, GetScrollPos(FHandle, SB_VERT) -
+                          MulDiv(Scaled(60), static_cast<short>(HIWORD(wParam)), WHEEL_DELTA));
+      return true;
+    default:
+      return false;
+  }
+}
