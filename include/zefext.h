@@ -91,13 +91,14 @@ typedef struct ZefDialogObject* ZefDialog;
 int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile);
 
 /* Shows a base dialog inside a window of the host and returns at once. The handle is the host's
- * until VCLFreeNonModalDialog; closing the dialog only hides it. */
+ * until VCLFreeNonModalDialog; closing the dialog only hides it. It takes the focus only where the
+ * user can see it, and gives it back, when it goes, to the window of the host that had it before. */
 void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDialog* dialog);
 
 /* Destroys such a dialog. The result is its outcome (low byte), or 0 when the handle is refused. */
 int ZEFEXT_API VCLFreeNonModalDialog(ZefDialog dialog);
 
-/* Shows a view (see CreateExampleView) in its window. */
+/* Shows a view (see CreateExampleView) in its window; the focus goes as with the dialog above. */
 void ZEFEXT_API VCLDialogShow(ZefDialog view);
 
 /* 1 when the user changed anything in a view since it was made or cleared; 0 when not, or when the
@@ -121,9 +122,15 @@ struct IExClass1;
  * Makes a view, still hidden, inside a window of the host, and returns its window, or null when it
  * cannot be made. The handle, for the VCLDialog functions, goes into a variable that is declared as
  * an interface pointer but receives none. The view lives until the host destroys the window around
- * it; the handle is stale from then on. It keeps the size and places of its own layout whatever the
- * size of the parent: make the parent as large as the window returned, or let it scroll. A parent that is no window gives a hidden window of its
- * own. A help file that is not null becomes the main one, as by VCLSetMainHelpFile. */
+ * it; the handle is stale from then on. The host may show and hide that window by itself. It keeps
+ * the size and places of its own layout, whatever the size of the parent.
+ *
+ * In the host's message loop a view takes the keys that it has a use for: Tab, arrows and mnemonics
+ * of its controls, Enter and Escape where a control or a button of it answers them. Tab beyond
+ * either end is the host's; where the host does not navigate, it goes round in the view.
+ *
+ * A parent that is no window gives a hidden window of its own. A help file that is not null becomes
+ * the main one, as by VCLSetMainHelpFile. */
 HWND ZEFEXT_API CreateExampleView(void* parent, const char* const helpFile, IUnknown*& view);
 
 /* Gives such a view an interface of the host's, which it keeps, uncounted and uncalled. Returns the
@@ -136,16 +143,20 @@ extern "C" {
 /* ---- Hints and traces ---------------------------------------------------------------------- */
 
 /* Shows a bubble that belongs to a window of the host: its left top at x, y (pixels of the screen)
- * if it fits on the monitor there, its text wrapped at maxWidth pixels. It takes neither focus nor
- * activation. It stays until the next call replaces it, its window goes, or VCLFree: to take it away,
- * give it a small hidden window of its own and destroy that. */
+ * if it fits on the monitor there. It takes neither focus nor activation. It stays until the next
+ * call replaces it, its window goes, or VCLFree: to take it away, give it a small hidden window of its
+ * own and destroy that.
+ *   maxWidth  of the whole bubble, in pixels; its text is wrapped, long words are broken. 0, less
+ *             than 0 or more than the monitor's work area has: as wide as that. Less than a letter
+ *             takes: a letter a line. Text too high for the work area is cut and ends in "...". */
 void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int maxWidth);
 
 /* Kept for old hosts: leaves the bubble on the screen. */
 void ZEFEXT_API VCLHideHint(void);
 
-/* Adds a numbered line to the debug window, and shows the window when it is hidden. The window
- * shows the line at once, or, when lines follow each other faster than it can, a moment later. */
+/* Adds a numbered line to the debug window, and shows the window when it is hidden, other than with
+ * a minimised main window. The line is on the screen when the call returns; only a flood of lines,
+ * more than the window can draw in a fifth of a second, waits until the host serves messages. */
 void ZEFEXT_API VCLShowDebugText(const char* text);
 
 /* ---- Strings and string lists -------------------------------------------------------------- */

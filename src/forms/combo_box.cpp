@@ -39,7 +39,7 @@ const TNativeItemsControl::TMessages& TComboBox::Messages() const {
 std::wstring TComboBox::CutText(POINT /*at*/) const { return FDropDown.CutText(Handle(), 0); }
 
 void TComboBox::HandleCommand(WORD code) {
-  if (code == CBN_SETFOCUS) Form().ControlFocused(*this);
+  if (code == CBN_SETFOCUS) Form().ControlFocused(*this, nullptr);
   if (code == CBN_EDITCHANGE) {
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;

@@ -115,7 +115,7 @@ LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
   switch (message) {
     case WM_SETFOCUS: {
       const LRESULT result = CommonControls().DefSubclassProc(window, message, wParam, lParam);
-      FForm.ControlFocused(*this);
+      FForm.ControlFocused(*this, reinterpret_cast<HWND>(wParam));
       return result;
     }
     case WM_MOUSEMOVE:

@@ -4,6 +4,7 @@
 
 #include "forms/buttons.h"
 #include "forms/dpi.h"
+#include "forms/focus.h"
 #include "forms/modeless_keyboard.h"
 #include "platform/code_page.h"
 
@@ -27,9 +28,12 @@ void TForm::LoseWindow() {
 
 void TForm::Show() {
   if (!FHandle) return;
-  const bool fresh = !Visible();
+  const bool fresh = !Shown();
   if (fresh) {
-    Place();
+    // Where the user left it, unless no monitor is there any more.
+    const bool stands = FPlaced && MonitorFromWindow(FHandle, MONITOR_DEFAULTTONULL);
+    if (Modal() || !stands) Place();
+    FPlaced = true;
     if (OnShow) OnShow();
     if (!Modal()) AddModelessForm(FHandle);
   }
@@ -42,9 +46,7 @@ void TForm::Show() {
 }
 
 void TForm::Hide() {
-  if (!FHandle) return;
-  RemoveModelessForm(FHandle);
-  if (!Visible()) return;
+  if (!Shown()) return;
   RememberSize();
   ShowWindow(FHandle, SW_HIDE);
   FEntered = nullptr;
@@ -66,7 +68,13 @@ void TForm::BringToFront() {
   BringWindowToTop(FHandle);
 }
 
+bool TForm::Shown() const {
+  return FHandle && (GetWindowLongW(FHandle, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
 void TForm::FocusFirst(TControl* first) {
+  // The host may be at work elsewhere, with this form on a page that is not in view.
+  if (!CanHaveFocus(FHandle)) return;
   HWND target = nullptr;
   if (first && first->CanFocus()) target = first->Handle();
   if (!target) target = GetNextDlgTabItem(FHandle, nullptr, FALSE);
@@ -117,7 +125,12 @@ void TForm::SetDefaultButton(TButton& button) {
   SendMessageW(FHandle, DM_SETDEFID, static_cast<WPARAM>(GetDlgCtrlID(button.Handle())), 0);
 }
 
-void TForm::ControlFocused(TControl& control) {
+void TForm::FocusArrived(HWND from) {
+  if (IsOfHost(FHandle, from)) FFocusBefore = from;
+}
+
+void TForm::ControlFocused(TControl& control, HWND from) {
+  FocusArrived(from);
   if (FActivating || FDying) return;
   Reveal(control);
   FActiveControl = &control;

@@ -89,13 +89,19 @@ class TForm : public TComponent {
   /// the thread are disabled meanwhile. Returns the result; mrCancel when the window is destroyed,
   /// the program quits or the library is freed under it.
   int ShowModal();
+  /// A form that is shown anew gets the focus if the user can see it. It stands in the middle the
+  /// first time, and always when it is modal; else where the user left it.
   void Show();
+  /// The focus, if the form has it, goes back to where it came from.
   void Hide();
   /// As the close box: cancels when modal, else hides if the close query agrees.
   void Close();
   void Minimize() { ShowWindow(FHandle, SW_MINIMIZE); }
   void BringToFront();
+  /// On screen, as far as the windows around it are.
   bool Visible() const { return FHandle && IsWindowVisible(FHandle); }
+  /// Shown in itself: a window around it may be hidden.
+  bool Shown() const;
   bool Modal() const { return FModalRun != nullptr; }
 
   int ModalResult() const { return FModalResult; }
@@ -147,7 +153,6 @@ class TForm : public TComponent {
 
   void Load();
   virtual void InitDialog() {}
-  void ControlFocused(TControl& control);
   /// See TFormTips.
   void ShowTips(const TControl& control) const {
     if (FTips) FTips->Show(control);
@@ -155,6 +160,10 @@ class TForm : public TComponent {
   void PointerMoved(const TControl& control, HWND window, POINT at) {
     if (FTips) FTips->PointerMoved(control, window, at);
   }
+  /// The control got the focus, from that window or null.
+  void ControlFocused(TControl& control, HWND from);
+  /// What a key of the dialog would press, or null.
+  TButton* CancelButton() const { return FCancelButton; }
   /// A number that no other control of the form bears.
   int NextControlId() { return FNextControlId++; }
   void SetDefaultButton(TButton& button);
@@ -215,6 +224,7 @@ class TForm : public TComponent {
   void LimitTracking(MINMAXINFO& limits) const;
   bool HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam);
   void FocusFirst(TControl* first);
+  void FocusArrived(HWND from);
   bool TranslateKey(const MSG& message) const;
   bool CloseQuery() { return !OnCloseQuery || OnCloseQuery(); }
   bool HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
@@ -237,7 +247,9 @@ class TForm : public TComponent {
   SIZE FGivenClient{};   ///< what it was given of it
   bool FCentred = true;
   int FNextControlId = 0;
+  bool FPlaced = false;
   bool FActivating = false;
+  HWND FFocusBefore = nullptr;  ///< the host's window that the focus last came from
   bool FDying = false;
   int FDpi = 96;
   TFontHandle FFont;

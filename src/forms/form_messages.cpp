@@ -2,6 +2,7 @@
 
 #include "forms/accessibility.h"
 #include "forms/buttons.h"
+#include "forms/focus.h"
 #include "forms/form.h"
 #include "forms/modeless_keyboard.h"
 #include "forms/radio_group.h"
@@ -85,8 +86,15 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
     case WM_CLOSE:
       Close();
       return true;
-    case WM_ACTIVATE:
+    case WM_SHOWWINDOW:
+      // While it can still be told apart from a focus that is nowhere. Not when the form only goes
+      // with its owner.
+      if (!wParam && !lParam) GiveFocusBack(FHandle, FFocusBefore);
+      return false;
     case WM_SETFOCUS:
+      FocusArrived(reinterpret_cast<HWND>(wParam));
+      [[fallthrough]];
+    case WM_ACTIVATE:
       // Left to itself the system would focus the first control now, and select an edit's text,
       // before the control that is to have the focus gets it.
       return FActivating;

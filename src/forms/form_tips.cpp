@@ -18,6 +18,8 @@ TFormTips::TFormTips(const TForm& form)
       FWindow(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                               WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, form.Handle(),
                               nullptr, TApplication::Instance(), nullptr)) {
+  // Until the pointer leaves, as far as the system goes: our hints are long, its 5 s are short.
+  SendMessageW(FWindow, TTM_SETDELAYTIME, TTDT_AUTOPOP, SHRT_MAX);
   SendMessageW(FWindow, TTM_SETMAXTIPWIDTH, 0, form.Scaled(320));
   EnumChildWindows(form.Handle(), AddTool, reinterpret_cast<LPARAM>(this));
   for (const TControl* control : form.Controls()) {

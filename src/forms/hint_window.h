@@ -4,9 +4,12 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "forms/handles.h"
 
 /// A tooltip-like bubble that shows one text: it never takes the focus nor the activation, and
-/// stays inside the work area of its monitor. User-interface thread only.
+/// stays inside the work area of its monitor, at that monitor's DPI. User-interface thread only.
 class THintWindow {
  public:
   /// The bubble belongs to a window; null: to none.
@@ -17,10 +20,10 @@ class THintWindow {
 
   /// A COLOR_ constant of the system; the tooltip background by default.
   void SetColor(int systemColor) { FColor = systemColor; }
-  /// The rectangle that the text needs, its left top at 0, wrapped at maxWidth device pixels.
-  RECT CalcHintRect(int maxWidth, std::wstring_view text) const;
-  /// Shows the text in a rectangle of screen coordinates.
-  void ActivateHint(const RECT& bounds, std::wstring_view text);
+  /// Shows the text with the bubble's left top at a point of the screen, as far as the monitor
+  /// there has room. The bubble is no wider than maxWidth device pixels, in one letter's width at
+  /// least; 0 or less: than the monitor. Of a text too high for the monitor the end is left out.
+  void Show(POINT at, int maxWidth, std::wstring_view text);
   /// Takes the bubble off the screen and destroys its window.
   void ReleaseHandle();
 
@@ -28,10 +31,18 @@ class THintWindow {
 
  private:
   static LRESULT CALLBACK HintProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  /// Breaks the text for that DPI, and shows it there.
+  void Arrange(POINT at, int dpi);
   void Paint(HDC dc) const;
 
   HWND FOwner;
   HWND FHandle = nullptr;
   int FColor = COLOR_INFOBK;
+  int FDpi = 96;
+  int FMaxWidth = 0;  ///< device pixels at FDpi
   std::wstring FText;
+  TFontHandle FFont;
+  int FMargin = 0;
+  int FLineHeight = 0;
+  std::vector<std::wstring> FLines;
 };

@@ -98,7 +98,7 @@ int TImageComboBox::IndexOf(std::string_view text) const {
 }
 
 void TImageComboBox::HandleCommand(WORD code) {
-  if (code == CBN_SETFOCUS) Form().ControlFocused(*this);
+  if (code == CBN_SETFOCUS) Form().ControlFocused(*this, nullptr);
   if (FDropDown.Chosen(Inner(), code)) Raise(OnChange);
 }
 

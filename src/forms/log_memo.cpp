@@ -9,7 +9,6 @@
 namespace {
 
 constexpr UINT_PTR kRefreshTimer = 1;
-constexpr int kShareOfTime = 10;
 constexpr std::size_t kMostPending = 1 << 20;
 constexpr std::size_t kMostText = 16 << 20;
 constexpr std::wstring_view kLineEnd = L"\r\n";
@@ -46,11 +45,10 @@ struct TLogMemo::TView {
 void TLogMemo::AddLine(std::string_view line) {
   FPending += WithLineEnds(ToWide(line));
   FPending += kLineEnd;
-  const auto now = TClock::now();
-  if (now >= FNextRefresh || FPending.size() > kMostPending) {
+  const auto wait = std::chrono::ceil<std::chrono::milliseconds>(FBudget.Next() - TClock::now());
+  if (wait.count() <= 0 || FPending.size() > kMostPending) {
     Refresh();
   } else if (!FTimerRuns) {
-    const auto wait = std::chrono::ceil<std::chrono::milliseconds>(FNextRefresh - now);
     FTimerRuns = SetTimer(Handle(), kRefreshTimer, static_cast<UINT>(wait.count()), nullptr) != 0;
   }
 }
@@ -92,8 +90,7 @@ void TLogMemo::Refresh() {
   Send(WM_SETREDRAW, TRUE);
   // A host that traces what it does is often too busy to paint.
   RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_UPDATENOW);
-  const auto end = TClock::now();
-  FNextRefresh = end + (kShareOfTime - 1) * (end - start);
+  FBudget.Spend(start, TClock::now());
 }
 
 void TLogMemo::Append(std::wstring_view lines) {

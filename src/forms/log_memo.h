@@ -3,13 +3,15 @@
 #include <chrono>
 
 #include "forms/memo.h"
+#include "forms/rules/burst_budget.h"
 
 /// A memo that lines are added to by the hundred thousand.
 ///
-/// The native control takes longer for each line the more it holds, so lines that come in quick
-/// succession wait, and go in together: as soon as one tenth of the time is enough for it, and
-/// before anyone reads the text. The newest line stays in view unless the user scrolled back. When
-/// the text outgrows what the control takes, or 16 million characters, the older half goes.
+/// A line is on the screen when AddLine returns, so that the last ones before a hang are there to
+/// be read. The native control takes longer for each line the more it holds, so lines of a flood
+/// wait, and go in together: as soon as one tenth of the time is enough for it, and before anyone
+/// reads the text. The newest line stays in view unless the user scrolled back. When the text
+/// outgrows what the control takes, or 16 million characters, the older half goes.
 class TLogMemo : public TMemo {
  public:
   using TMemo::TMemo;
@@ -38,6 +40,6 @@ class TLogMemo : public TMemo {
   int Line(UINT message, std::size_t argument = 0) const;
 
   std::wstring FPending;  ///< each line with its end
-  TClock::time_point FNextRefresh{};
+  TBurstBudget FBudget;
   bool FTimerRuns = false;
 };

@@ -20,6 +20,19 @@ void TMemo::Created() {
   }
 }
 
+LRESULT TMemo::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = TEdit::WindowProc(window, message, wParam, lParam);
+  if (message != WM_GETDLGCODE || !lParam) return result;
+  // Asked for every key, the native control takes those of the dialog as well, and would close it
+  // at Escape instead of cancelling.
+  const auto& key = *reinterpret_cast<const MSG*>(lParam);
+  const bool writes = key.wParam == VK_TAB ? !HasFlag("read-only") && GetKeyState(VK_CONTROL) < 0
+                                           : key.wParam == VK_RETURN && !HasFlag("read-only");
+  const bool dialogKey = key.wParam == VK_TAB || key.wParam == VK_RETURN || key.wParam == VK_ESCAPE;
+  if (key.message != WM_KEYDOWN || !dialogKey || writes) return result;
+  return result & ~(DLGC_WANTALLKEYS | DLGC_WANTTAB);
+}
+
 bool TMemo::Accepts(std::string_view property) const {
   return property == "lines" || property == "scroll" || TEdit::Accepts(property);
 }

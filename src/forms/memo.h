@@ -3,7 +3,8 @@
 #include "forms/std_controls.h"
 
 /// A multi-line edit. Line ends are CR LF; a lone LF that is set becomes one. A new text shows from
-/// its top. Enter breaks the line, except in read-only memos.
+/// its top. Enter breaks the line and Ctrl+Tab writes a tab, except in read-only memos; Tab and
+/// Escape are the form's.
 class TMemo : public TEdit {
  public:
   using TEdit::TEdit;
@@ -16,6 +17,7 @@ class TMemo : public TEdit {
   TWindowParams WindowParams() const override;
   void Created() override;
   bool Accepts(std::string_view property) const override;
+  LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
   static std::wstring WithLineEnds(std::wstring_view text);
 
  private:

@@ -12,11 +12,13 @@ class TDlgDebug : public TDlgBase {
   const char* ClassName() const override { return "TDlgDebug"; }
   void InitDialog() override;
 
-  /// Adds a line under the next number; shows the window when it is hidden.
+  /// Adds a line under the next number; shows the window when it is hidden, but not while it is so
+  /// only because the main window is minimised.
   void ShowText(std::string_view text);
 
  protected:
   void Bind(TFormBinder& binder) override;
+  LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
   void ClearClick();
   void ButtonOKClick() { Hide(); }
   void ButtonCancelClick() { Minimize(); }
@@ -24,4 +26,5 @@ class TDlgDebug : public TDlgBase {
  private:
   TLogMemo* Memo = nullptr;
   int FLineCount = 0;
+  bool FGoneWithOwner = false;
 };

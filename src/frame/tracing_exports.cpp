@@ -18,10 +18,7 @@ void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int max
       bubble->ReleaseHandle();
       HintShown() = false;
     }
-    const std::wstring hint = ToWide(OrEmpty(text));
-    RECT bounds = bubble->CalcHintRect(maxWidth, hint);
-    OffsetRect(&bounds, x, y);
-    bubble->ActivateHint(bounds, hint);
+    bubble->Show({x, y}, maxWidth, ToWide(OrEmpty(text)));
   });
 }
 

@@ -1,5 +1,5 @@
+#include <climits>
 #include <regex>
-#include <sstream>
 
 #include "outside/outside_test.h"
 
@@ -15,41 +15,79 @@ HWND Bubble() { return OwnWindow("THintWindow"); }
 int Width(const RECT& bounds) { return bounds.right - bounds.left; }
 int Height(const RECT& bounds) { return bounds.bottom - bounds.top; }
 
+HWND OtherWindow() {
+  return CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200,
+                         nullptr, nullptr, nullptr, nullptr);
+}
+
 }  // namespace
 
 // ---- the bubble ----
 
 class HintBubble : public TOutsideTest {};
 
-TEST_F(HintBubble, StandsWhereItIsAskedToAndWrapsAtTheWidthGiven) {
-  const char text[] = "Solde du compte à une date, avec les opérations pointées";
+TEST_F(HintBubble, StandsOnTheMonitorWithinTheWidthGiven) {
+  RECT screen{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+  const std::string text = "Solde du compte à une date, avec les opérations pointées";
+  std::string words;
+  for (int word = 0; word < 100000; ++word) words += "opération ";
+  const struct {
+    std::string Text;
+    POINT At;
+    int MaxWidth;
+    int MinLines;
+    int MaxLines = INT_MAX;
+  } bubbles[] = {
+      {text, {300, 250}, 1000, 1, 1},
+      {text, {300, 250}, 200, 2, 3},
+      {text, {300, 250}, 100, 4},
+      {std::string(200, 'm'), {300, 250}, 300, 4},
+      {text, {300, 250}, 0, 1, 1},
+      {text, {300, 250}, INT_MIN, 1, 1},
+      {text, {300, 250}, INT_MAX, 1, 1},
+      {"abc", {300, 250}, 1, 3, 3},
+      {words, {0, 0}, 300, 30},
+      {words, {0, 0}, 0, 30},
+      {"Annuler", {-500, -500}, 200, 1, 1},
+      {"Annuler", {9000, 9000}, 200, 1, 1},
+      {"Annuler", {INT_MAX, INT_MIN}, 0, 1, 1},
+      {"", {300, 250}, 200, 1, 1},
+  };
   const HWND active = GetForegroundWindow();
-  int linesBefore = 0;
-  for (const int width : {1000, 200, 100}) {
-    Library->VCLShowHint(MainWindow, Ansi(text).c_str(), 300, 250, width);
+  Library->VCLShowHint(MainWindow, "x", 0, 0, 100);
+  const int oneLine = Height(BoundsOf(Bubble()));
+  Library->VCLShowHint(MainWindow, "x\nx", 0, 0, 100);
+  const int line = Height(BoundsOf(Bubble())) - oneLine;
+  for (const auto& [said, at, maxWidth, minLines, maxLines] : bubbles) {
+    SCOPED_TRACE(said.substr(0, 20) + " within " + std::to_string(maxWidth));
+    Library->VCLShowHint(MainWindow, Ansi(said).c_str(), at.x, at.y, maxWidth);
     const HWND bubble = Bubble();
     ASSERT_TRUE(Shown(bubble));
     const RECT bounds = BoundsOf(bubble);
-    EXPECT_EQ(bounds.left, 300);
-    EXPECT_EQ(bounds.top, 250);
-    EXPECT_LE(Width(bounds), width);
-    EXPECT_GT(Height(bounds), linesBefore);
-    linesBefore = Height(bounds);
-    EXPECT_EQ(TextOf(bubble), text);
+    RECT common;
+    IntersectRect(&common, &bounds, &screen);
+    EXPECT_TRUE(EqualRect(&common, &bounds));
+    if (PtInRect(&screen, at)) {
+      EXPECT_EQ(bounds.left, at.x);
+      EXPECT_EQ(bounds.top, at.y);
+    }
+    if (maxWidth > 20) {
+      EXPECT_LE(Width(bounds), maxWidth);
+    }
+    const int lines = (Height(bounds) - oneLine) / line + 1;
+    EXPECT_GE(lines, minLines);
+    EXPECT_LE(lines, maxLines);
+    EXPECT_EQ(TextOf(bubble), said);
     EXPECT_EQ(GetWindow(bubble, GW_OWNER), MainWindow);
     EXPECT_EQ(GetForegroundWindow(), active);
   }
-}
-
-TEST_F(HintBubble, StaysOnTheMonitor) {
-  const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-  for (const POINT at : {POINT{-500, -500}, {9000, 10}, {10, 9000}, {9000, 9000}}) {
-    Library->VCLShowHint(MainWindow, "Annuler", at.x, at.y, 200);
-    const RECT bounds = BoundsOf(Bubble());
-    RECT common;
-    IntersectRect(&common, &bounds, &screen);
-    EXPECT_TRUE(EqualRect(&common, &bounds)) << at.x << ", " << at.y;
-  }
+  // Moved to a monitor of twice the DPI.
+  Library->VCLShowHint(MainWindow, Ansi(text).c_str(), 100, 100, 200);
+  const RECT before = BoundsOf(Bubble());
+  SendMessageW(Bubble(), WM_DPICHANGED, MAKEWPARAM(192, 192), reinterpret_cast<LPARAM>(&before));
+  EXPECT_NEAR(Height(BoundsOf(Bubble())), 2 * Height(before), line);
+  EXPECT_NEAR(Width(BoundsOf(Bubble())), 2 * Width(before), 80);
 }
 
 TEST_F(HintBubble, IsReplacedByTheNextAndNeverHidden) {
@@ -62,9 +100,6 @@ TEST_F(HintBubble, IsReplacedByTheNextAndNeverHidden) {
   Library->VCLShowHint(MainWindow, "deux", 300, 300, 200);
   EXPECT_FALSE(IsWindow(first));
   const HWND second = Bubble();
-  EXPECT_EQ(TextOf(second), "deux");
-  EXPECT_EQ(BoundsOf(second).left, 300);
-
   // Handed back its own window, it moves.
   Library->VCLShowHint(second, "trois", 400, 350, 200);
   EXPECT_EQ(Bubble(), second);
@@ -74,21 +109,15 @@ TEST_F(HintBubble, IsReplacedByTheNextAndNeverHidden) {
   Library->VCLFree();
   EXPECT_EQ(Bubble(), nullptr);
   Library->VCLHideHint();
-}
 
-TEST_F(HintBubble, TakesAnyWindowAndAnyText) {
-  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300,
-                                     200, nullptr, nullptr, nullptr, nullptr);
+  const HWND other = OtherWindow();
   Library->VCLShowHint(other, nullptr, 100, 100, 0);
   EXPECT_TRUE(Shown(Bubble()));
   DestroyWindow(other);
-  EXPECT_EQ(Bubble(), nullptr);
   Library->VCLShowHint(other, "un", 100, 100, 200);
   EXPECT_EQ(Bubble(), nullptr);
-  Library->VCLShowHint(nullptr, "deux", 100, 100, -5);
+  Library->VCLShowHint(nullptr, "deux", 100, 100, 200);
   EXPECT_EQ(TextOf(Bubble()), "deux");
-  Library->VCLShowHint(MainWindow, "trois", 100, 100, 200);
-  EXPECT_EQ(TextOf(Bubble()), "trois");
 }
 
 // ---- the debug window ----
@@ -108,11 +137,12 @@ class DebugWindow : public TOutsideTest {
   void Add(int lines) const {
     for (int line = 0; line < lines; ++line) Library->VCLShowDebugText("ligne");
   }
-  void Use(const std::function<void(TFormDriver&)>& script) {
-    WhileIdle([&](TScriptedUser& user) {
-      TFormDriver form = user.WaitForForm("TDlgDebug");
-      script(form);
-    });
+  /// The scroll bar tells of the lines on screen; asking for the text would put them there.
+  int LinesShown() const {
+    int first = 0;
+    int last = 0;
+    GetScrollRange(Memo(), SB_VERT, &first, &last);
+    return last + 1;
   }
   /// The last line is in the memo's view.
   bool FollowsNewest() const {
@@ -124,73 +154,68 @@ class DebugWindow : public TOutsideTest {
   }
 };
 
-TEST_F(DebugWindow, LooksAsLaidOutAndNumbersItsLines) {
+TEST_F(DebugWindow, IsHiddenOrMinimisedAndShownWhereTheUserLeftIt) {
+  enum TOutcome { toHidden, toMinimised };
+  using TForm = TFormDriver;
+  const struct {
+    const char* What;
+    std::function<void(TForm&)> Act;
+    TOutcome Outcome;
+  } acts[] = {
+      {"OK", [](TForm& form) { form.Click("ButtonOK"); }, toHidden},
+      {"Enter", [](TForm& form) { form.Press(VK_RETURN); }, toHidden},
+      {"close box", [](TForm& form) { form.CloseBox(); }, toHidden},
+      {"Cancel", [](TForm& form) { form.Click("ButtonCancel"); }, toMinimised},
+      {"Escape", [](TForm& form) { form.Press(VK_ESCAPE); }, toMinimised},
+      {"in the memo", [](TForm& form) { form.Click("Memo"), form.Press(VK_ESCAPE); }, toMinimised},
+      {"main", [this](TForm&) { SendMessageW(MainWindow, WM_SYSCOMMAND, SC_MINIMIZE, 0); },
+       toHidden},
+  };
+  const HWND edit = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 200, 20,
+                                    MainWindow, nullptr, nullptr, nullptr);
+  POINT left{50, 60};
+  for (const auto& [what, act, outcome] : acts) {
+    SCOPED_TRACE(what);
+    SetFocus(edit);
+    Add(1);
+    if (Window()) ShowWindow(Window(), SW_RESTORE);
+    SetWindowPos(Window(), nullptr, left.x, left.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    WhileIdle([&, act = act](TScriptedUser& user) {
+      TFormDriver form = user.WaitForForm("TDlgDebug");
+      act(form);
+      user.WaitUntil("it to go", [&] { return form.Gone() || IsIconic(form.Handle()); });
+    });
+    EXPECT_EQ(IsIconic(Window()) != FALSE, outcome == toMinimised);
+    const bool withOwner = IsIconic(MainWindow) != FALSE;
+    if (outcome == toHidden && !withOwner) {
+      EXPECT_EQ(GetFocus(), edit);
+    }
+    Add(1);
+    EXPECT_EQ(IsIconic(Window()) != FALSE, outcome == toMinimised);
+    EXPECT_NE(Shown(Window()), withOwner);
+    if (withOwner) SendMessageW(MainWindow, WM_SYSCOMMAND, SC_RESTORE, 0);
+    EXPECT_TRUE(Shown(Window()));
+    if (outcome == toHidden) {
+      EXPECT_EQ(BoundsOf(Window()).left, left.x);
+      EXPECT_EQ(BoundsOf(Window()).top, left.y);
+    }
+    left.x += 10;
+  }
+  DestroyWindow(edit);
+}
+
+TEST_F(DebugWindow, NumbersItsLinesUntilItIsEmptiedOrFreed) {
   Library->VCLShowDebugText("abc");
-  EXPECT_EQ(Text(), "0001 : abc");
   Library->VCLShowDebugText(nullptr);
   Library->VCLShowDebugText(Ansi("100 % été\ndeux").c_str());
   EXPECT_EQ(Text(), "0001 : abc\r\n0002 : \r\n0003 : 100 % été\r\ndeux");
-  Use([this](TFormDriver& form) {
-    EXPECT_EQ(form.Caption(), "DlgDebug");
-    EXPECT_EQ(GetWindow(form.Handle(), GW_OWNER), MainWindow);
-    const auto style = GetWindowLongW(form.Handle(), GWL_STYLE);
-    const auto exStyle = GetWindowLongW(form.Handle(), GWL_EXSTYLE);
-    EXPECT_EQ(style & (WS_THICKFRAME | WS_SYSMENU | WS_MINIMIZEBOX | WS_MAXIMIZEBOX),
-              WS_THICKFRAME | WS_SYSMENU | WS_MINIMIZEBOX);
-    EXPECT_EQ(exStyle & (WS_EX_TOOLWINDOW | WS_EX_TOPMOST | WS_EX_CONTEXTHELP),
-              WS_EX_TOOLWINDOW | WS_EX_TOPMOST);
-    RECT client;
-    GetClientRect(form.Handle(), &client);
-    EXPECT_EQ(client.right, 382);
-    EXPECT_EQ(client.bottom, 150);
-    EXPECT_FALSE(form.Visible("ButtonHelp"));
-    EXPECT_EQ(form.Text("Clear"), "Vider");
-    form.WaitFocus("ButtonOK");
-    for (const char* name : {"ButtonCancel", "Memo", "Clear", "ButtonOK"}) {
-      form.Press(VK_TAB);
-      form.WaitFocus(name);
-    }
-    // All of it grows with the window.
-    SetWindowPos(form.Handle(), nullptr, 100, 100, 700, 400, SWP_NOZORDER);
-    GetClientRect(form.Handle(), &client);
-    const SIZE memo{Width(BoundsOf(form.Control("Memo"))), Height(BoundsOf(form.Control("Memo")))};
-    EXPECT_EQ(memo.cx, client.right);
-    EXPECT_EQ(memo.cy, client.bottom - 48);
-    form.Click("ButtonOK");
-    form.WaitGone();
-  });
-}
-
-TEST_F(DebugWindow, IsHiddenMinimisedEmptiedAndFreed) {
+  WhileIdle([](TScriptedUser& user) { user.WaitForForm("TDlgDebug").Click("Clear"); });
   Add(2);
-  Use([](TFormDriver& form) {
-    form.Press(VK_RETURN);
-    form.WaitGone();
-  });
-  Library->VCLShowDebugText("trois");
-  EXPECT_TRUE(Shown(Window()));
-  EXPECT_EQ(Text(), "0001 : ligne\r\n0002 : ligne\r\n0003 : trois");
-  Use([](TFormDriver& form) {
-    form.Click("Clear");
-    form.CloseBox();
-    form.WaitGone();
-  });
-  Add(1);
-  EXPECT_EQ(Text(), "0001 : ligne");
-  Use([](TFormDriver& form) { form.Press(VK_ESCAPE); });
-  EXPECT_TRUE(IsIconic(Window()));
-  Library->VCLShowDebugText("deux");
-  EXPECT_TRUE(IsIconic(Window()));
-  EXPECT_EQ(Text(), "0001 : ligne\r\n0002 : deux");
-
+  EXPECT_EQ(Text(), "0001 : ligne\r\n0002 : ligne");
   Library->VCLFree();
   EXPECT_EQ(Window(), nullptr);
-  Add(1);
-  EXPECT_EQ(Text(), "0001 : ligne");
   // Its owner goes, and takes the window with it.
-  const HWND other = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300,
-                                     200, nullptr, nullptr, nullptr, nullptr);
-  Library->VCLFree();
+  const HWND other = OtherWindow();
   Library->VCLSetMainWindowHandle(other);
   Add(2);
   DestroyWindow(other);
@@ -209,11 +234,6 @@ TEST_F(DebugWindow, FollowsTheNewestLineUnlessTheUserScrolledBack) {
   EXPECT_EQ(Ask(EM_GETLINECOUNT), 200);
   EXPECT_EQ(Ask(EM_GETFIRSTVISIBLELINE), 0);
   EXPECT_EQ(Ask(EM_GETSEL), MAKELONG(7, 12));
-  Ask(EM_LINESCROLL, 0, 50);
-  const int middle = Ask(EM_GETFIRSTVISIBLELINE);
-  Library->VCLShowDebugText(std::string(300, 'x').c_str());
-  Ask(EM_GETLINECOUNT);
-  EXPECT_EQ(Ask(EM_GETFIRSTVISIBLELINE), middle);
   Ask(WM_VSCROLL, SB_BOTTOM);
   Library->VCLShowDebugText(std::string(300, 'x').c_str());
   Add(100);
@@ -224,7 +244,15 @@ TEST_F(DebugWindow, FollowsTheNewestLineUnlessTheUserScrolledBack) {
 
 TEST_F(DebugWindow, TakesLinesWithoutEnd) {
   constexpr int Lines = 100000;
-  Add(Lines);
+  constexpr int Burst = 10;
+  constexpr int Flood = 500;
+  Add(Burst);
+  EXPECT_EQ(LinesShown(), Burst);  // with no message served: the host may hang now
+  Add(Flood - Burst);
+  WhileIdle([this](TScriptedUser& user) {
+    user.WaitUntil("the newest lines", [this] { return LinesShown() == Flood; });
+  });
+  Add(Lines - Flood);
   EXPECT_EQ(Ask(EM_GETLINECOUNT), Lines);
   EXPECT_TRUE(FollowsNewest());
   wchar_t line[40] = {39};
@@ -239,35 +267,20 @@ TEST_F(DebugWindow, TakesLinesWithoutEnd) {
   EXPECT_EQ(Ask(EM_GETFIRSTVISIBLELINE), 40000);
 }
 
-TEST_F(DebugWindow, ShowsLinesThatCameInABurstSoonAfter) {
-  Add(500);
-  const HWND memo = Memo();
-  WhileIdle([&](TScriptedUser& user) {
-    // The position of the scroll bar tells without asking for the text.
-    user.WaitUntil("the newest lines", [&] {
-      int first = 0;
-      int last = 0;
-      GetScrollRange(memo, SB_VERT, &first, &last);
-      return last >= 499;
-    });
-  });
-}
-
 TEST_F(DebugWindow, DropsTheOldestLinesAtTheControlsLimit) {
-  constexpr int Limit = 4000;
+  constexpr std::size_t Limit = 4000;
   Add(1);
   Ask(EM_SETLIMITTEXT, Limit);
-  for (int line = 2; line <= 2000; ++line) {
-    Library->VCLShowDebugText("ligne");
-    if (line % 50 == 0) Ask(EM_GETLINECOUNT);
+  for (int part = 0; part < 40; ++part) {
+    Add(50);
+    Ask(EM_GETLINECOUNT);
   }
   const std::string text = Text();
-  EXPECT_LE(text.size(), static_cast<std::size_t>(Limit));
-  EXPECT_GE(text.size(), static_cast<std::size_t>(Limit / 3));
-  const std::regex whole("(\\d{4} : ligne\r\n)*2000 : ligne");
-  EXPECT_TRUE(std::regex_match(text, whole)) << text.substr(0, 40);
+  EXPECT_LE(text.size(), Limit);
+  EXPECT_GE(text.size(), Limit / 3);
+  EXPECT_TRUE(std::regex_match(text, std::regex("(\\d{4} : ligne\r\n)*2001 : ligne")));
   EXPECT_TRUE(FollowsNewest());
   Library->VCLShowDebugText(std::string(2 * Limit, 'x').c_str());
-  EXPECT_LE(Text().size(), static_cast<std::size_t>(Limit));
+  EXPECT_LE(Text().size(), Limit);
   EXPECT_TRUE(Text().ends_with("xxx"));
 }

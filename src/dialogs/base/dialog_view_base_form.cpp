@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "forms/modeless_keyboard.h"
+
 void TDialogViewBaseForm::Bind(TFormBinder& binder) {
   binder.Control("HelpBtn", HelpBtn);
   binder.Handler("FormCreate", [this] { FormCreate(); });
@@ -24,6 +26,8 @@ void TDialogViewBaseForm::FormCreate() {
   } else {
     Place();
   }
+  // The host may show the view by itself.
+  AddModelessForm(Handle());
   // From true, or clearing would leave the marks that loading put on the edits.
   FChanged = true;
   SetChanged(false);

@@ -53,11 +53,10 @@ void TDlgBase::ShowHintOf(const TControl& control) {
   const RECT place = control.Bounds();
   FHintShown = true;
   FHint->SetColor(COLOR_INFOBK);
-  RECT bounds = FHint->CalcHintRect((form.right - form.left) / 2, control.HintWide());
   // Just under the control, with the caption bar counted in.
   const LONG frame = form.bottom - form.top - ClientSize().cy;
-  OffsetRect(&bounds, place.left + form.left, place.bottom + form.top + frame);
-  FHint->ActivateHint(bounds, control.HintWide());
+  FHint->Show({place.left + form.left, place.bottom + form.top + frame},
+              (form.right - form.left) / 2, control.HintWide());
 }
 
 void TDlgBase::HideHint() {

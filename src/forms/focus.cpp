@@ -1,0 +1,48 @@
+#include "forms/focus.h"
+
+namespace {
+
+bool IsInside(HWND form, HWND window) { return window == form || IsChild(form, window); }
+
+bool IsEmbedded(HWND form) { return (GetWindowLongW(form, GWL_STYLE) & WS_CHILD) != 0; }
+
+struct TTabStopSearch {
+  HWND Leaving;
+  HWND Found = nullptr;
+};
+
+BOOL CALLBACK IsNoTabStop(HWND window, LPARAM data) {
+  // Not by GetNextDlgTabItem, which may search for ever among windows that are just being hidden.
+  auto& search = *reinterpret_cast<TTabStopSearch*>(data);
+  const bool stop = (GetWindowLongW(window, GWL_STYLE) & WS_TABSTOP) != 0;
+  if (stop && !IsInside(search.Leaving, window) && CanHaveFocus(window)) search.Found = window;
+  return search.Found == nullptr;
+}
+
+}  // namespace
+
+bool CanHaveFocus(HWND window) {
+  if (!IsWindowVisible(window)) return false;
+  while (window && IsWindowEnabled(window) && !IsIconic(window)) {
+    if (!IsEmbedded(window)) return true;
+    window = GetParent(window);
+  }
+  return false;
+}
+
+bool IsOfHost(HWND form, HWND window) {
+  const HWND host = IsEmbedded(form) ? GetAncestor(form, GA_ROOT) : GetWindow(form, GW_OWNER);
+  return window && !IsInside(form, window) && GetAncestor(window, GA_ROOT) == host;
+}
+
+void GiveFocusBack(HWND form, HWND before) {
+  const HWND focus = GetFocus();
+  if (!focus || !IsInside(form, focus)) return;
+  if (CanHaveFocus(before)) {
+    SetFocus(before);
+  } else if (IsEmbedded(form)) {
+    TTabStopSearch search{form};
+    EnumChildWindows(GetAncestor(form, GA_ROOT), IsNoTabStop, reinterpret_cast<LPARAM>(&search));
+    if (search.Found) SetFocus(search.Found);
+  }
+}
