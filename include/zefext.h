@@ -28,13 +28,13 @@
  * Modal functions run a loop of their own: timers and messages reach the host's windows meanwhile,
  * and any function may be called from there. WM_QUIT met there is posted again for the host.
  *
- * Syntax database. VBSZEF.XML is looked for beside the file ZEF.EXE, and that where the system looks
- * for programs: the folder of the running program, the current one, the system's, the PATH's. A
- * program of another name needs a file ZEF.EXE beside it (an empty one will do). Without the file
+ * Syntax database. VBSZEF.XML is looked for beside the file ZEF.EXE, and that where the system
+ * looks for programs: the folder of the running program, the current one, the system's, the PATH's.
+ * A program of another name needs a file ZEF.EXE beside it (an empty one will do). Without the file
  * the assistant opens with empty lists.
  *
- * What goes wrong unseen (an error inside the library, no database, a call that was refused) is told
- * to the debugger's output, one line that begins with "zefext: ".
+ * What goes wrong unseen (an error inside the library, no database, a call that was refused) is
+ * told to the debugger's output, one line that begins with "zefext: ".
  *
  * Other languages. Visual Basic: declare booleans As Byte, out-texts As Long, and copy them with
  * lstrlenA and RtlMoveMemory; strings given ByVal As String are converted to the ANSI code page by
@@ -66,9 +66,9 @@ unsigned long ZEFEXT_API VCLGetVersion(void);
  * earlier keep their owner. */
 void ZEFEXT_API VCLSetMainWindowHandle(HWND mainWindow);
 
-/* The host's help file: copied, and taken by every dialog made from then on. The Help buttons and F1
- * ask WinHelp for their contexts, or HTML Help when the file's name ends in ".chm": Windows 10 and 11
- * show nothing for WinHelp. */
+/* The host's help file: copied, and taken by every dialog made from then on. The Help buttons and
+ * F1 ask WinHelp for their contexts, or HTML Help when the file's name ends in ".chm": Windows 10
+ * and 11 show nothing for WinHelp. */
 void ZEFEXT_API VCLSetMainHelpFile(const char* helpFile);
 
 /* Destroys the windows that the library keeps between calls: the hint bubble, the debug window, the
@@ -92,7 +92,8 @@ int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile);
 
 /* Shows a base dialog inside a window of the host and returns at once. The handle is the host's
  * until VCLFreeNonModalDialog; closing the dialog only hides it. It takes the focus only where the
- * user can see it, and gives it back, when it goes, to the window of the host that had it before. */
+ * user can see it, and gives it back, when it goes, to the window of the host that had it before.
+ */
 void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDialog* dialog);
 
 /* Destroys such a dialog. The result is its outcome (low byte), or 0 when the handle is refused. */
@@ -115,9 +116,9 @@ struct IUnknown;
 /* An interface of the host's own. */
 struct IExClass1;
 
-/* The two functions below are exported under the decorated names of three C++ compilers, so that old
- * hosts link. C, and whoever binds at run time, takes one of the names in zefext_load.h: the view's
- * variable is then a ZefDialog*.
+/* The two functions below are exported under the decorated names of three C++ compilers, so that
+ * old hosts link. C, and whoever binds at run time, takes one of the names in zefext_load.h: the
+ * view's variable is then a ZefDialog*.
  *
  * Makes a view, still hidden, inside a window of the host, and returns its window, or null when it
  * cannot be made. The handle, for the VCLDialog functions, goes into a variable that is declared as
@@ -144,11 +145,11 @@ extern "C" {
 
 /* Shows a bubble that belongs to a window of the host: its left top at x, y (pixels of the screen)
  * if it fits on the monitor there. It takes neither focus nor activation. It stays until the next
- * call replaces it, its window goes, or VCLFree: to take it away, give it a small hidden window of its
- * own and destroy that.
- *   maxWidth  of the whole bubble, in pixels; its text is wrapped, long words are broken. 0, less
- *             than 0 or more than the monitor's work area has: as wide as that. Less than a letter
- *             takes: a letter a line. Text too high for the work area is cut and ends in "...". */
+ * call replaces it, its window goes, or VCLFree: to take it away, give it a small hidden window of
+ * its own and destroy that. maxWidth  of the whole bubble, in pixels; its text is wrapped, long
+ * words are broken. 0, less than 0 or more than the monitor's work area has: as wide as that. Less
+ * than a letter takes: a letter a line. Text too high for the work area is cut and ends in "...".
+ */
 void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int maxWidth);
 
 /* Kept for old hosts: leaves the bubble on the screen. */
@@ -216,7 +217,8 @@ void ZEFEXT_API VCLStringListGet(ZefStringList list, int index, ZefString line);
 void ZEFEXT_API VCLStringListGetParam(ZefStringList list, ZefString name, ZefString value);
 
 /* Changes the value of the first line of that name, or adds the line name=value. An empty value
- * removes the line. In a sorted list the line moves to its place. */
+ * removes the line. In a sorted list the line moves to its place, and from then on it is the one
+ * that its name reads, until it is removed, also where that is behind another line of the name. */
 void ZEFEXT_API VCLStringListSetParam(ZefStringList list, ZefString name, ZefString value);
 
 /* text receives the lines, separated by commas; a line that holds a blank, a control character, a
@@ -264,8 +266,8 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
  *   result  receives the rewritten line, or the line unchanged when the user cancelled; never null
  *           afterwards; valid until the next call of this function or VCLSyntaxConstHelpBox
  *   types   comma text of name=type: the variable types declared in the script
- * Cancelling leaves the cursor alone, confirming sets it: when both line and cursor come back as they
- * were, there is nothing to do, whichever it was. */
+ * Cancelling leaves the cursor alone, confirming sets it: when both line and cursor come back as
+ * they were, there is nothing to do, whichever it was. */
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
 
@@ -296,8 +298,10 @@ unsigned char ZEFEXT_API VCLSyntaxGetNewTypes(const char** result);
  *   showList   1 to show the dialog in any case
  *   cancelled  receives 1 when the user left the dialog without choosing, else 0
  * Returns 1 when the current directory has changed, so that files must be opened anew, else 0. The
- * directory may have changed although the user cancelled: a move of the current one is not undone.
- * A call while the dialog is open is answered as cancelled. */
+ * directory may have changed although the user cancelled: a move of the current one is not undone,
+ * and its new place is stored at once. A move that was broken off, by a crash say, is finished or
+ * undone first. A call while the dialog is open is answered as cancelled, and so is one during
+ * which the library is freed. */
 int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList, unsigned char* cancelled);
 
 /* ---- Filter -------------------------------------------------------------------------------- */

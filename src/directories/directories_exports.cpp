@@ -16,19 +16,17 @@ class TChoosing {
   ~TChoosing() { choosing = false; }
 };
 
-/// The dialog with the list as it is stored now.
-TDlgDirSelect& LoadedDialog() {
-  auto* kept = static_cast<TDlgDirSelect*>(FormInSlot(TFormSlot::DirectoryList));
-  if (!kept) return SingletonForm<TDlgDirSelect>(TFormSlot::DirectoryList);
-  kept->LoadList();
-  return *kept;
-}
-
 /// Opens a directory of the list; true when the current directory has changed.
 bool ChooseDirectory(const char* name, bool showList, bool& cancelled) {
-  TDlgDirSelect& dialog = LoadedDialog();
   TDiskFiles files;
   const std::string before = files.Current();
+  auto& dialog = SingletonForm<TDlgDirSelect>(TFormSlot::DirectoryList);
+  dialog.LoadList();
+  // Loading may show a box, and the host may free the library under it.
+  if (FormInSlot(TFormSlot::DirectoryList) != &dialog) {
+    cancelled = true;
+    return false;
+  }
   if (!showList) {
     const int entry = dialog.List().IndexToOpen(name);
     const auto entering =

@@ -1,9 +1,11 @@
 #include "directories/dlg_dir_select.h"
 
+#include "directories/dlg_dir_move.h"
+#include "directories/rules/directory_move.h"
 #include "forms/input_box.h"
 #include "forms/message_box.h"
-#include "forms/wait_cursor.h"
 #include "platform/code_page.h"
+#include "platform/system_message.h"
 
 namespace {
 
@@ -31,6 +33,7 @@ class TDlgDirSelect::TUpdate {
 
 void TDlgDirSelect::Bind(TFormBinder& binder) {
   TDlgBase::Bind(binder);
+  binder.Control("Label1", Label1);
   binder.Control("ListRep", ListRep);
   binder.Control("BtnAdd", BtnAdd);
   binder.Control("BtnRename", BtnRename);
@@ -61,7 +64,6 @@ void TDlgDirSelect::InitDialog() {
   Brownse->OnSelectionChanged = [this](const std::string& folder) {
     BrownseSelectionChanged(folder);
   };
-  LoadList();
 }
 
 // ---- the list ----
@@ -69,7 +71,9 @@ void TDlgDirSelect::InitDialog() {
 void TDlgDirSelect::LoadList() {
   {
     const TUpdate update(*this);
-    FList.Load(TUserSettings());
+    TUserSettings settings;
+    SettleMove(FFiles, settings);
+    FList.Load(settings);
     const bool imported = ImportCurrent();
     FillList();
     ClearFields();
@@ -82,6 +86,7 @@ void TDlgDirSelect::LoadList() {
     }
     ListRep->SetItemIndex(FList.IndexOfPath(FFiles.Current()));
   }
+  EnableForSelection();
   ListRepClick();
 }
 
@@ -100,18 +105,21 @@ void TDlgDirSelect::FillList() {
 void TDlgDirSelect::ClearFields() {
   EditRep->SetText({});
   BoxDefault->SetChecked(false);
-  EnableFields(false);
+  EnableForSelection();
 }
 
-void TDlgDirSelect::EnableFields(bool enabled) {
-  EditRep->SetEnabled(enabled);
-  BoxDefault->SetEnabled(enabled);
+// Not those of the edit and OK: a path can be looked for, and OK says what is missing.
+void TDlgDirSelect::EnableForSelection() {
+  const bool selected = Selected() >= 0;
+  EditRep->SetEnabled(selected);
+  BoxDefault->SetEnabled(selected);
+  for (TBitBtn* button : {BtnRename, BtnDel, BtnMove}) button->SetEnabled(selected);
 }
 
 void TDlgDirSelect::ListRepClick() {
   const int selected = Selected();
   if (FUpdating || selected < 0) return;
-  EnableFields(true);
+  EnableForSelection();
   const TUpdate update(*this);
   EditRep->SetText(FList.Entry(selected).Path);
   BoxDefault->SetChecked(FList.IsDefault(selected));
@@ -142,8 +150,9 @@ void TDlgDirSelect::BtnAddClick() {
   ListRep->InsertItem(*added, name);
   ListRep->SetItemIndex(*added);
   EditRep->SetText({});
-  BoxDefault->SetChecked(FList.IsDefault(*added));
-  EnableFields(true);
+  // The first entry, and no other, is the default one from the start.
+  BoxDefault->SetChecked(FList.Entry(*added).Number == 0);
+  EnableForSelection();
   EditRep->SetFocus();
 }
 
@@ -171,6 +180,8 @@ void TDlgDirSelect::BtnDelClick() {
   FList.Remove(selected);
   const TUpdate update(*this);
   ListRep->DeleteItem(selected);
+  // The button that was pressed is about to be disabled.
+  ListRep->SetFocus();
   ClearFields();
 }
 
@@ -200,16 +211,12 @@ void TDlgDirSelect::BtnMoveClick() {
   if (!Brownse->Execute() || !FFiles.DirectoryExists(Brownse->SelectedDir())) {
     return BringToFront();
   }
-  std::optional<std::string> moved;
-  {
-    const TWaitCursor wait;
-    moved = MoveDirectoryInto(FFiles, path, Brownse->SelectedDir());
-  }
-  if (moved) {
-    FList.SetPath(selected, *moved);
+  const TMoveOutcome outcome = MoveWatched(path, Brownse->SelectedDir());
+  if (outcome.MovedTo) {
+    FList.Repoint(path, *outcome.MovedTo);
     const TUpdate update(*this);
-    EditRep->SetText(*moved);
-  } else {
+    EditRep->SetText(*outcome.MovedTo);
+  } else if (!outcome.Cancelled) {
     ShowError(Utf8ToAnsi("Erreur, impossible de déplacer !"));
   }
   BringToFront();
@@ -220,7 +227,9 @@ void TDlgDirSelect::BtnMoveClick() {
 void TDlgDirSelect::ButtonOKClick() {
   FChosenPath.clear();
   TUserSettings settings;
-  FList.Save(settings);
+  if (!FList.Save(settings)) {
+    ShowError(Label1->Text() + " " + SystemMessage(settings.Error()));
+  }
   if (Selected() >= 0) FChosenPath = FList.Entry(Selected()).Path;
 }
 

@@ -46,8 +46,9 @@ class TDlgDirSelect : public TDlgBase {
   bool ImportCurrent();
   void FillList();
   void ClearFields();
-  void EnableFields(bool enabled);
+  void EnableForSelection();
 
+  TLabel* Label1 = nullptr;
   TListBox* ListRep = nullptr;
   TBitBtn* BtnAdd = nullptr;
   TBitBtn* BtnRename = nullptr;

@@ -1,6 +1,6 @@
 #include "forms/dpi.h"
 
-#include "forms/handles.h"
+#include "platform/handle.h"
 
 int DpiOf(HWND window) {
   // Only newer systems know a DPI for each window.

@@ -13,7 +13,7 @@
 #include "forms/application.h"
 #include "forms/control.h"
 #include "forms/form_tips.h"
-#include "forms/handles.h"
+#include "platform/handle.h"
 
 /// Modal results, as the buttons of a layout name them by number.
 enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2 };
@@ -163,6 +163,7 @@ class TForm : public TComponent {
   /// The control got the focus, from that window or null.
   void ControlFocused(TControl& control, HWND from);
   /// What a key of the dialog would press, or null.
+  TButton* DefaultButton() const { return FDefaultButton; }
   TButton* CancelButton() const { return FCancelButton; }
   /// A number that no other control of the form bears.
   int NextControlId() { return FNextControlId++; }

@@ -7,6 +7,7 @@
 #include "forms/rules/text_wrap.h"
 #include "forms/window_class.h"
 #include "platform/guard.h"
+#include "platform/handle.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "forms/handles.h"
+#include "platform/handle.h"
 
 /// A tooltip-like bubble that shows one text: it never takes the focus nor the activation, and
 /// stays inside the work area of its monitor, at that monitor's DPI. User-interface thread only.

@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "forms/handles.h"
 #include "platform/common_controls.h"
+#include "platform/handle.h"
 
 /// Small pictures of one size, made from the library's glyphs.
 class TImageList {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "forms/handles.h"
 #include "platform/code_page.h"
+#include "platform/handle.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "forms/application.h"
+#include "forms/buttons.h"
 #include "forms/form.h"
 #include "forms/std_controls.h"
 #include "platform/guard.h"

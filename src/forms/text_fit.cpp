@@ -1,6 +1,6 @@
 #include "forms/text_fit.h"
 
-#include "forms/handles.h"
+#include "platform/handle.h"
 
 namespace {
 constexpr int kMargins = 4;  // those that lists and statics leave beside their text, together

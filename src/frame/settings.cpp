@@ -19,10 +19,11 @@ TRegistryHive HiveOf(bool currentUser) {
 }
 
 /// The host's key for reading, which must be there.
-long OpenSettings(TRegistryKey& key, bool currentUser) {
+long OpenSettings(TRegistryKey& key, bool currentUser,
+                  TRegistryAccess access = TRegistryAccess::Query) {
   long result = key.Open(HiveOf(currentUser), RootKey, TRegistryAccess::Query);
   if (result == ERROR_SUCCESS) result = key.Open(key, CompanyKey, TRegistryAccess::Query);
-  if (result == ERROR_SUCCESS) result = key.Open(key, ProductKey, TRegistryAccess::Query);
+  if (result == ERROR_SUCCESS) result = key.Open(key, ProductKey, access);
   return result;
 }
 
@@ -68,8 +69,12 @@ long StoreSetting(const char* name, const char* value, bool currentUser) {
   return result == ERROR_SUCCESS ? key.SetText(name, value ? value : "") : result;
 }
 
-TSettings::TSettings(bool currentUser) : FCurrentUser(currentUser) {
-  OpenSettings(FReading, currentUser);
+TSettings::TSettings(bool currentUser) : FCurrentUser(currentUser) { OpenForReading(); }
+
+void TSettings::OpenForReading() {
+  if (OpenSettings(FReading, FCurrentUser, TRegistryAccess::Watch) != ERROR_SUCCESS) {
+    OpenSettings(FReading, FCurrentUser);
+  }
 }
 
 std::string TSettings::Read(const std::string& name) const {
@@ -83,16 +88,22 @@ std::string TSettings::Read(const std::string& name) const {
   return {};
 }
 
-bool TSettings::OpenForWriting() {
-  return FWriting.IsOpen() || CreateSettings(FWriting, FCurrentUser) == ERROR_SUCCESS;
+template <class TChange>
+bool TSettings::Change(TChange change) {
+  long result = FWriting.IsOpen() ? ERROR_SUCCESS : CreateSettings(FWriting, FCurrentUser);
+  // Reading began before there was anything to read.
+  if (result == ERROR_SUCCESS && !FReading.IsOpen()) OpenForReading();
+  if (result == ERROR_SUCCESS) result = change();
+  if (result != ERROR_SUCCESS) FError = result;
+  return result == ERROR_SUCCESS;
 }
 
 bool TSettings::Write(const std::string& name, const std::string& value) {
-  return OpenForWriting() && FWriting.SetText(name.c_str(), value.c_str()) == ERROR_SUCCESS;
+  return Change([&] { return FWriting.SetText(name.c_str(), value.c_str()); });
 }
 
 bool TSettings::Remove(const std::string& name) {
-  return OpenForWriting() && FWriting.DeleteValue(name.c_str()) == ERROR_SUCCESS;
+  return Change([&] { return FWriting.DeleteValue(name.c_str()); });
 }
 
 std::string DigestOf(const std::string& text) { return Md5Text(text); }

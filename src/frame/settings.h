@@ -23,20 +23,25 @@ class TSettings {
  public:
   explicit TSettings(bool currentUser);
 
-  /// The text whatever its length; empty when it cannot be read. Nothing is seen of what was there
-  /// for the first time after this object was made.
+  /// The text whatever its length; empty when it cannot be read. While the key is
+  /// not there when this object is made, nothing is seen of it until this object writes.
   std::string Read(const std::string& name) const;
-  /// In no special order.
+  /// Every name that is there all the time that this takes, in no special order.
   std::vector<std::string> Names() const { return FReading.ValueNames(); }
   /// False when the setting could not be written, and is as before.
   bool Write(const std::string& name, const std::string& value);
   /// False when the setting is still there.
   bool Remove(const std::string& name);
+  /// The system's code of the last change that failed; 0 while none has.
+  long Error() const { return FError; }
 
  private:
-  bool OpenForWriting();
+  void OpenForReading();
+  template <class TChange>
+  bool Change(TChange change);
 
   bool FCurrentUser;
+  long FError = 0;
   TRegistryKey FReading;
   TRegistryKey FWriting;
 };

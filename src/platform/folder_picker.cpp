@@ -10,6 +10,7 @@
 
 #include "platform/code_page.h"
 #include "platform/com_ptr.h"
+#include "platform/com_session.h"
 #include "platform/common_controls.h"
 #include "platform/guard.h"
 #include "platform/quiet_disks.h"
@@ -31,23 +32,17 @@ using TItems = std::unique_ptr<ITEMIDLIST, TFreeItems>;
 
 using TShellFolder = TComPtr<IShellFolder>;
 
-/// The newer look of the picker has drop targets, which need this.
-class TOle {
- public:
-  TOle() {
-    const auto initialize = FLibrary.Function<decltype(&OleInitialize)>("OleInitialize");
-    FMine = initialize && SUCCEEDED(initialize(nullptr));
-  }
-  TOle(const TOle&) = delete;
-  TOle& operator=(const TOle&) = delete;
-  ~TOle() {
-    if (FMine) FLibrary.Function<decltype(&OleUninitialize)>("OleUninitialize")();
-  }
+/// Only a thread for windows can have the newer look, which has drop targets; other threads get the
+/// older one instead of nothing.
+UINT FlagsFor(const TComSession& ole, UINT flags) {
+  return ole.Apartment() ? flags : flags & ~UINT{BIF_NEWDIALOGSTYLE};
+}
 
- private:
-  TSystemLibrary FLibrary{L"ole32.dll"};
-  bool FMine = false;
-};
+/// To the picker's own window: time to select again.
+UINT SelectAgain() {
+  static const UINT message = RegisterWindowMessageW(L"zefext select again");
+  return message;
+}
 
 std::string PathText(const std::wstring& path) {
   std::string text = ToAnsi(path);
@@ -140,11 +135,14 @@ struct TFolderPicker::TCallbacks {
         CommonControls().SetWindowSubclass(window, Watch, kSubclassId,
                                            reinterpret_cast<DWORD_PTR>(&picker));
         if (events.Initialized) events.Initialized();
+        // The tree is not laid out yet: what is selected now may be scrolled out of view later.
+        PostMessageW(window, SelectAgain(), 0, 0);
         return 0;
       case BFFM_SELCHANGED: {
         const auto* items = reinterpret_cast<const ITEMIDLIST*>(argument);
         if (!events.SelectionChanged || !items) return 0;
         const auto path = picker.FShell->PathOf(items);
+        picker.Selected(path.value_or(std::string()));
         events.SelectionChanged(path ? *path : picker.FShell->DisplayName(items));
         return 0;
       }
@@ -163,17 +161,22 @@ struct TFolderPicker::TCallbacks {
 
   static LRESULT CALLBACK Watch(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                 UINT_PTR /*id*/, DWORD_PTR self) {
-    const auto& events = reinterpret_cast<TFolderPicker*>(self)->FEvents;
+    auto& picker = *reinterpret_cast<TFolderPicker*>(self);
+    const auto& events = picker.FEvents;
     const bool hides = message == WM_WINDOWPOSCHANGING &&
                        (reinterpret_cast<const WINDOWPOS*>(lParam)->flags & SWP_HIDEWINDOW) != 0;
     if (hides && events.Closing) Guarded([&] { events.Closing(); });
+    if (message == SelectAgain() && message != 0) {
+      Guarded([&] { picker.Select(picker.FSelection); });
+      return 0;
+    }
     if (message == WM_NCDESTROY) CommonControls().RemoveWindowSubclass(window, Watch, kSubclassId);
     return CommonControls().DefSubclassProc(window, message, wParam, lParam);
   }
 };
 
 std::optional<std::string> TFolderPicker::Run(const TRequest& request, TEvents events) {
-  const TOle ole;
+  const TComSession ole(TComSession::TKind::Ole);
   const TQuietDisks quiet;
   const TShell shell;
   if (!shell || FShell) return std::nullopt;
@@ -186,7 +189,7 @@ std::optional<std::string> TFolderPicker::Run(const TRequest& request, TEvents e
   info.pidlRoot = root.get();
   info.pszDisplayName = displayName;
   info.lpszTitle = title.c_str();
-  info.ulFlags = request.Flags;
+  info.ulFlags = FlagsFor(ole, request.Flags);
   info.lpfn = TCallbacks::Browse;
   info.lParam = reinterpret_cast<LPARAM>(this);
   FShell = &shell;
@@ -195,6 +198,8 @@ std::optional<std::string> TFolderPicker::Run(const TRequest& request, TEvents e
   FWindow = nullptr;
   FShell = nullptr;
   FEvents = {};
+  FSelection.clear();
+  FReached = false;
   if (!chosen) return std::nullopt;
   return shell.PathOf(chosen.get()).value_or(std::string());
 }
@@ -211,7 +216,20 @@ void TFolderPicker::SetCaption(const std::string& caption) {
 
 void TFolderPicker::SetSelection(const std::string& folder) {
   if (!Open()) return;
-  SendMessageW(static_cast<HWND>(FWindow), BFFM_SETSELECTIONW, TRUE, TextParam(ToWide(folder)));
+  FSelection = ToWide(folder);
+  Select(FSelection);
+}
+
+void TFolderPicker::Select(const std::wstring& folder) {
+  if (folder.empty()) return;
+  SendMessageW(static_cast<HWND>(FWindow), BFFM_SETSELECTIONW, TRUE, TextParam(folder));
+}
+
+void TFolderPicker::Selected(const std::string& folder) {
+  const bool asAsked = lstrcmpiW(ToWide(folder).c_str(), FSelection.c_str()) == 0;
+  // Someone has moved on from there: it is not selected again.
+  if (FReached && !asAsked) FSelection.clear();
+  FReached = asAsked;
 }
 
 void TFolderPicker::SetStatusText(const std::string& text) {

@@ -50,7 +50,12 @@ class TFolderPicker {
   struct TShell;
   struct TCallbacks;
 
+  void Select(const std::wstring& folder);
+  void Selected(const std::string& folder);
+
   void* FWindow = nullptr;
+  std::wstring FSelection;  ///< what was to be selected last while it is open
+  bool FReached = false;    ///< it has been
   const TShell* FShell = nullptr;
   TEvents FEvents;
 };

@@ -1,22 +1,24 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/handle.h"
+
 enum class TRegistryHive { CurrentUser, LocalMachine };
-enum class TRegistryAccess { Query, Write };
+enum class TRegistryAccess {
+  Query,
+  Watch,  ///< as Query, and to tell when others write
+  Write
+};
 
 /// An open registry key, closed with this object. Results are the system's error codes, 0 for
 /// success; texts are zero-terminated and in the process's ANSI code page.
 class TRegistryKey {
  public:
-  TRegistryKey() = default;
-  ~TRegistryKey();
-  TRegistryKey(TRegistryKey&& other) noexcept;
-  TRegistryKey& operator=(TRegistryKey&& other) noexcept;
-
   /// An object that holds a key already gives it up for the new one, also when that fails. The
   /// parent may be this object.
   long Open(TRegistryHive hive, const char* name, TRegistryAccess access);
@@ -24,7 +26,7 @@ class TRegistryKey {
   /// Opens the key for writing, made if it is not there.
   long Create(const TRegistryKey& parent, const char* name);
 
-  bool IsOpen() const { return FKey != nullptr; }
+  bool IsOpen() const { return static_cast<bool>(FKey); }
 
   struct TValue {
     std::uint32_t Size;  ///< in: bytes there is room for; out: bytes that the value has
@@ -34,12 +36,13 @@ class TRegistryKey {
   long QueryValue(const char* name, void* buffer, TValue& value) const;
   long SetText(const char* name, const char* text);
   long DeleteValue(const char* name);
-  /// In no special order; none when they cannot be read.
+  /// Every name that is there all the time that this takes, each once, in no special order; none
+  /// when they cannot be read.
   std::vector<std::string> ValueNames() const;
 
  private:
-  void Close();
-  long Keep(long result, void* key);
+  std::set<std::string> EnumerateNames() const;
+  long Keep(long result, HKEY key);
 
-  void* FKey = nullptr;
+  TKeyHandle FKey;
 };

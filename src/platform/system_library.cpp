@@ -12,13 +12,10 @@ void* LoadSystemLibrary(const wchar_t* name) {
   return LoadLibraryW((std::wstring(folder) + L"\\" + name).c_str());
 }
 
-TSystemLibrary::TSystemLibrary(const wchar_t* name) : FModule(LoadSystemLibrary(name)) {}
-
-TSystemLibrary::~TSystemLibrary() {
-  if (FModule) FreeLibrary(static_cast<HMODULE>(FModule));
-}
+TSystemLibrary::TSystemLibrary(const wchar_t* name)
+    : FModule(static_cast<HMODULE>(LoadSystemLibrary(name))) {}
 
 TSystemLibrary::TAddress TSystemLibrary::Address(const char* name) const {
   if (!FModule) return nullptr;
-  return reinterpret_cast<TAddress>(GetProcAddress(static_cast<HMODULE>(FModule), name));
+  return reinterpret_cast<TAddress>(GetProcAddress(FModule.Get(), name));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/handle.h"
+
 /// Loads a library by its file name, from the system's own folder only; its module handle, or null.
 void* LoadSystemLibrary(const wchar_t* name);
 
@@ -8,9 +10,6 @@ class TSystemLibrary {
  public:
   /// The file name, taken from the system's own folder only.
   explicit TSystemLibrary(const wchar_t* name);
-  ~TSystemLibrary();
-  TSystemLibrary(const TSystemLibrary&) = delete;
-  TSystemLibrary& operator=(const TSystemLibrary&) = delete;
 
   /// A function of the given pointer type, or null when it or the whole library is not there.
   template <class TFunction>
@@ -21,5 +20,5 @@ class TSystemLibrary {
  private:
   using TAddress = void (*)();
   TAddress Address(const char* name) const;
-  void* FModule;
+  TModuleHandle FModule;
 };

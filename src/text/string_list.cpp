@@ -1,8 +1,10 @@
 #include "text/string_list.h"
 
 #include <exception>
+#include <map>
 #include <optional>
 #include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -46,6 +48,14 @@ class TLazyIndex {
   std::optional<TLineIndex> FIndex;
 };
 
+struct TNameBefore {
+  bool CaseSensitive;
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const {
+    return CompareText(a, b, CaseSensitive) < 0;
+  }
+};
+
 std::string NameValueLine(std::string_view name, std::string_view value) {
   std::string line;
   line.reserve(name.size() + 1 + value.size());
@@ -56,10 +66,13 @@ std::string NameValueLine(std::string_view name, std::string_view value) {
 }  // namespace
 
 struct TStringList::TImpl {
+  using TLastSet = std::map<std::string, TLineId, TNameBefore>;
+
   explicit TImpl(TOptions options)
       : Options(options),
         Lines(Store, Sequence, TLineKey::Line, options.CaseSensitive),
-        Names(Store, Sequence, TLineKey::Name, options.CaseSensitive) {}
+        Names(Store, Sequence, TLineKey::Name, options.CaseSensitive),
+        LastSet(TNameBefore{options.CaseSensitive}) {}
 
   TLineId Checked(int index) const {
     if (index < 0 || index >= Sequence.Count()) throw std::out_of_range("line index");
@@ -91,7 +104,23 @@ struct TStringList::TImpl {
     return index;
   }
 
+  /// The line that a name stands for.
+  std::optional<TLineId> Named(std::string_view name) {
+    const auto first = Names.First(name);
+    if (!first || LastSet.empty()) return first;
+    const auto set = LastSet.find(name);
+    return set == LastSet.end() ? first : set->second;
+  }
+
+  TLastSet::iterator LastSetOf(TLineId id) noexcept {
+    if (LastSet.empty()) return LastSet.end();
+    const auto name = KeyOf(Store.Text(id), TLineKey::Name);
+    const auto set = name ? LastSet.find(*name) : LastSet.end();
+    return set != LastSet.end() && set->second == id ? set : LastSet.end();
+  }
+
   void Delete(TLineId id) noexcept {
+    if (const auto set = LastSetOf(id); set != LastSet.end()) LastSet.erase(set);
     Lines.Remove(id);
     Names.Remove(id);
     Sequence.Erase(id);
@@ -103,12 +132,14 @@ struct TStringList::TImpl {
   void Pack() noexcept {
     TLineStore packed;
     std::vector<TLineId> names;
+    TLastSet lastSet(LastSet.key_comp());
     try {
       names.reserve(static_cast<std::size_t>(Sequence.Count()));
       Sequence.ForEach([&](TLineId line) {
         const TLineId name = packed.New(Store.Text(line));
         packed.Tag(name) = Store.Tag(line);
         names.push_back(name);
+        if (const auto set = LastSetOf(line); set != LastSet.end()) lastSet[set->first] = name;
       });
     } catch (const std::exception&) {
       return;  // sparse but right
@@ -118,6 +149,7 @@ struct TStringList::TImpl {
     auto name = names.begin();
     Sequence.Rename([&](TLineId) { return *name++; });
     Store = std::move(packed);
+    LastSet.swap(lastSet);
   }
 
   bool SameLine(std::string_view a, std::string_view b) const {
@@ -127,14 +159,11 @@ struct TStringList::TImpl {
   /// Gives a line another value, its name unchanged.
   void Change(TLineId id, const std::string& line) {
     const bool staysEqual = SameLine(Store.Text(id), line);
-    if (Options.Sorted && !staysEqual) {
-      Add(line);
-      Delete(id);
-      return;
-    }
+    if (Options.Sorted && !staysEqual) return MoveToItsPlace(id, line);
     std::optional<TLineId> same;
     if (!Options.KeepDuplicates && !staysEqual) same = Lines.First(line);
     const TLineId changed = Store.New(line);
+    if (const auto set = LastSetOf(id); set != LastSet.end()) set->second = changed;
     Lines.Remove(id);
     Names.Remove(id);
     Sequence.Replace(id, changed);
@@ -147,11 +176,22 @@ struct TStringList::TImpl {
     if (Store.Sparse()) Pack();
   }
 
+  void MoveToItsPlace(TLineId id, const std::string& line) {
+    const auto set = LastSet.insert_or_assign(line.substr(0, line.find('=')), id).first;
+    set->second = Sequence.At(Add(line));
+    const auto key = set->first;
+    Delete(id);
+    if (Names.First(key) == LastSet.find(key)->second) LastSet.erase(key);
+  }
+
   const TOptions Options;
   TLineStore Store;
   TLineSequence Sequence{Store};
   TLazyIndex Lines;
   TLazyIndex Names;
+  /// Names whose value was set in a line that the order put behind another of that name: they read
+  /// back as they were set.
+  TLastSet LastSet;
 };
 
 TStringList::TStringList(TOptions options) : FImpl(std::make_unique<TImpl>(options)) {}
@@ -179,19 +219,19 @@ void TStringList::Delete(int index) { FImpl->Delete(FImpl->Checked(index)); }
 void TStringList::Clear() { FImpl = std::make_unique<TImpl>(FImpl->Options); }
 
 int TStringList::IndexOfName(std::string_view name) const {
-  const auto id = FImpl->Names.First(name);
+  const auto id = FImpl->Named(name);
   return id ? FImpl->Sequence.IndexOf(*id) : -1;
 }
 
 std::string_view TStringList::Value(std::string_view name) const {
-  const auto id = FImpl->Names.First(name);
+  const auto id = FImpl->Named(name);
   if (!id) return {};
   const std::string_view line = FImpl->Store.Text(*id);
   return line.substr(line.find('=') + 1);
 }
 
 void TStringList::SetValue(std::string_view name, std::string_view value) {
-  const auto id = FImpl->Names.First(name);
+  const auto id = FImpl->Named(name);
   if (value.empty()) {
     if (id) FImpl->Delete(*id);
   } else if (id) {

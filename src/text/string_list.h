@@ -34,12 +34,13 @@ class TStringList {
   void Delete(int index);
   void Clear();
 
-  /// Index of the first line whose name (the part before the first "=") is this, or -1. A line
-  /// without "=" has no name.
+  /// Index of the first line whose name (the part before the first "=") is this, or -1; of several
+  /// in a sorted list, the one that SetValue wrote last. A line without "=" has no name.
   int IndexOfName(std::string_view name) const;
   /// The part after the first "=" of that line; empty when there is none.
   std::string_view Value(std::string_view name) const;
-  /// Changes that line's value, or adds name=value; an empty value deletes the line.
+  /// Changes that line's value, or adds name=value; an empty value deletes the line. The value then
+  /// reads back, also where the order puts the line behind another one of its name.
   void SetValue(std::string_view name, std::string_view value);
 
   /// The lines joined by commas; a line that is empty only by itself, or holds a blank, a control

@@ -7,7 +7,6 @@
 
 namespace {
 namespace fs = std::filesystem;
-constexpr wchar_t SettingsKey[] = L"Software\\KAVEN\\ZEF";
 constexpr int NameEdit = 0x3745;
 constexpr int StatusText = 0x3743;
 
@@ -80,14 +79,14 @@ void TDirectoriesTest::SetUp() {
   FCurrent = current;
   FRoot = L"C:\\zefext_" + std::to_wstring(GetCurrentProcessId());
   fs::create_directories(FRoot);
-  RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
+  FSettings.emplace();
   TOutsideTest::SetUp();
 }
 
 void TDirectoriesTest::TearDown() {
   TOutsideTest::TearDown();
   SetCurrentDirectoryW(FCurrent.c_str());
-  RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
+  FSettings.reset();
   std::error_code ignored;
   fs::remove_all(FRoot, ignored);
 }
@@ -107,7 +106,7 @@ std::string TDirectoriesTest::MakeDirectory(std::string_view name, bool withData
 
 void TDirectoriesTest::StoreSetting(const std::string& name, const std::string& value) {
   const std::wstring wide = Wide(value);
-  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, SettingsKey, Wide(name).c_str(), REG_SZ,
+  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, TSavedSettings::Product, Wide(name).c_str(), REG_SZ,
                             wide.c_str(), static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t))),
             ERROR_SUCCESS);
 }
@@ -125,7 +124,8 @@ void TDirectoriesTest::Store(const std::vector<std::pair<std::string, std::strin
 std::map<std::string, std::string> TDirectoriesTest::Settings() const {
   std::map<std::string, std::string> settings;
   HKEY key = nullptr;
-  if (RegOpenKeyW(HKEY_CURRENT_USER, SettingsKey, &key) != ERROR_SUCCESS) return settings;
+  if (RegOpenKeyW(HKEY_CURRENT_USER, TSavedSettings::Product, &key) != ERROR_SUCCESS)
+    return settings;
   wchar_t name[100];
   wchar_t value[4096];
   for (DWORD index = 0;; ++index) {

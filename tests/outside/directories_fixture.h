@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "outside/outside_test.h"
+#include "outside/saved_settings.h"
 
 /// The shell's folder picker under a user's hands.
 class TPickerDriver {
@@ -30,7 +32,7 @@ class TPickerDriver {
 };
 
 /// Directories on disk and a list of them in the settings, gone after each test; the current
-/// directory is the same again. Texts are UTF-8.
+/// directory and the user's settings are the same again. Texts are UTF-8.
 class TDirectoriesTest : public TOutsideTest {
  protected:
   struct TOutcome {
@@ -60,6 +62,7 @@ class TDirectoriesTest : public TOutsideTest {
   static void Enter(const std::string& path);
 
  private:
+  std::optional<TSavedSettings> FSettings;
   std::filesystem::path FRoot;
   std::wstring FCurrent;
 };

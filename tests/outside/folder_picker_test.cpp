@@ -84,7 +84,8 @@ TEST_F(FolderPicker, MovesTheActiveDirectoryToAnotherVolumeAndBack) {
   });
   EXPECT_EQ(outcome, (TOutcome{1, 1})) << "cancelled, but what was moved is elsewhere";
   EXPECT_EQ(Current(), Path("retour/Comptes d'été"));
-  EXPECT_EQ(Settings()["DirAliasPath0"], home) << "only OK writes the list";
+  EXPECT_EQ(Settings()["DirAliasPath0"], Current()) << "a move is stored at once";
+  EXPECT_EQ(Settings().count("DirAliasMove"), 0u);
 }
 
 TEST_F(FolderPicker, ARefusedMoveLeavesEverythingWhereItWas) {

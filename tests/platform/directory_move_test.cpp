@@ -1,11 +1,14 @@
+#include "directories/rules/directory_move.h"
+
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <functional>
 #include <map>
 #include <thread>
 
+#include "directories/system_stores.h"
 #include "platform/code_page.h"
-#include "platform/file_system.h"
+#include "rules/memory_store.h"
 #include "temporary_folder.h"
 
 namespace {
@@ -14,18 +17,16 @@ namespace fs = std::filesystem;
 
 std::string Ansi(const fs::path& path) { return ToAnsi(path.wstring()); }
 
-bool Move(const fs::path& from, const fs::path& to) {
-  return MoveDirectoryTree(Ansi(from), Ansi(to));
-}
-
 void Write(const fs::path& path, std::string_view bytes) {
   std::ofstream file(path, std::ios::binary);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
+using TContents = std::map<std::string, std::string>;
+
 /// What lies below a directory: each path with the bytes of its file, or "dir".
-std::map<std::string, std::string> Contents(const fs::path& directory) {
-  std::map<std::string, std::string> contents;
+TContents Contents(const fs::path& directory) {
+  TContents contents;
   if (!fs::exists(directory)) return contents;
   contents["."] = "dir";
   for (const auto& entry : fs::recursive_directory_iterator(directory)) {
@@ -39,7 +40,48 @@ std::map<std::string, std::string> Contents(const fs::path& directory) {
   return contents;
 }
 
-/// A folder on the same volume as the source, or on the other one.
+HANDLE Open(const fs::path& path, DWORD access, DWORD share) {
+  return CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING,
+                     FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
+/// The real disks, on which the program dies before one of the steps.
+class TDyingFiles : public TDirectoryFiles {
+ public:
+  struct TDeath {};
+  explicit TDyingFiles(int step) : FStep(step) {}
+
+  std::string Current() const override { return FFiles.Current(); }
+  bool Enter(const std::string& path) override { return FFiles.Enter(path); }
+  bool DirectoryExists(const std::string& path) const override {
+    return FFiles.DirectoryExists(path);
+  }
+  TRenaming Rename(const std::string& from, const std::string& to) override {
+    return Step(), FFiles.Rename(from, to);
+  }
+  std::shared_ptr<void> Copy(const std::string& from, const std::string& to) override {
+    return Step(), FFiles.Copy(from, to);
+  }
+  bool Remove(const std::string& path) override { return Step(), FFiles.Remove(path); }
+  bool IsCopied(const std::string& path, const std::string& other) const override {
+    return FFiles.IsCopied(path, other);
+  }
+  bool RemoveCopied(const std::string& path, const std::string& other) override {
+    return Step(), FFiles.RemoveCopied(path, other);
+  }
+  std::string NewMark() override { return FFiles.NewMark(); }
+  std::shared_ptr<void> HoldMoves() override { return FFiles.HoldMoves(); }
+
+  void Step() {
+    if (FStep-- == 0) throw TDeath();
+  }
+
+ private:
+  TDiskFiles FFiles;
+  int FStep;
+};
+
+/// To a folder on the same volume as the source, or on the other one.
 class MoveDirectory : public testing::TestWithParam<bool> {
  protected:
   void SetUp() override {
@@ -58,6 +100,7 @@ class MoveDirectory : public testing::TestWithParam<bool> {
     SetFileAttributesW((Source / "ZEF.INI").c_str(), FILE_ATTRIBUTE_READONLY);
     Before = Contents(Source);
     ASSERT_EQ(Before.size(), 7u);
+    Store.Values = {{"NbDirAlias", "1"}, {"DirAliasName0", "n"}, {"DirAliasPath0", Ansi(Source)}};
   }
   void TearDown() override {
     for (const fs::path& ini : {Source / "ZEF.INI", Moved() / "ZEF.INI"}) {
@@ -68,121 +111,144 @@ class MoveDirectory : public testing::TestWithParam<bool> {
   }
 
   fs::path Moved() const { return Target / Source.filename(); }
-  bool Move() const { return ::Move(Source, Moved()); }
-  void ExpectAllWhereItWas() const {
-    EXPECT_EQ(Contents(Source), Before);
-    EXPECT_FALSE(fs::exists(Moved()));
+  bool Move(const fs::path& from, const fs::path& folder, TCopyProgress* progress = nullptr) {
+    TDiskFiles files(progress);
+    return MoveDirectoryInto(files, Store, Ansi(from), Ansi(folder)).has_value();
+  }
+  void ExpectAllWhereItWas(const char* what) const {
+    EXPECT_EQ(Contents(Source), Before) << what;
+    EXPECT_EQ(Store.Read("DirAliasPath0"), Ansi(Source)) << what;
+    EXPECT_EQ(Store.Values.size(), 3u) << what;
   }
 
   fs::path Source;
   fs::path Target;
-  std::map<std::string, std::string> Before;
+  TContents Before;
+  TMemoryStore Store;
 
  private:
   TTemporaryFolder FHome;
 };
 
-TEST_P(MoveDirectory, TakesEverythingAlong) {
-  const auto written = fs::last_write_time(Source / "2026" / "janvier" / L"caf\u00E9.dat");
-  EXPECT_TRUE(Move());
+TEST_P(MoveDirectory, TakesEverythingAlongBelowAndBeyondTheLimitOfPaths) {
+  const fs::path file = fs::path("2026") / "janvier" / L"caf\u00E9.dat";
+  const auto written = fs::last_write_time(Source / file);
+  TCopyProgress progress;
+  EXPECT_TRUE(Move(Source, Target, &progress));
+  EXPECT_EQ(progress.Percent, GetParam() ? 100 : 0);
   EXPECT_FALSE(fs::exists(Source));
   EXPECT_EQ(Contents(Moved()), Before);
+  EXPECT_EQ(Store.Read("DirAliasPath0"), Ansi(Moved()));
   EXPECT_TRUE(GetFileAttributesW((Moved() / "ZEF.INI").c_str()) & FILE_ATTRIBUTE_READONLY);
-  EXPECT_EQ(fs::last_write_time(Moved() / "2026" / "janvier" / L"caf\u00E9.dat"), written);
+  EXPECT_EQ(fs::last_write_time(Moved() / file), written);
+
+  const std::string name(100, 'n');
+  fs::create_directories(Moved() / name);
+  Before = Contents(Moved());
+  fs::path deep = Source.parent_path();
+  while (deep.native().size() < 150) deep /= "un dossier";
+  fs::create_directories(deep);
+  ASSERT_GT((deep / Source.filename() / name).native().size(), 259u);
+  EXPECT_TRUE(Move(Moved(), deep));
+  EXPECT_TRUE(Move(deep / Source.filename(), Source.parent_path()));
+  ExpectAllWhereItWas("there and back");
 }
 
-TEST_P(MoveDirectory, MergesIntoNothingThatIsThere) {
-  fs::create_directories(Moved());
-  EXPECT_FALSE(Move());
-  EXPECT_TRUE(fs::is_empty(Moved()));
-  fs::remove(Moved());
-  std::ofstream(Moved()) << "a file";
-  EXPECT_FALSE(Move());
-  EXPECT_EQ(Contents(Source), Before);
-  EXPECT_EQ(fs::file_size(Moved()), 6u);
-}
-
-TEST_P(MoveDirectory, RefusesWhatIsNoDirectory) {
-  const struct {
-    fs::path From;
-    fs::path To;
-  } cases[] = {{Source / "absent", Target / "absent"},
-               {Source / "ZEF.INI", Target / "ZEF.INI"},
-               {"", Target / "x"},
-               {"C:\\", Target / "x"},
-               {Source, Target / "absent" / "x"},
-               {Source, ""},
-               {Source, Source / "2026" / "x"},
-               {Source, Target / "a:b?"}};
-  for (const auto& c : cases) EXPECT_FALSE(::Move(c.From, c.To)) << c.From << c.To;
+TEST_P(MoveDirectory, Refusals) {
+  const auto refuse = [&](const char* what, const fs::path& from, const fs::path& folder) {
+    EXPECT_FALSE(Move(from, folder)) << what;
+    ExpectAllWhereItWas(what);
+  };
+  refuse("not there", Source / "absent", Target);
+  refuse("a file", Source / "ZEF.INI", Target);
+  refuse("a drive", "C:\\", Target);
+  refuse("into nothing", Source, Target / "absent");
+  refuse("into itself", Source, Source / "2026");
+  refuse("no name", Source, Target / "a:b?");
+  if (fs::exists("Z:\\proc")) refuse("forbidden", Source, "Z:\\proc");
   EXPECT_TRUE(fs::is_empty(Target));
-  ExpectAllWhereItWas();
+  Write(Moved(), "a file");
+  refuse("taken by a file", Source, Target);
+  EXPECT_EQ(fs::file_size(Moved()), 6u);
+  fs::remove(Moved());
+  fs::create_directories(Moved());
+  refuse("taken by a directory", Source, Target);
+  EXPECT_TRUE(fs::is_empty(Moved()));
 }
 
 TEST_P(MoveDirectory, AFileInUseIsNotTornInTwo) {
   for (const DWORD share :
        {DWORD{0}, DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE}}) {
-    const HANDLE user =
-        CreateFileW((Source / "2026" / "vide.dat").c_str(), GENERIC_READ | GENERIC_WRITE, share,
-                    nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE user = Open(Source / "2026" / "vide.dat", GENERIC_READ | GENERIC_WRITE, share);
     ASSERT_NE(user, INVALID_HANDLE_VALUE);
-    const bool moved = Move();
+    const bool moved = Move(Source, Target);
     CloseHandle(user);
-    if (GetParam()) {
-      EXPECT_FALSE(moved);
-      ExpectAllWhereItWas();
-    } else if (moved) {
-      // A system that renames around open files: they are all there, under the new name.
-      EXPECT_EQ(Contents(Moved()), Before);
-      ASSERT_TRUE(::Move(Moved(), Source));
-    } else {
-      ExpectAllWhereItWas();
-    }
+    // A system that renames around open files: they are all there, under the new name.
+    EXPECT_TRUE(!moved || GetParam() || Move(Moved(), Source.parent_path()));
+    EXPECT_FALSE(moved && GetParam());
+    ExpectAllWhereItWas("in use");
+    EXPECT_TRUE(fs::is_empty(Target));
   }
 }
 
-TEST_P(MoveDirectory, WhereNothingMayBeWritten) {
-  const fs::path forbidden = "Z:\\proc";
-  if (!fs::exists(forbidden)) GTEST_SKIP() << "no such place here";
-  EXPECT_FALSE(::Move(Source, forbidden / Source.filename()));
-  ExpectAllWhereItWas();
-}
-
-// Below the limit at home, beyond it where it goes.
-TEST_P(MoveDirectory, LongPaths) {
-  const std::string name(100, 'n');
-  fs::create_directories(Source / name);
-  Before = Contents(Source);
-  fs::path deep = Target;
-  while (deep.native().size() < 150) deep /= "un dossier";
-  fs::create_directories(deep);
-  const fs::path moved = deep / Source.filename();
-  ASSERT_GT((moved / name).native().size(), 259u);
-  EXPECT_TRUE(::Move(Source, moved));
-  EXPECT_TRUE(::Move(moved, Source));
-  ExpectAllWhereItWas();
+TEST_P(MoveDirectory, DeathAtAnyStepIsSettledByTheNextOpening) {
+  int step = 0;
+  for (bool died = true; died; ++step) {
+    died = false;
+    TDyingFiles dying(step);
+    Store.Changed = [&] { dying.Step(); };
+    try {
+      MoveDirectoryInto(dying, Store, Ansi(Source), Ansi(Target));
+    } catch (const TDyingFiles::TDeath&) {
+      died = true;
+    }
+    Store.Changed = nullptr;
+    EXPECT_TRUE(!GetParam() || Contents(ToWide(Store.Read("DirAliasPath0"))) == Before) << step;
+    TDiskFiles files;
+    SettleMove(files, Store);
+    const fs::path stored = ToWide(Store.Read("DirAliasPath0"));
+    EXPECT_EQ(Contents(stored), Before) << step;
+    EXPECT_EQ(std::distance(fs::directory_iterator(Target), {}), stored == Source ? 0 : 1) << step;
+    EXPECT_EQ(fs::exists(Source), stored == Source) << step;
+    EXPECT_TRUE(stored == Source || Move(stored, Source.parent_path())) << step;
+    ExpectAllWhereItWas("moved back");
+  }
+  EXPECT_GT(step, GetParam() ? 8 : 3);
 }
 
 /// Where moving is copying.
 class CopyDirectory : public MoveDirectory {};
 
-// The last file cannot be copied: someone has put another of its name where it would go.
-TEST_P(CopyDirectory, IsTakenBackWhenItFails) {
+TEST_P(CopyDirectory, IsTakenBackWhenItFailsOrIsCancelled) {
+  TCopyProgress progress;
+  progress.Cancelled = true;
+  EXPECT_FALSE(Move(Source, Target, &progress));
+  ExpectAllWhereItWas("cancelled");
+  EXPECT_TRUE(fs::is_empty(Target));
+  // Someone puts another directory of its name there before the copy gets it.
   for (int i = 0; i < 300; ++i) Write(Source / ("a" + std::to_string(i)), "comptes");
-  Write(Source / "zz", "comptes");
   Before = Contents(Source);
-  std::atomic<bool> done = false;
   std::thread someone([&] {
-    while (!done && !fs::exists(Moved())) std::this_thread::yield();
-    Write(Moved() / "zz", "d'un autre");
+    while (fs::is_empty(Target)) std::this_thread::yield();
+    fs::create_directories(Moved());
   });
-  const bool moved = Move();
-  done = true;
+  const bool moved = Move(Source, Target);
   someone.join();
   EXPECT_FALSE(moved);
-  EXPECT_EQ(Contents(Source), Before);
-  const std::map<std::string, std::string> left = {{".", "dir"}, {"zz", "d'un autre"}};
-  EXPECT_EQ(Contents(Moved()), left);
+  ExpectAllWhereItWas("taken meanwhile");
+  EXPECT_EQ(std::distance(fs::directory_iterator(Target), {}), 1);
+}
+
+// An indexer, say, looks at it for a moment.
+TEST_P(CopyDirectory, DeletesWhatIsNotLetGoOfAtOnce) {
+  const HANDLE looking = Open(Source / "vide", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+  std::thread leaves([&] {
+    Sleep(300);
+    CloseHandle(looking);
+  });
+  EXPECT_TRUE(RemoveDirectoryTree(Ansi(Source)));
+  leaves.join();
+  EXPECT_FALSE(fs::exists(Source));
 }
 
 INSTANTIATE_TEST_SUITE_P(Volumes, CopyDirectory, testing::Values(true));

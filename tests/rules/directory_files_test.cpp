@@ -2,46 +2,124 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <optional>
 #include <set>
 
+#include "directories/rules/directory_move.h"
+#include "memory_store.h"
 #include "text/collation.h"
 
 namespace {
 
-/// A disk of directories; those of Stuck can neither be moved nor be left for another place.
+/// The program dies here.
+struct TDeath {};
+
+/// Directories, each a set of files. What takes many steps can be broken off between any two.
 class TFakeFiles : public TDirectoryFiles {
  public:
+  using TFiles = std::set<std::string>;
+
   std::string Current() const override { return Here; }
   bool Enter(const std::string& path) override {
     if (!DirectoryExists(path)) return false;
     Here = path;
     return true;
   }
-  bool DirectoryExists(const std::string& path) const override {
-    for (const auto& each : Directories) {
-      if (SameText(each, path)) return true;
+  bool DirectoryExists(const std::string& path) const override { return Find(path).has_value(); }
+  TRenaming Rename(const std::string& from, const std::string& to) override {
+    Step();
+    const auto found = Find(from);
+    if (!found || DirectoryExists(to) || Stuck || IsOrLiesInside(Here, from)) {
+      return TRenaming::Refused;
     }
-    return false;
+    if (UpperText(from.substr(0, 1)) != UpperText(to.substr(0, 1))) return TRenaming::OtherVolume;
+    Directories[to] = Directories[*found];
+    Directories.erase(*found);
+    for (const auto& below : Below(*found)) {
+      Directories[to + below.substr(found->size())] = Directories[below];
+      Directories.erase(below);
+    }
+    Step();
+    return TRenaming::Done;
   }
-  bool Move(const std::string& from, const std::string& to) override {
-    if (IsOrLiesInside(Here, from) || !DirectoryExists(from) || Stuck) return false;
-    Directories.erase(from);
-    Directories.insert(to);
+  std::shared_ptr<void> Copy(const std::string& from, const std::string& to) override {
+    if (Stuck) return nullptr;
+    for (const auto& file : Directories[*Find(from)]) {
+      Step();
+      if (CopyFails && !Directories[to].empty()) return nullptr;
+      Directories[to].insert(file);
+    }
+    for (const auto& below : Below(*Find(from))) {
+      Directories[to + below.substr(from.size())] = Directories[below];
+    }
+    Step();
+    return std::make_shared<int>();
+  }
+  bool Remove(const std::string& path) override { return RemoveCopied(path, path); }
+  bool IsCopied(const std::string& path, const std::string& other) const override {
+    const auto copy = Find(other);
+    return copy && std::ranges::includes(Directories.at(*copy), Directories.at(*Find(path)));
+  }
+  bool RemoveCopied(const std::string& path, const std::string& other) override {
+    if (!DirectoryExists(other)) return false;
+    const TFiles copied = Directories[*Find(other)];
+    TFiles& files = Directories[*Find(path)];
+    for (const auto& file : copied) {
+      Step();
+      files.erase(file);
+    }
+    if (!files.empty()) return false;
+    for (const auto& below : Below(path)) Directories.erase(below);
+    Directories.erase(path);
+    Step();
     return true;
   }
+  std::string NewMark() override { return ".mark"; }
+  std::shared_ptr<void> HoldMoves() override { return Busy ? nullptr : std::make_shared<int>(); }
 
-  std::set<std::string> Directories = {"c:\\", "c:\\zef", "d:\\", "d:\\data"};
+  void Step() {
+    if (DieAt-- == 0) throw TDeath();
+  }
+  std::optional<std::string> Find(const std::string& path) const {
+    for (const auto& [name, files] : Directories) {
+      if (SameDirectory(name, path)) return name;
+    }
+    return std::nullopt;
+  }
+
+  std::map<std::string, TFiles> Directories = {
+      {"c:\\", {}}, {"c:\\zef", {"1", "2"}}, {"c:\\zef\\2026", {}}, {"d:\\", {}}, {"d:\\data", {}}};
   std::string Here = "c:\\";
   bool Stuck = false;
+  bool CopyFails = false;
+  bool Busy = false;
+  int DieAt = -1;
+
+ private:
+  TFiles Below(const std::string& path) const {
+    TFiles below;
+    for (const auto& [name, files] : Directories) {
+      if (name != path && IsOrLiesInside(name, path)) below.insert(name);
+    }
+    return below;
+  }
 };
 
-TEST(DirectoryFiles, TargetOfAMove) {
+const TFakeFiles::TFiles kWhole = {"1", "2"};
+
+/// A stored list of one entry.
+struct TListOfOne : TMemoryStore {
+  explicit TListOfOne(const std::string& path) {
+    Values = {{"NbDirAlias", "1"}, {"DirAliasName0", "n"}, {"DirAliasPath0", path}};
+  }
+};
+
+TEST(DirectoryFiles, PathsOfMoves) {
   EXPECT_EQ(MovedPath("c:\\a\\b\\", "d:\\data"), "d:\\data\\b");
   EXPECT_EQ(MovedPath("c:\\a", "d:\\"), "d:\\a");
   EXPECT_EQ(MovedPath("relatif", "d:\\data"), "d:\\data\\relatif");
-}
-
-TEST(DirectoryFiles, InsideADirectory) {
   const struct {
     const char* Path;
     const char* Directory;
@@ -56,44 +134,190 @@ TEST(DirectoryFiles, InsideADirectory) {
 }
 
 TEST(DirectoryFiles, MovesAndRefusals) {
+  using TTrouble = void (*)(TFakeFiles&, TMemoryStore&);
+  const TTrouble none = [](TFakeFiles&, TMemoryStore&) {};
   const struct {
     const char* What;
     const char* Directory;
     const char* Folder;
     const char* Current;
-    bool Stuck;
     const char* Moved;  ///< null: refused
     const char* CurrentAfter;
+    TTrouble Trouble;
   } cases[] = {
-      {"plain", "c:\\zef", "d:\\data", "d:\\", false, "d:\\data\\zef", "d:\\"},
-      {"active", "c:\\zef", "d:\\data", "c:\\zef", false, "d:\\data\\zef", "d:\\data\\zef"},
-      {"active, refused", "c:\\zef", "d:\\data", "c:\\zef", true, nullptr, "c:\\zef"},
-      {"active, in another case", "C:\\ZEF", "d:\\data", "c:\\zef", false, nullptr, "c:\\zef"},
-      {"into its own parent", "c:\\zef", "c:\\", "c:\\zef", false, nullptr, "c:\\zef"},
-      {"into itself", "c:\\zef", "c:\\zef", "c:\\zef", false, nullptr, "c:\\zef"},
-      {"inside itself", "c:\\zef", "C:\\Zef\\sub", "c:\\", false, nullptr, "c:\\"},
-      {"gone", "e:\\zef", "d:\\data", "c:\\", false, nullptr, "c:\\"},
+      {"to a volume", "c:\\zef", "d:\\data", "d:\\", "d:\\data\\zef", "d:\\", none},
+      {"end slash", "c:\\zef\\", "d:\\data\\", "d:\\", "d:\\data\\zef", "d:\\", none},
+      {"renamed", "d:\\data", "d:\\x", "c:\\", "d:\\x\\data", "c:\\",
+       [](auto& files, auto&) { files.Directories["d:\\x"]; }},
+      {"active", "c:\\zef", "d:\\data", "c:\\zef", "d:\\data\\zef", "d:\\data\\zef", none},
+      {"other case", "C:\\ZEF", "d:\\data", "c:\\zef", "d:\\data\\ZEF", "d:\\data\\ZEF", none},
+      {"inside it", "c:\\zef", "d:\\data", "c:\\zef\\2026", "d:\\data\\zef", "d:\\data\\zef\\2026",
+       none},
+      {"stuck", "c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef",
+       [](auto& files, auto&) { files.Stuck = true; }},
+      {"half a copy", "c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\",
+       [](auto& files, auto&) { files.CopyFails = true; }},
+      {"another moves", "c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\",
+       [](auto& files, auto&) { files.Busy = true; }},
+      {"another saves", "c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef",
+       [](auto&, auto& store) { store.Busy = true; }},
+      {"another saves, renamed", "c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef",
+       [](auto& files, auto& store) {
+         files.Directories["c:\\x"];
+         store.Busy = true;
+       }},
+      {"nothing can be noted", "c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\",
+       [](auto&, auto& store) { store.FailAt = 0; }},
+      {"target exists", "c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef",
+       [](auto& files, auto&) { files.Directories["d:\\data\\zef"]; }},
+      {"into its own parent", "c:\\zef", "c:\\", "c:\\zef", nullptr, "c:\\zef", none},
+      {"into itself", "c:\\zef", "c:\\zef", "c:\\zef", nullptr, "c:\\zef", none},
+      {"inside itself", "c:\\zef", "C:\\Zef\\sub", "c:\\", nullptr, "c:\\", none},
+      {"gone", "e:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", none},
+      {"none", "", "d:\\data", "c:\\", nullptr, "c:\\", none},
   };
   for (const auto& c : cases) {
     TFakeFiles files;
     files.Here = c.Current;
-    files.Stuck = c.Stuck;
+    TListOfOne store(c.Directory);
+    c.Trouble(files, store);
     const auto before = files.Directories;
-    const auto moved = MoveDirectoryInto(files, c.Directory, c.Folder);
+    const auto moved = MoveDirectoryInto(files, store, c.Directory, c.Folder);
     EXPECT_EQ(files.Here, c.CurrentAfter) << c.What;
-    if (c.Moved) {
-      EXPECT_EQ(moved, c.Moved) << c.What;
-      EXPECT_TRUE(files.DirectoryExists(c.Moved)) << c.What;
-    } else {
-      EXPECT_EQ(moved, std::nullopt) << c.What;
-      EXPECT_EQ(files.Directories, before) << c.What;
+    EXPECT_EQ(store.Read("DirAliasPath0"), c.Moved ? c.Moved : c.Directory) << c.What;
+    EXPECT_EQ(store.Read("DirAliasMove"), "") << c.What;
+    EXPECT_EQ(moved.value_or("refused"), c.Moved ? c.Moved : "refused") << c.What;
+    EXPECT_TRUE(c.Moved || files.Directories == before) << c.What;
+    for (const auto& [name, held] : files.Directories) {
+      EXPECT_EQ(name.find(".mark"), std::string::npos) << c.What << name;
     }
   }
+}
+
+/// Dies at one step of the move and at one of the next opening, then goes on.
+void DieTwice(const std::string& folder, int moveStep, int settleStep, bool& died,
+              bool& diedAgain) {
   TFakeFiles files;
-  files.Directories.insert("d:\\data\\zef");
-  files.Here = "c:\\zef";
-  EXPECT_EQ(MoveDirectoryInto(files, "c:\\zef", "d:\\data"), std::nullopt) << "the target exists";
-  EXPECT_EQ(files.Here, "c:\\zef");
+  files.Directories["c:\\x"];
+  files.DieAt = moveStep;
+  TListOfOne store("c:\\zef");
+  store.Changed = [&] { files.Step(); };
+  const auto stored = [&] { return store.Read("DirAliasPath0"); };
+  const auto whole = [&](const std::string& path) {
+    return files.DirectoryExists(path) && files.Directories[*files.Find(path)] == kWhole;
+  };
+  const bool copies = folder[0] != 'c';
+  const auto attempt = [](bool& dead, auto&& action) {
+    try {
+      action();
+    } catch (const TDeath&) {
+      dead = true;
+    }
+  };
+  attempt(died, [&] { MoveDirectoryInto(files, store, "c:\\zef", folder); });
+  // A renaming is told to the list right after it, and the note says so until then.
+  EXPECT_TRUE(!copies || whole(stored())) << moveStep;
+  files.DieAt = settleStep;
+  attempt(diedAgain, [&] { SettleMove(files, store); });
+  EXPECT_TRUE(!copies || whole(stored())) << moveStep << " " << settleStep;
+  files.DieAt = -1;
+  SettleMove(files, store);
+  EXPECT_TRUE(whole(stored())) << moveStep << " " << settleStep;
+  MoveDirectoryInto(files, store, "c:\\zef", folder);
+  const std::string target = MovedPath("c:\\zef", folder);
+  EXPECT_EQ(stored(), target) << moveStep << " " << settleStep;
+  EXPECT_TRUE(whole(target));
+  EXPECT_EQ(store.Read("DirAliasMove"), "");
+  const std::set<std::string> left = {"c:\\",     "c:\\x", "d:\\",
+                                      "d:\\data", target,  target + "\\2026"};
+  std::set<std::string> names;
+  for (const auto& each : files.Directories) names.insert(each.first);
+  EXPECT_EQ(names, left) << moveStep << " " << settleStep;
+}
+
+TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStep) {
+  for (const char* folder : {"d:\\data", "c:\\x"}) {
+    bool died = true;
+    int steps = 0;
+    for (; died; ++steps) {
+      died = false;
+      bool diedAgain = true;
+      for (int settleStep = 0; diedAgain; ++settleStep) {
+        diedAgain = false;
+        DieTwice(folder, steps, settleStep, died, diedAgain);
+      }
+    }
+    EXPECT_GT(steps, *folder == 'd' ? 10 : 3) << folder;
+  }
+}
+
+// What a broken move left is only touched where it is surely the move's own.
+TEST(DirectoryFiles, WhatOthersDidSinceStays) {
+  const TFakeFiles::TFiles worked = {"1", "2", "new"};
+  const struct {
+    const char* What;
+    const char* Note;
+    std::map<std::string, TFakeFiles::TFiles> There;
+    std::vector<std::string> Gone;
+    std::map<std::string, TFakeFiles::TFiles> Left;
+    const char* Stored;
+    bool Noted;
+  } cases[] = {
+      {"worked in the original",
+       "c:\\zef,d:\\zef,.m,copied",
+       {{"c:\\zef", worked}, {"d:\\zef", kWhole}},
+       {},
+       {{"c:\\zef", worked}, {"d:\\zef", kWhole}},
+       "c:\\zef",
+       false},
+      {"a target of others",
+       "c:\\zef,d:\\zef,.m,begun",
+       {{"d:\\zef", {"x"}}},
+       {},
+       {{"c:\\zef", kWhole}, {"d:\\zef", {"x"}}},
+       "c:\\zef",
+       false},
+      {"put aside with something new",
+       "c:\\zef,d:\\zef,.m,copied",
+       {{"c:\\zef.m", worked}, {"d:\\zef", kWhole}},
+       {"c:\\zef"},
+       {{"c:\\zef", {"new"}}, {"d:\\zef", kWhole}},
+       "c:\\zef",
+       false},
+      {"put aside, the target deleted",
+       "c:\\zef,d:\\zef,.m,copied",
+       {{"c:\\zef.m", kWhole}},
+       {"c:\\zef"},
+       {{"c:\\zef", kWhole}},
+       "c:\\zef",
+       false},
+      {"drive away", "c:\\zef,e:\\zef,.m,copied", {}, {}, {{"c:\\zef", kWhole}}, "c:\\zef", true},
+      {"no mark",
+       "c:\\zef,d:\\zef,,begun",
+       {{"d:\\zef", kWhole}},
+       {},
+       {{"c:\\zef", kWhole}, {"d:\\zef", kWhole}},
+       "c:\\zef",
+       true},
+      {"spoilt", "c:\\zef", {}, {}, {{"c:\\zef", kWhole}}, "c:\\zef", true},
+  };
+  for (const auto& c : cases) {
+    TFakeFiles files;
+    for (const auto& [name, held] : c.There) files.Directories[name] = held;
+    for (const auto& name : c.Gone) files.Directories.erase(name);
+    TListOfOne store("c:\\zef");
+    store.Values["DirAliasMove"] = c.Note;
+    files.Busy = true;
+    SettleMove(files, store);
+    EXPECT_EQ(store.Read("DirAliasMove"), c.Note) << "another process is at it";
+    files.Busy = false;
+    SettleMove(files, store);
+    for (const auto& [name, held] : c.Left)
+      EXPECT_EQ(files.Directories[name], held) << c.What << name;
+    EXPECT_FALSE(files.DirectoryExists("c:\\zef.m")) << c.What;
+    EXPECT_EQ(store.Read("DirAliasPath0"), c.Stored) << c.What;
+    EXPECT_EQ(!store.Read("DirAliasMove").empty(), c.Noted) << c.What;
+  }
 }
 
 }  // namespace

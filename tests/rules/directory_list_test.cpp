@@ -2,41 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
-#include "text/collation.h"
+#include "memory_store.h"
 
 namespace {
-
-class TMemoryStore : public TSettingsStore {
- public:
-  std::string Read(const std::string& name) const override {
-    const auto found = Values.find(name);
-    return found == Values.end() ? std::string() : found->second;
-  }
-  std::vector<std::string> Names() const override {
-    std::vector<std::string> names;
-    for (const auto& value : Values) names.push_back(value.first);
-    return names;
-  }
-  bool Write(const std::string& name, const std::string& value) override {
-    if (!Allowed()) return false;
-    Values[name] = value;
-    return true;
-  }
-  bool Remove(const std::string& name) override { return Allowed() && Values.erase(name) > 0; }
-
-  std::map<std::string, std::string> Values;
-  int FailAt = -1;         ///< number of the change that is refused; -1: none
-  bool FailAfter = false;  ///< and every later one
-  int Changes = 0;
-
- private:
-  bool Allowed() {
-    const int number = Changes++;
-    return FailAt < 0 || number < FailAt || (number > FailAt && !FailAfter);
-  }
-};
 
 std::string Shown(const TDirectoryList& list) {
   std::string text;
@@ -46,7 +14,7 @@ std::string Shown(const TDirectoryList& list) {
   return text;
 }
 
-std::string Loaded(const TMemoryStore& store) {
+std::string Loaded(TMemoryStore& store) {
   TDirectoryList list;
   list.Load(store);
   return Shown(list);
@@ -84,7 +52,7 @@ TEST(DirectoryList, SpoiltValuesGiveWhatIsThere) {
     list.Load(store);
     EXPECT_EQ(Shown(list), c.Shown) << c.Count;
     EXPECT_EQ(list.NothingStored(), c.NothingStored) << c.Count;
-    EXPECT_EQ(store.Changes, 0);
+    EXPECT_EQ(store.Changes, 0) << "reading writes nothing";
   }
 }
 
@@ -104,16 +72,19 @@ TEST(DirectoryList, LastReadOfSeveralEntriesWithOnePath) {
 TEST(DirectoryList, ABrokenSaveLeavesOneWholeList) {
   TDirectoryList before;
   for (const char* name : {"b", "d", "f"}) AddWithPath(before, name, "old");
-  TDirectoryList after;
-  for (const char* name : {"a", "", "c,\" ", "d", "e"}) {
-    if (*name) AddWithPath(after, name, *name == 'd' ? "" : "new");
-  }
-  after.SetDefault(2);
   TMemoryStore start;
   ASSERT_TRUE(before.Save(start));
+  TDirectoryList after;
+  after.Load(start);
+  while (after.Count() > 0) after.Remove(0);
+  for (const char* name : {"a", "c,\" ", "d", "e"}) {
+    AddWithPath(after, name, *name == 'd' ? "" : "new");
+  }
+  after.SetDefault(2);
   TMemoryStore whole;
   whole.Values = start.Values;
-  ASSERT_TRUE(after.Save(whole));
+  ASSERT_TRUE(TDirectoryList(after).Save(whole));
+  const int changes = whole.Changes;
   ASSERT_EQ(Loaded(whole), Shown(after));
   // The default is remembered by its exact name.
   TMemoryStore otherCase;
@@ -122,31 +93,114 @@ TEST(DirectoryList, ABrokenSaveLeavesOneWholeList) {
   EXPECT_EQ(Loaded(otherCase).find('*'), std::string::npos);
 
   for (const bool failAfter : {false, true}) {
-    for (int failAt = 0; failAt < whole.Changes; ++failAt) {
+    for (int failAt = 0; failAt < changes; ++failAt) {
       TMemoryStore store;
       store.Values = start.Values;
       store.FailAt = failAt;
       store.FailAfter = failAfter;
-      const bool saved = after.Save(store);
+      const bool saved = TDirectoryList(after).Save(store);
       EXPECT_EQ(Loaded(store), Shown(saved ? after : before)) << failAt << failAfter;
       EXPECT_EQ(saved, failAt > 0);
       // A later save that gets through settles it all.
       store.FailAt = -1;
-      ASSERT_TRUE(before.Save(store));
-      EXPECT_EQ(Loaded(store), Shown(before));
+      TDirectoryList later;
+      later.Load(store);
+      ASSERT_TRUE(later.Save(store));
+      EXPECT_EQ(Loaded(store), Shown(saved ? after : before));
       EXPECT_EQ(store.Values.count("DirAliasPending"), 0u);
     }
   }
 }
 
-TEST(DirectoryList, ASpoiltPendingListIsNotRead) {
-  for (const char* pending : {"x", "d,a", "d,a,p", "d,a,p,.,", "\"", "d,a,."}) {
+// A save that was broken off is finished, but never over what was written since by other means.
+TEST(DirectoryList, WhatAPendingListSaysAndWhatWasWrittenSince) {
+  using TValues = std::map<std::string, std::string>;
+  const std::string broken =
+      "DirAliasName0,neuf,n,DirAliasPath0,np,p,NbDirAlias,1,1,DirAliasDefault,,,.";
+  const struct {
+    std::string Pending;
+    TValues Since;
+    const char* Shown;
+    const char* Finished;  ///< the name in the end
+  } cases[] = {
+      {broken, {}, "neuf=np;", "neuf"},
+      {broken, {{"DirAliasName0", "neuf"}}, "neuf=np;", "neuf"},
+      {broken, {{"DirAliasPath0", "np"}}, "n=np;", "n"},
+      {broken, {{"DirAliasDefault", "n"}}, "n=p*;", "n"},
+      {broken, {{"DirAliasName0", "autre"}}, "autre=p;", "autre"},
+      {broken, {{"NbDirAlias", "2"}, {"DirAliasName1", "x"}}, "n=p;x=;", "n"},
+      {"x", {}, "n=p;", "n"},
+      {"d,a,p", {}, "n=p;", "n"},
+      {broken.substr(0, broken.size() - 2), {}, "n=p;", "n"},
+      {broken + ",", {}, "n=p;", "n"},
+      {"\"", {}, "n=p;", "n"},
+  };
+  for (const auto& c : cases) {
     TMemoryStore store;
-    store.Values = {{"NbDirAlias", "1"},
-                    {"DirAliasName0", "n"},
-                    {"DirAliasPath0", "p"},
-                    {"DirAliasPending", pending}};
-    EXPECT_EQ(Loaded(store), "n=p;") << pending;
+    store.Values = c.Since;
+    store.Values.merge(TValues{{"NbDirAlias", "1"},
+                               {"DirAliasName0", "n"},
+                               {"DirAliasPath0", "p"},
+                               {"DirAliasPending", c.Pending}});
+    store.Busy = true;
+    EXPECT_EQ(Loaded(store), c.Shown) << c.Pending << " while another process saves";
+    store.Busy = false;
+    TDirectoryList list;
+    list.Load(store);
+    EXPECT_EQ(Shown(list), c.Shown) << c.Pending;
+    EXPECT_EQ(store.Read("DirAliasName0"), c.Finished);
+    EXPECT_EQ(store.Values.count("DirAliasPending"), 0u);
+  }
+}
+
+TEST(DirectoryList, TwoProgramsSave) {
+  using TChange = std::function<void(TDirectoryList&)>;
+  const TChange nothing = [](TDirectoryList&) {};
+  const auto set = [](int index, const char* path) {
+    return [=](TDirectoryList& list) { list.SetPath(index, path); };
+  };
+  const auto add = [](const char* name, const char* path) {
+    return [=](TDirectoryList& list) { AddWithPath(list, name, path); };
+  };
+  const auto remove = [](int index) { return [=](TDirectoryList& list) { list.Remove(index); }; };
+  const struct {
+    const char* What;
+    TChange Theirs;
+    TChange Mine;
+    const char* Stored;
+  } cases[] = {
+      {"nothing of mine", set(0, "x"), nothing, "a=x*;b=q;"},
+      {"different entries", set(0, "x"), set(1, "y"), "a=x*;b=y;"},
+      {"one entry, two paths", set(0, "x"), set(0, "y"), "a=y*;a (2)=x;b=q;"},
+      {"one entry, one path", set(0, "x"), set(0, "X"), "a=X*;b=q;"},
+      {"both add", add("c", "x"), add("d", "y"), "a=p*;b=q;c=x;d=y;"},
+      {"both add one name", add("c", "x"), add("C", "y"), "a=p*;b=q;C=y;c (2)=x;"},
+      {"removed and changed", remove(0), set(0, "y"), "a=y;b=q;"},
+      {"changed and removed", set(1, "x"), remove(1), "a=p*;b=x;"},
+      {"both remove", remove(0), remove(1), ""},
+      {"the default", [](auto& list) { list.SetDefault(1); }, add("c", "y"), "a=p;b=q*;c=y;"},
+      {"renamed", add("c", "x"), [](auto& list) { list.Rename(1, "z"); }, "a=p*;c=x;z=q;"},
+  };
+  for (const auto& c : cases) {
+    TMemoryStore store;
+    TDirectoryList first;
+    AddWithPath(first, "a", "p");
+    AddWithPath(first, "b", "q");
+    ASSERT_TRUE(first.Save(store));
+    TDirectoryList mine;
+    mine.Load(store);
+    TDirectoryList theirs;
+    theirs.Load(store);
+    c.Theirs(theirs);
+    ASSERT_TRUE(theirs.Save(store));
+    c.Mine(mine);
+    store.Busy = true;
+    EXPECT_FALSE(mine.Save(store));
+    store.Busy = false;
+    for (int saves = 0; saves < 2; ++saves) {
+      ASSERT_TRUE(mine.Save(store));
+      EXPECT_EQ(Loaded(store), c.Stored) << c.What;
+    }
   }
 }
 

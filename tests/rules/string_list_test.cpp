@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -35,19 +36,31 @@ class TModel {
         return CompareText(other, line, FOptions.CaseSensitive) > 0;
       });
     }
-    place = FLines.insert(place, line);
-    return static_cast<int>(place - FLines.begin());
+    const auto index = place - FLines.begin();
+    FLines.insert(place, line);
+    FSerials.insert(FSerials.begin() + index, ++FLastSerial);
+    return static_cast<int>(index);
   }
   int IndexOf(const std::string& line) const {
     return Find([&](const std::string& other) { return Same(other, line); });
   }
   int IndexOfName(const std::string& name) const {
+    if (const auto set = FSet.find(Key(name)); set != FSet.end()) {
+      const auto line = std::ranges::find(FSerials, set->second);
+      if (line != FSerials.end()) return static_cast<int>(line - FSerials.begin());
+    }
+    return FirstOfName(name);
+  }
+  int FirstOfName(const std::string& name) const {
     return Find([&](const std::string& other) {
       const auto equals = other.find('=');
       return equals != std::string::npos && Same(other.substr(0, equals), name);
     });
   }
-  void Delete(int index) { FLines.erase(FLines.begin() + index); }
+  void Delete(int index) {
+    FLines.erase(FLines.begin() + index);
+    FSerials.erase(FSerials.begin() + index);
+  }
   void SetValue(const std::string& name, const std::string& value) {
     const int at = IndexOfName(name);
     if (value.empty()) {
@@ -64,7 +77,9 @@ class TModel {
       old = line;
     } else if (FOptions.Sorted) {
       Delete(at);
-      Add(line);
+      const int now = Add(line);
+      FSet.erase(Key(name));
+      if (FirstOfName(name) != now) FSet[Key(name)] = FSerials[static_cast<std::size_t>(now)];
     } else {
       const int equal = IndexOf(line);
       old = line;
@@ -82,8 +97,15 @@ class TModel {
     return found == FLines.end() ? -1 : static_cast<int>(found - FLines.begin());
   }
 
+  std::string Key(const std::string& name) const {
+    return FOptions.CaseSensitive ? name : UpperText(name);
+  }
+
   const TStringList::TOptions FOptions;
   TLines FLines;
+  std::vector<int> FSerials;  ///< of the lines, each given once
+  int FLastSerial = 0;
+  std::map<std::string, int> FSet;  ///< lines set last, where they are not the first of their name
 };
 
 struct TCase {

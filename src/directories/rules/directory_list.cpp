@@ -1,120 +1,108 @@
 #include "directories/rules/directory_list.h"
 
 #include <algorithm>
-#include <charconv>
+#include <utility>
 
+#include "directories/rules/directory_files.h"
+#include "directories/rules/stored_list.h"
 #include "text/collation.h"
-#include "text/comma_text.h"
 
 namespace {
 
-constexpr char kCount[] = "NbDirAlias";
-constexpr std::string_view kName = "DirAliasName";
-constexpr std::string_view kPath = "DirAliasPath";
-constexpr char kDefault[] = "DirAliasDefault";
-/// The whole list as one comma text while it is being written over the one before.
-constexpr char kPending[] = "DirAliasPending";
-
-std::string Numbered(std::string_view prefix, int number) {
-  return std::string(prefix) + std::to_string(number);
-}
-
-/// A decimal number as programs of its time wrote it, blanks before it allowed; else nothing.
-std::optional<int> ParseNumber(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  if (text.starts_with('+')) text.remove_prefix(1);
-  int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
-
-/// The number of an entry's name value, when it is one that is written so.
-std::optional<int> EntryNumber(std::string_view valueName) {
-  if (!SameText(valueName.substr(0, kName.size()), kName)) return std::nullopt;
-  const auto digits = valueName.substr(kName.size());
-  const auto number = ParseNumber(digits);
-  if (!number || *number < 0 || std::to_string(*number) != digits) return std::nullopt;
-  return number;
-}
-
 bool NameBefore(const TDirectoryEntry& a, const TDirectoryEntry& b) {
   return CompareText(a.Name, b.Name, false) < 0;
+}
+
+/// Entries of the first list that the second one lacks; one of it makes up for one only.
+std::vector<TDirectoryEntry> Without(std::vector<TDirectoryEntry> entries,
+                                     const std::vector<TDirectoryEntry>& others) {
+  for (const auto& other : others) {
+    const auto found = std::ranges::find(entries, other);
+    if (found != entries.end()) entries.erase(found);
+  }
+  return entries;
+}
+
+bool HasName(const std::vector<TDirectoryEntry>& entries, std::string_view name) {
+  return std::ranges::any_of(
+      entries, [&](const TDirectoryEntry& entry) { return SameText(entry.Name, name); });
+}
+
+/// The name, or the name with the first number that is free.
+std::string FreeName(const std::vector<TDirectoryEntry>& entries, const std::string& name) {
+  std::string free = name;
+  for (int number = 2; HasName(entries, free); ++number) {
+    free = name + " (" + std::to_string(number) + ")";
+  }
+  return free;
+}
+
+/// Entries of others in the way of a name make room for it; when they have the very same path, they
+/// go.
+void AddOver(std::vector<TDirectoryEntry>& entries, const TDirectoryEntry& added) {
+  std::vector<TDirectoryEntry> inTheWay;
+  std::erase_if(entries, [&](const TDirectoryEntry& entry) {
+    if (!SameText(entry.Name, added.Name)) return false;
+    if (!SameText(entry.Path, added.Path)) inTheWay.push_back(entry);
+    return true;
+  });
+  entries.push_back(added);
+  for (auto& entry : inTheWay) {
+    entry.Name = FreeName(entries, entry.Name);
+    entries.push_back(std::move(entry));
+  }
 }
 
 }  // namespace
 
 // ---- the stored list ----
 
-void TDirectoryList::Load(const TSettingsStore& store) {
-  FEntries.clear();
-  FDefaultName.clear();
-  if (!LoadPending(store)) {
-    FDefaultName = store.Read(kDefault);
-    const int count = ParseNumber(store.Read(kCount)).value_or(0);
-    FNothingStored = count == 0;
-    LoadEntries(store, count);
-  }
+void TDirectoryList::Load(TSettingsStore& store) {
+  const auto held = store.Hold();
+  if (held) FinishPendingList(store);
+  TStoredList stored = ReadStoredList(store);
+  FEntries = std::move(stored.Entries);
+  FDefaultName = std::move(stored.DefaultName);
+  FNothingStored = stored.Count == 0;
   std::ranges::stable_sort(FEntries, NameBefore);
+  FLoaded = FEntries;
+  FLoadedDefault = FDefaultName;
 }
 
-void TDirectoryList::LoadEntries(const TSettingsStore& store, int count) {
-  // A count spoilt by hand may be huge: the names that exist say what there is to read.
-  std::vector<int> numbers;
-  for (const auto& valueName : store.Names()) {
-    const auto number = EntryNumber(valueName);
-    if (number && *number < count) numbers.push_back(*number);
+bool TDirectoryList::Save(TSettingsStore& store) {
+  const auto held = store.Hold();
+  if (!held) return false;
+  FinishPendingList(store);
+  TStoredList stored = ReadStoredList(store);
+  std::ranges::stable_sort(stored.Entries, NameBefore);
+  if (stored.Entries == FLoaded) {
+    stored.Entries = FEntries;
+  } else {
+    stored.Entries = Without(std::move(stored.Entries), Without(FLoaded, FEntries));
+    for (const auto& added : Without(FEntries, FLoaded)) AddOver(stored.Entries, added);
+    std::ranges::stable_sort(stored.Entries, NameBefore);
   }
-  std::ranges::sort(numbers);
-  for (const int number : numbers) {
-    std::string name = store.Read(Numbered(kName, number));
-    if (name.empty()) continue;
-    FEntries.push_back({number, std::move(name), store.Read(Numbered(kPath, number))});
-  }
-}
-
-bool TDirectoryList::LoadPending(const TSettingsStore& store) {
-  const std::string text = store.Read(kPending);
-  if (text.empty()) return false;
-  std::vector<std::string> lines;
-  TCommaReader reader(text);
-  while (const auto line = reader.Next()) lines.emplace_back(*line);
-  // The default name, then a name and a path for each entry, then the mark of a whole text.
-  if (lines.size() % 2 != 0 || lines.back() != ".") return false;
-  FDefaultName = lines[0];
-  for (std::size_t at = 1; at + 2 < lines.size(); at += 2) {
-    FEntries.push_back({Count(), std::move(lines[at]), std::move(lines[at + 1])});
-  }
-  FNothingStored = FEntries.empty();
+  if (FDefaultName != FLoadedDefault) stored.DefaultName = FDefaultName;
+  if (!WriteStoredList(store, stored)) return false;
+  FLoaded = FEntries;
+  FLoadedDefault = FDefaultName;
   return true;
 }
 
-std::string TDirectoryList::PendingText() const {
-  std::string text;
-  AppendCommaEntry(text, FDefaultName);
-  for (const auto& entry : FEntries) {
-    AppendCommaEntry(text += ',', entry.Name);
-    AppendCommaEntry(text += ',', entry.Path);
-  }
-  return text += ",.";
+bool TDirectoryList::Repoint(TSettingsStore& store, const std::string& from,
+                             const std::string& to) {
+  const auto held = store.Hold();
+  if (!held) return false;
+  FinishPendingList(store);
+  return RepointStoredList(store, from, to);
 }
 
-bool TDirectoryList::Save(TSettingsStore& store) const {
-  // The many values of a list cannot be replaced at one stroke, but one value can: from here on
-  // either reading it or reading the others gives a whole list.
-  if (!store.Write(kPending, PendingText())) return false;
-  if (WriteEntries(store)) store.Remove(kPending);
-  return true;
-}
-
-bool TDirectoryList::WriteEntries(TSettingsStore& store) const {
-  for (int i = 0; i < Count(); ++i) {
-    if (!store.Write(Numbered(kName, i), Entry(i).Name) ||
-        !store.Write(Numbered(kPath, i), Entry(i).Path)) {
-      return false;
+void TDirectoryList::Repoint(const std::string& from, const std::string& to) {
+  for (auto* entries : {&FEntries, &FLoaded}) {
+    for (auto& entry : *entries) {
+      if (SameDirectory(entry.Path, from)) entry.Path = to;
     }
   }
-  return store.Write(kCount, std::to_string(Count())) && store.Write(kDefault, FDefaultName);
 }
 
 // ---- look-up ----

@@ -11,21 +11,36 @@ struct TDirectoryEntry {
   int Number = 0;  ///< under which it was read, or how many there were when it was added
   std::string Name;
   std::string Path;  ///< need not exist: its drive may be away
+
+  /// The number tells nothing: saving gives new ones.
+  bool operator==(const TDirectoryEntry& other) const {
+    return Name == other.Name && Path == other.Path;
+  }
 };
 
 /// The user's named accounts directories in the order of their names, and which of them opens at
 /// start-up. Indices are positions in that order; -1 stands for none.
 class TDirectoryList {
  public:
-  /// Reads a stored list in place of this one. Whatever the store holds: numbers without a name are
-  /// skipped, and the time depends on what is there, not on the stored count.
-  void Load(const TSettingsStore& store);
+  /// Reads the stored list in place of this one, and finishes a save that was broken off. Whatever
+  /// the store holds: numbers without a name are skipped, and the time depends on what is there,
+  /// not on the stored count.
+  void Load(TSettingsStore& store);
   /// The stored count was 0 (or none): an older program may have left its data to be imported.
   bool NothingStored() const { return FNothingStored; }
 
-  /// Writes the list. Whichever write fails, a later Load reads either the whole list written last
-  /// or the whole one before it; false when it is the one before.
-  bool Save(TSettingsStore& store) const;
+  /// Stores the list: what was changed in it since it was loaded is changed in the one that is
+  /// stored now, so that another program's changes stay. Two programs that gave one name different
+  /// paths get both, the one stored before under the name with a number. Whichever write fails, a
+  /// later Load reads either the whole new list or the whole one before it; false when it is the
+  /// one before.
+  bool Save(TSettingsStore& store);
+
+  /// Points the stored entries of a directory to where it is now, one write an entry, and leaves
+  /// all else as it is stored. False when one of them could not be written.
+  static bool Repoint(TSettingsStore& store, const std::string& from, const std::string& to);
+  /// The same for this list, as loaded and as changed since.
+  void Repoint(const std::string& from, const std::string& to);
 
   int Count() const { return static_cast<int>(FEntries.size()); }
   const TDirectoryEntry& Entry(int index) const {
@@ -55,12 +70,10 @@ class TDirectoryList {
 
  private:
   int Insert(TDirectoryEntry entry);
-  void LoadEntries(const TSettingsStore& store, int count);
-  bool LoadPending(const TSettingsStore& store);
-  std::string PendingText() const;
-  bool WriteEntries(TSettingsStore& store) const;
 
   std::vector<TDirectoryEntry> FEntries;  ///< sorted by name
   std::string FDefaultName;
   bool FNothingStored = true;
+  std::vector<TDirectoryEntry> FLoaded;  ///< what changes are told from
+  std::string FLoadedDefault;
 };

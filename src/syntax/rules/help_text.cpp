@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kIndents = " \t";
 constexpr std::string_view kBlanksAndBreaks = " \t\r\n";
 
 /// The line that begins the text, with its line break.
@@ -15,7 +15,7 @@ std::string_view FirstLine(std::string_view text) {
 }
 
 std::size_t Indentation(std::string_view line) {
-  return std::min(line.find_first_not_of(kBlanks), line.size());
+  return std::min(line.find_first_not_of(kIndents), line.size());
 }
 
 bool IsBlank(std::string_view line) {

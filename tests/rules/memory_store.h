@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <map>
+
+#include "directories/rules/settings_store.h"
+
+/// Settings in memory, with changes that fail or do not come back.
+class TMemoryStore : public TSettingsStore {
+ public:
+  std::string Read(const std::string& name) const override {
+    const auto found = Values.find(name);
+    return found == Values.end() ? std::string() : found->second;
+  }
+  std::vector<std::string> Names() const override {
+    std::vector<std::string> names;
+    for (const auto& value : Values) names.push_back(value.first);
+    return names;
+  }
+  bool Write(const std::string& name, const std::string& value) override {
+    if (!Allowed()) return false;
+    Values[name] = value;
+    if (Changed) Changed();
+    return true;
+  }
+  bool Remove(const std::string& name) override {
+    if (!Allowed() || Values.erase(name) == 0) return false;
+    if (Changed) Changed();
+    return true;
+  }
+  std::shared_ptr<void> Hold() override { return Busy ? nullptr : std::make_shared<int>(); }
+
+  std::map<std::string, std::string> Values;
+  std::function<void()> Changed;
+  bool Busy = false;       ///< another process holds it
+  int FailAt = -1;         ///< number of the change that is refused; -1: none
+  bool FailAfter = false;  ///< and every later one
+  int Changes = 0;
+
+ private:
+  bool Allowed() {
+    const int number = Changes++;
+    return FailAt < 0 || number < FailAt || (number > FailAt && !FailAfter);
+  }
+};
