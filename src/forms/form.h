@@ -187,6 +187,8 @@ class TForm : public TComponent {
   virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
   /// After the window's final destroy message; the form may retire itself here.
   virtual void WindowDestroyed() {}
+  /// After the form's DPI changed: pictures that it made for its controls are to be made anew.
+  virtual void DpiChanged() {}
   TControl& Child(std::string_view name) const;
   HWND ParentWindow() const { return FParentWindow; }
   /// Moves a form with a window of its own to where its layout says.

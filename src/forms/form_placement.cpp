@@ -170,6 +170,7 @@ void TForm::ScaleTo(int dpi) {
     control->DpiChanged(dpi);
   }
   FFont = std::move(font);
+  DpiChanged();
   MeasureControls();
   if (Embedded()) {
     SetClientSize(client);

@@ -1,7 +1,5 @@
 #include "platform/common_controls.h"
 
-#include <shlwapi.h>
-
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -46,7 +44,12 @@ class TLoadedControls {
     // folder.
     if (FContext != INVALID_HANDLE_VALUE) {
       const ULONG_PTR cookie = Activate(FContext);
-      if (cookie) FModule = LoadLibraryW(L"comctl32.dll");
+      ACTCTX_SECTION_KEYED_DATA redirection{};
+      redirection.cbSize = sizeof redirection;
+      FControls.Themed =
+          cookie && FindActCtxSectionStringW(0, nullptr, ACTIVATION_CONTEXT_SECTION_DLL_REDIRECTION,
+                                             L"comctl32.dll", &redirection);
+      if (FControls.Themed) FModule = LoadLibraryW(L"comctl32.dll");
       Deactivate(cookie);
     }
     if (!FModule) FModule = static_cast<HMODULE>(LoadSystemLibrary(L"comctl32.dll"));
@@ -59,11 +62,6 @@ class TLoadedControls {
     Find(FControls.ImageList_Add, "ImageList_Add");
     Find(FControls.ImageList_DrawIndirect, "ImageList_DrawIndirect");
     Find(FControls.ImageList_GetIconSize, "ImageList_GetIconSize");
-    DLLGETVERSIONPROC getVersion = nullptr;
-    Find(getVersion, "DllGetVersion");
-    DLLVERSIONINFO version{};
-    version.cbSize = sizeof version;
-    FControls.Themed = SUCCEEDED(getVersion(&version)) && version.dwMajorVersion >= 6;
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES | ICC_USEREX_CLASSES};
     FControls.InitCommonControlsEx(&classes);
   }

@@ -49,13 +49,17 @@ void TDlgSyntax::Bind(TFormBinder& binder) {
 
 void TDlgSyntax::InitDialog() {
   TDlgBase::InitDialog();
-  ImageListMethod = TImageList({"METHOD", "", "DATA"}, Dpi());
-  BoxMethod->SetImages(&ImageListMethod);
+  DpiChanged();
   XMLSyntax.SetFileName(FileBesideExecutable("ZEF.EXE", "VBSZEF.XML"));
   const TOpenDocument open(XMLSyntax);
   RefreshNames();
   FConst = &Adopt(CreateForm<TDlgSyntaxConst>(XMLSyntax));
   FTypes = &Adopt(CreateForm<TDlgSyntaxTypes>(XMLSyntax));
+}
+
+void TDlgSyntax::DpiChanged() {
+  ImageListMethod = TImageList({"METHOD", "", "DATA"}, Dpi());
+  BoxMethod->SetImages(&ImageListMethod);
 }
 
 // ---- words ----

@@ -45,6 +45,7 @@ class TDlgSyntax : public TDlgBase {
 
  protected:
   void Bind(TFormBinder& binder) override;
+  void DpiChanged() override;
 
  private:
   void FormHide() { ShowLineFocus(false); }

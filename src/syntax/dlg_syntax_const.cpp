@@ -36,6 +36,10 @@ void TDlgSyntaxConst::Bind(TFormBinder& binder) {
 
 void TDlgSyntaxConst::InitDialog() {
   TDlgBase::InitDialog();
+  DpiChanged();
+}
+
+void TDlgSyntaxConst::DpiChanged() {
   ImageListCat = TImageList({"PLAIN", "ADDITIVE"}, Dpi());
   BoxCat->SetImages(&ImageListCat);
 }

@@ -31,6 +31,7 @@ class TDlgSyntaxConst : public TDlgBase {
 
  protected:
   void Bind(TFormBinder& binder) override;
+  void DpiChanged() override;
 
  private:
   void EditResultChange();

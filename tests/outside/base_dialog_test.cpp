@@ -87,6 +87,16 @@ TEST_F(BaseDialog, IsLeftInEveryWayAndReportsNothing) {
   }
 }
 
+TEST_F(BaseDialog, OpensOverTheMiddleOfItsHost) {
+  Look([this](TScriptedUser&, TFormDriver& form) {
+    EXPECT_EQ(GetWindow(form.Handle(), GW_OWNER), MainWindow);
+    const RECT bounds = BoundsOf(form.Handle());
+    const RECT main = BoundsOf(MainWindow);
+    EXPECT_NEAR(bounds.left + bounds.right, main.left + main.right, 2);
+    EXPECT_NEAR(bounds.top + bounds.bottom, main.top + main.bottom, 2);
+  });
+}
+
 TEST_F(BaseDialog, F1ShowsTheHintUnderTheControlUntilSomethingElseHappens) {
   Look([this](TScriptedUser& user, TFormDriver& form) {
     const std::pair<const char*, const char*> hints[] = {

@@ -1,0 +1,170 @@
+// Every layout of the library as a form, on every kind of screen: whoever adds one has it tested.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <memory>
+
+#include "forms/dpi.h"
+#include "forms/form.h"
+#include "forms/rules/layout_words.h"
+#include "user/window.h"
+
+namespace {
+
+/// A form of any layout, without the class that goes with it.
+class TAnyForm : public TForm {
+ public:
+  explicit TAnyForm(std::string name) : FName(std::move(name)) {}
+  const char* ClassName() const override { return FName.c_str(); }
+
+ protected:
+  void Bind(TFormBinder& binder) override {
+    BindItem(binder, Layout());
+    for (const TControl* control : Controls()) BindItem(binder, control->Layout());
+  }
+
+ private:
+  void BindItem(TFormBinder& binder, const TLayoutItem& item) {
+    for (const auto& property : item.Properties) {
+      if (!FindLayoutWord(property.Name)->Event) continue;
+      const std::string handler = property.Values[0];
+      binder.Handler(handler, [] {});
+      binder.CloseQueryHandler(handler, [] { return true; });
+      binder.HelpHandler(handler, [](UINT, int, bool&) { return true; });
+    }
+  }
+
+  std::string FName;
+};
+
+BOOL CALLBACK AddName(HMODULE, LPCSTR, LPSTR name, LONG_PTR list) {
+  reinterpret_cast<std::vector<std::string>*>(list)->emplace_back(name);
+  return TRUE;
+}
+
+std::vector<std::string> LayoutNames() {
+  std::vector<std::string> names;
+  EnumResourceNamesA(TApplication::Instance(), "FORM", AddName, reinterpret_cast<LONG_PTR>(&names));
+  return names;
+}
+
+/// In the content of the form, however far that is scrolled.
+RECT InContent(HWND form, HWND child) {
+  RECT bounds = BoundsOf(child);
+  MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&bounds), 2);
+  OffsetRect(&bounds, GetScrollPos(form, SB_HORZ), GetScrollPos(form, SB_VERT));
+  return bounds;
+}
+
+std::vector<HWND> ShownChildren(HWND form) {
+  std::vector<HWND> children;
+  for (HWND child = GetWindow(form, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) children.push_back(child);
+  }
+  return children;
+}
+
+/// The width that a window needs for its caption; 0 when it has none or may cut it.
+LONG NeededWidth(HWND window, int dpi) {
+  const auto style = static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE));
+  const bool button = ClassOf(window) == "Button";
+  const DWORD kind = style & BS_TYPEMASK;
+  if (button ? kind == BS_OWNERDRAW : ClassOf(window) != "Static" || (style & SS_SUNKEN)) return 0;
+  const std::wstring text = Wide(TextOf(window));
+  const HDC dc = GetDC(window);
+  const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(window, WM_GETFONT, 0, 0));
+  const HGDIOBJ before = SelectObject(dc, font);
+  RECT room{};
+  DrawTextW(dc, text.c_str(), -1, &room, DT_CALCRECT | DT_SINGLELINE);
+  SelectObject(dc, before);
+  ReleaseDC(window, dc);
+  if (!button || text.empty()) return room.right;
+  BUTTON_IMAGELIST images{};
+  SendMessageW(window, BCM_GETIMAGELIST, 0, reinterpret_cast<LPARAM>(&images));
+  const bool box = kind == BS_3STATE || kind == BS_AUTORADIOBUTTON;
+  return room.right + MulDiv(images.himl ? 26 : box ? 18 : 8, dpi, 96);
+}
+
+void ExpectSoundPlaces(const TForm& form) {
+  const RECT window = BoundsOf(form.Handle());
+  const RECT area = WorkAreaOf(window);
+  EXPECT_TRUE(window.left >= area.left && window.top >= area.top && window.right <= area.right &&
+              window.bottom <= area.bottom)
+      << "leaves the work area";
+  RECT client{};
+  GetClientRect(form.Handle(), &client);
+  const auto style = static_cast<DWORD>(GetWindowLongW(form.Handle(), GWL_STYLE));
+  if (style & WS_HSCROLL) client.right = LONG_MAX;
+  if (style & WS_VSCROLL) client.bottom = LONG_MAX;
+  const auto children = ShownChildren(form.Handle());
+  for (const HWND child : children) {
+    SCOPED_TRACE(NameOf(child));
+    const RECT bounds = InContent(form.Handle(), child);
+    EXPECT_TRUE(bounds.left >= 0 && bounds.top >= 0 && bounds.right <= client.right &&
+                bounds.bottom <= client.bottom)
+        << "leaves the form: " << bounds.right << " x " << bounds.bottom << " in " << client.right
+        << " x " << client.bottom;
+    EXPECT_LT(bounds.left, bounds.right);
+    EXPECT_LT(bounds.top, bounds.bottom);
+    EXPECT_LE(NeededWidth(child, form.Dpi()), bounds.right - bounds.left) << TextOf(child);
+    for (const HWND other : children) {
+      const RECT others = InContent(form.Handle(), other);
+      RECT common{};
+      // The buttons of a group stand in its frame.
+      const bool together = form.FindControl(child) == form.FindControl(other);
+      EXPECT_TRUE(together || !IntersectRect(&common, &bounds, &others)) << NameOf(other);
+    }
+  }
+}
+
+struct TScreen {
+  const char* Name;
+  DWORD Width, Height;
+  int Dpi;
+};
+
+class Layouts : public testing::TestWithParam<TScreen> {
+ protected:
+  Layouts() { SetDesktop(GetParam().Width, GetParam().Height); }
+  ~Layouts() override { ChangeDisplaySettingsW(nullptr, 0); }
+
+  static void SetDesktop(DWORD width, DWORD height) {
+    DEVMODEW mode{};
+    mode.dmSize = sizeof mode;
+    mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT | DM_BITSPERPEL;
+    mode.dmBitsPerPel = 32;
+    mode.dmPelsWidth = width;
+    mode.dmPelsHeight = height;
+    ASSERT_EQ(ChangeDisplaySettingsW(&mode, 0), DISP_CHANGE_SUCCESSFUL);
+    ASSERT_EQ(GetSystemMetrics(SM_CXSCREEN), static_cast<int>(width));
+  }
+};
+
+TEST_P(Layouts, HaveRoomForEverything) {
+  const auto names = LayoutNames();
+  ASSERT_GT(names.size(), 5u);
+  for (const auto& name : names) {
+    SCOPED_TRACE(name);
+    const auto form = CreateForm<TAnyForm>(name);
+    RECT bounds = form->WindowBounds();
+    SendMessageW(form->Handle(), WM_DPICHANGED, MAKEWPARAM(GetParam().Dpi, GetParam().Dpi),
+                 reinterpret_cast<LPARAM>(&bounds));
+    ASSERT_EQ(form->Dpi(), GetParam().Dpi);
+    ExpectSoundPlaces(*form);
+    // As small as it goes: those that cannot be sized have to scroll.
+    SetWindowPos(form->Handle(), nullptr, 0, 0, 300, 150, SWP_NOMOVE | SWP_NOACTIVATE);
+    ExpectSoundPlaces(*form);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Screens, Layouts,
+                         testing::Values(TScreen{"Plain", 1600, 1200, 96},
+                                         TScreen{"Fine", 1600, 1200, 144},
+                                         TScreen{"Laptop", 1366, 768, 96},
+                                         TScreen{"FineLaptop", 1366, 768, 144},
+                                         TScreen{"Tiny", 640, 480, 144}),
+                         [](const auto& screen) { return screen.param.Name; });
+
+}  // namespace
