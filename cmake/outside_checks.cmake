@@ -84,6 +84,8 @@ zef_outside_program(outside_bench tests/outside/themed.rc benchmarks/outside/mai
                     ${ZEF_OUTSIDE_BENCHES})
 target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
 target_link_libraries(outside_bench PRIVATE loopback_server winhttp)
+# Each registers its own group.
+set_target_properties(outside_bench PROPERTIES UNITY_BUILD OFF)
 add_library(empty SHARED benchmarks/outside/empty.cpp)
 set_target_properties(empty PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
 target_link_options(empty PRIVATE -s)

@@ -129,21 +129,13 @@ void OpenBare() {
 
 /// The form's control of that name.
 HWND ControlOf(HWND form, const wchar_t* name) {
-  struct TSearch {
-    ATOM Name;
-    HWND Found;
-  } search{GlobalFindAtomW(name), nullptr};
-  EnumChildWindows(
-      form,
-      [](HWND child, LPARAM context) -> BOOL {
-        auto& wanted = *reinterpret_cast<TSearch*>(context);
-        if (reinterpret_cast<UINT_PTR>(GetPropW(child, L"ControlName")) == wanted.Name)
-          wanted.Found = child;
-        return !wanted.Found;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  if (!search.Found) Fail("a control is missing");
-  return search.Found;
+  const ATOM wanted = GlobalFindAtomW(name);
+  HWND child = GetWindow(form, GW_CHILD);
+  while (child && reinterpret_cast<UINT_PTR>(GetPropW(child, L"ControlName")) != wanted) {
+    child = GetWindow(child, GW_HWNDNEXT);
+  }
+  if (!child) Fail("a control is missing");
+  return child;
 }
 
 void Press(HWND control, WPARAM key) {

@@ -108,16 +108,16 @@ class TModel {
   std::map<std::string, int> FSet;  ///< lines set last, where they are not the first of their name
 };
 
-struct TCase {
+struct TListCase {
   TStringList::TOptions Options;
   int Names;        ///< how many names and values lines are made of: few make many duplicates
   int DeleteShare;  ///< in percent of all operations
 };
 
-class StringListModel : public testing::TestWithParam<TCase> {};
+class StringListModel : public testing::TestWithParam<TListCase> {};
 
 TEST_P(StringListModel, RandomOperationsAgreeWithTheModel) {
-  const TCase& c = GetParam();
+  const TListCase& c = GetParam();
   std::mt19937 random(4711);
   const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
   const auto name = [&] {
@@ -169,8 +169,8 @@ TEST_P(StringListModel, RandomOperationsAgreeWithTheModel) {
   EXPECT_EQ(list.IndexOf(line()), -1);
 }
 
-std::vector<TCase> AllOptions() {
-  std::vector<TCase> cases;
+std::vector<TListCase> AllOptions() {
+  std::vector<TListCase> cases;
   for (int bits = 0; bits < 8; ++bits) {
     const TStringList::TOptions options{
         .Sorted = (bits & 1) != 0, .CaseSensitive = (bits & 2) != 0, .KeepDuplicates = bits >= 4};

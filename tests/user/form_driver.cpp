@@ -11,7 +11,6 @@
 
 namespace {
 constexpr int UncoveredMs = 1000;
-constexpr DWORD LookAgainMs = 5;
 constexpr int TipMs = 3000;
 
 bool IsCombo(HWND control) {
@@ -141,7 +140,7 @@ void TFormDriver::Reach(HWND control, POINT screen) const {
     if (GetTickCount64() > deadline)
       throw TUserError(Say(name, " is covered by ", ClassOf(met), " \"", NameOf(met), "\""));
     if (ClassOf(met) == TOOLTIPS_CLASSA) FUser->PointAt(screen);
-    Sleep(LookAgainMs);
+    Sleep(TUser::LookAgainMs);
     met = WindowFromPoint(screen);
   }
 }
@@ -183,7 +182,7 @@ std::string TFormDriver::TipAt(std::string_view name, double x, double y) {
     FUser->PointAt(Inside(Control(name), x, y));
     const ULONGLONG deadline = GetTickCount64() + TipMs;
     do {
-      Sleep(LookAgainMs);
+      Sleep(TUser::LookAgainMs);
       if (const HWND bubble = FUser->FindBubble()) text = TextOf(bubble);
     } while (text.empty() && GetTickCount64() < deadline);
     return !text.empty();

@@ -8,7 +8,6 @@
 
 namespace {
 constexpr size_t StepsKept = 12;
-constexpr DWORD LookAgainMs = 5;
 }  // namespace
 
 void TUser::WaitUntil(std::string_view what, const std::function<bool()>& ready, int ms) {

@@ -19,6 +19,7 @@ class TFormDriver;
 class TUser {
  public:
   static constexpr int PatienceMs = 30000;
+  static constexpr DWORD LookAgainMs = 5;
 
   explicit TUser(DWORD process) : FProcess(process) {}
   virtual ~TUser() = default;

@@ -25,8 +25,8 @@ enum class TDatabaseFaultKind {
 struct TDatabaseFault {
   int Line;
   TDatabaseFaultKind Kind;
-  std::string Name;
-  std::string Other;
+  std::string Name{};
+  std::string Other{};
   int OtherLine = 0;
 
   bool operator==(const TDatabaseFault&) const = default;
