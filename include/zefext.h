@@ -92,8 +92,8 @@ int ZEFEXT_API VCLInvokeModalDialog(const char* helpFile);
 
 /* Shows a base dialog inside a window of the host and returns at once. The handle is the host's
  * until VCLFreeNonModalDialog; closing the dialog only hides it. It takes the focus only where the
- * user can see it, and gives it back, when it goes, to the window of the host that had it before.
- */
+ * user can see it, and gives it back as it goes to the window of the host that had it before: made
+ * in a hidden window, it gets the focus when the host passes it on (SetFocus to the child). */
 void ZEFEXT_API VCLInvokeNonModalDialog(HWND parent, const char* helpFile, ZefDialog* dialog);
 
 /* Destroys such a dialog. The result is its outcome (low byte), or 0 when the handle is refused. */

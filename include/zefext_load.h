@@ -61,15 +61,14 @@
   X(int, VCLSelectDirList, (const char* name, unsigned char showList, unsigned char* cancelled)) \
   X(unsigned char, VCLSelectTypOp,                                                               \
     (ZefStringList types, ZefStringList cards, ZefString selection))                             \
-  X(int, VCLAskForDownload,                                                                      \
-    (const char* current, const char* offered, const char* information))                         \
+  X(int, VCLAskForDownload, (const char* current, const char* offered, const char* information)) \
   X(int, VCLNewURL, (ZefDialog owner, const char* helpFile, ZefDialog* dialog))                  \
   X(int, VCLCmdURL, (ZefDialog dialog, signed char command, const char* text, int* value))
 
 /* The two exports of C++ names, as C sees them: X(result, name, parameters, exported name). */
-#define ZEFEXT_DECORATED_FUNCTIONS(X)                                                   \
-  X(HWND, CreateExampleView, (void* parent, const char* helpFile, ZefDialog* view),     \
-    "@CreateExampleView$qqspvxpxcrp8IUnknown")                                          \
+#define ZEFEXT_DECORATED_FUNCTIONS(X)                                               \
+  X(HWND, CreateExampleView, (void* parent, const char* helpFile, ZefDialog* view), \
+    "@CreateExampleView$qqspvxpxcrp8IUnknown")                                      \
   X(void*, VCLExDlgDlwdGive, (void* exClass, void* view), "@VCLExDlgDlwdGive$qqsp9IExClass1pv")
 
 /* The library and its exports; all null while none is loaded. */
@@ -98,9 +97,9 @@ ZEFEXT_LOCAL const char* ZefExtBind(ZefExt* zef, HMODULE module) {
   const char* missing = NULL;
   FARPROC address;
   zef->Module = module;
-#define ZEFEXT_BIND_AS(name, exported)         \
-  address = GetProcAddress(module, exported);  \
-  if (!address && !missing) missing = #name;   \
+#define ZEFEXT_BIND_AS(name, exported)        \
+  address = GetProcAddress(module, exported); \
+  if (!address && !missing) missing = #name;  \
   memcpy(&zef->name, &address, sizeof address);
 #define ZEFEXT_BIND(result, name, parameters) ZEFEXT_BIND_AS(name, #name)
 #define ZEFEXT_BIND_DECORATED(result, name, parameters, exported) ZEFEXT_BIND_AS(name, exported)

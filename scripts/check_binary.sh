@@ -32,7 +32,7 @@ Header MinorOSystemVersion 1
 Header MajorSubsystemVersion 6
 Header MinorSubsystemVersion 1
 Header Subsystem '0*2 .*'
-for hardening in DYNAMIC_BASE NX_COMPAT NO_SEH; do Header "$hardening" ''; done
+for hardening in DYNAMIC_BASE NX_COMPAT; do Header "$hardening" ''; done
 grep -qE '^Time/Date (Thu Jan 1 00:00:00 1970|0*|.*not set.*)$' <<<"$headers" ||
   Fault "bears a time stamp: $(grep -m1 '^Time/Date' <<<"$headers")"
 

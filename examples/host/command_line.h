@@ -8,9 +8,9 @@
 /// ZEF.EXE [--script N] [--line L] [--column C] [--assist] [--log FILE]
 /// Script, line and column count from 1, as the window shows them.
 struct TCommandLine {
-  int Script = 0;  ///< counts from 0 here
+  int Script = 0;                                    ///< counts from 0 here
   std::optional<TScriptEditor::TPosition> Position;  ///< nothing: where the macro says
-  bool Assist = false;  ///< open the assistant at that place
+  bool Assist = false;                               ///< open the assistant at that place
   std::wstring LogFile;
 };
 

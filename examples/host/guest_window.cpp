@@ -93,6 +93,10 @@ LRESULT CALLBACK TGuestWindow::WindowProc(HWND window, UINT message, WPARAM wPar
       if (LOWORD(wParam) == IDM_VIEW_CLEAR) self->FLibrary.ClearViewChanged(self->FDialog);
       self->ShowChanged();
       return 0;
+    case WM_SETFOCUS:
+      // The guest was made while this window was hidden, and did not take the focus then.
+      SetFocus(GetWindow(self->FHandle, GW_CHILD));
+      return 0;
     case WM_DESTROY:
       // A view goes with this window; a dialog is ours until we give it back.
       if (self->FGuest == TGuest::Dialog) self->FLibrary.FreeDialog(self->FDialog);

@@ -26,8 +26,7 @@ class TRunning {
 
 }  // namespace
 
-std::string TLibrary::Load(const std::wstring& file, HWND mainWindow,
-                           const std::string& helpFile) {
+std::string TLibrary::Load(const std::wstring& file, HWND mainWindow, const std::string& helpFile) {
   const HMODULE module = LoadLibraryW(file.c_str());
   if (!module) return "zefext.dll";
   if (const char* missing = ZefExtBind(&FZef, module)) {
@@ -240,7 +239,8 @@ void TLibrary::KeepSetting(const std::string& name, const std::string& value) {
 
 void TLibrary::ShowHint(HWND owner, const std::string& text, POINT place, int maxWidth) {
   if (!Loaded()) return;
-  FZef.VCLShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y), maxWidth);
+  FZef.VCLShowHint(owner, text.c_str(), static_cast<int>(place.x), static_cast<int>(place.y),
+                   maxWidth);
   FLog.Add(L"VCLShowHint(" + Number(owner) + L", " + Quoted(text) + L", " +
                std::to_wstring(place.x) + L", " + std::to_wstring(place.y) + L", " +
                std::to_wstring(maxWidth) + L")",
@@ -255,7 +255,8 @@ TLibrary::TDirectoryChoice TLibrary::SelectDirectory(bool showList) {
   if (!Loaded()) return {};
   const TRunning running(FRunning);
   unsigned char cancelled = 0;
-  const bool changed = FZef.VCLSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
+  const bool changed =
+      FZef.VCLSelectDirList("", static_cast<unsigned char>(showList), &cancelled) != 0;
   FLog.Add(L"VCLSelectDirList(\"\", " + std::to_wstring(showList) + L") = " +
            std::to_wstring(changed) + L", " + std::to_wstring(cancelled));
   return {changed, cancelled != 0};

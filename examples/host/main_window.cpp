@@ -170,8 +170,9 @@ void TMainWindow::LoadLibraryBesideProgram() {
   const std::string helpFile = ToAnsi(BesideProgram(L"ZEF.HLP")).value_or("ZEF.HLP");
   const std::string missing = FLibrary.Load(BesideProgram(L"zefext.dll"), FHandle, helpFile);
   Tell(missing.empty() ? L"Prêt"
-                       : ToWide(missing) + L" est introuvable : l'assistant et la couleur des "
-                                           L"mots ne sont pas disponibles.");
+                       : ToWide(missing) +
+                             L" est introuvable : l'assistant et la couleur des "
+                             L"mots ne sont pas disponibles.");
 }
 
 void TMainWindow::Arrange() {

@@ -19,7 +19,8 @@ namespace {
 struct TStop {
   const char* Name;
   int Script;        ///< counts from 1
-  const char* Text;  ///< where the cursor stands in the script
+  const char* Text;  ///< where the cursor stands in the script; null: where the program puts it;
+                     ///< empty: the user's list of directories is empty
   void (*Make)(TTourHost& host);
 };
 
@@ -267,10 +268,10 @@ void SetSetting(const wchar_t* name, const std::wstring& value) {
                   static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
-/// A user's list of one accounts directory, which opens by itself, or none at all.
+/// A user's list of one accounts directory, which opens by itself, or an empty list.
 void KeepDirectories(const std::wstring& directory) {
   RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
-  if (directory.empty()) return;
+  if (directory.empty()) return SetSetting(L"NbDirAlias", L"0");
   SetSetting(L"DirAliasName0", L"Comptes de la visite");
   SetSetting(L"DirAliasPath0", directory);
   SetSetting(L"DirAliasDefault", L"Comptes de la visite");
@@ -284,11 +285,23 @@ void AddDirectory(TTourHost& host, TFormDriver& form, const char* name, const ch
   host.Picture(box, "name");
   box.Press(VK_RETURN);
   box.WaitGone();
+  host.User().WaitUntil("the new entry", [&] { return form.Enabled("EditRep"); });
   form.Fill("EditRep", path);
 }
 
-/// The first start: there is no accounts directory yet, one is added and opened. Then the list from
-/// the menu.
+/// Nothing was ever kept: the program brings an accounts directory of its own, and F1 has something
+/// to show where the cursor stands.
+void FirstStart(TTourHost& host) {
+  Expect(host.Window().Caption().ends_with("\\Comptes"), "the program's own directory");
+  host.Picture(host.Window(), "host");
+  host.Window().Press(VK_F1);
+  TFormDriver form = host.User().WaitForForm("TDlgSyntax");
+  Expect(!form.SelectedItem("BoxType").empty(), "a type that the assistant knows");
+  form.Press(VK_ESCAPE);
+  form.WaitGone();
+}
+
+/// An empty list: one directory is added and opened. Then the list from the menu.
 void Directories(TTourHost& host) {
   TFormDriver form = host.User().WaitForForm("TDlgDirSelect");
   host.Picture(form, "empty");
@@ -331,6 +344,7 @@ void Update(TTourHost& host) {
 }
 
 constexpr TStop Stops[] = {
+    {"first", 1, nullptr, FirstStart},
     {"directories", 1, "", Directories},
     {"assistant", 1, "SoldeAu(Date, zefPointee", Assistant},
     {"chain", 2, "Categorie.Budget.Periodes", Chain},
@@ -348,12 +362,13 @@ constexpr TStop Stops[] = {
 bool Make(const TStop& stop, const std::wstring& directory) {
   std::printf("%s\n", stop.Name);
   std::fflush(stdout);
-  const bool firstStart = stop.Make == Directories;
-  KeepDirectories(firstStart ? L"" : directory);
+  // A null text leaves the cursor where the program puts it; an empty one is for an empty list.
+  KeepDirectories(stop.Text && !*stop.Text ? L"" : directory);
+  if (!stop.Text) RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
   try {
     TTourHost host(directory, stop.Name, L"--script " + std::to_wstring(stop.Script));
     try {
-      if (!firstStart) host.GoTo(stop.Text);
+      if (stop.Text && *stop.Text) host.GoTo(stop.Text);
       stop.Make(host);
       host.Quit();
       return true;

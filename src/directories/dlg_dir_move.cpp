@@ -2,6 +2,7 @@
 
 #include "directories/rules/directory_move.h"
 #include "forms/wait_cursor.h"
+#include "platform/guard.h"
 
 namespace {
 
@@ -85,11 +86,14 @@ TMoveOutcome MoveWatched(const std::string& directory, const std::string& folder
   const TWaitCursor wait;
   thread.Resume();
   if (!thread.Ended().Wait(kUnnoticed)) {
-    const auto dialog = CreateForm<TDlgDirMove>(thread);
-    dialog->SetDirectory(directory);
-    dialog->Watch();
-    // The modal run ends early when the library is freed or the program quits.
-    if (!thread.Ended().Wait(0)) thread.Progress.Cancelled = true;
+    // Whatever becomes of the dialog, how the move ended must be known.
+    Guarded([&] {
+      const auto dialog = CreateForm<TDlgDirMove>(thread);
+      dialog->SetDirectory(directory);
+      dialog->Watch();
+      // The modal run ends early when the library is freed or the program quits.
+      if (!thread.Ended().Wait(0)) thread.Progress.Cancelled = true;
+    });
   }
   thread.WaitFor();
   return {thread.MovedTo, thread.Progress.Cancelled};

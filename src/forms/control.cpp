@@ -102,13 +102,12 @@ LRESULT CALLBACK TControl::SubclassProc(HWND window, UINT message, WPARAM wParam
   const TCallScope scope;
   auto* control = reinterpret_cast<TControl*>(self);
   const TFormPin pin(control->FForm);
-  return Guarded<LRESULT>(
-      0,
-      [&] {
-        const TOurControls controls;
-        return control->WindowProc(window, message, wParam, lParam);
-      },
-      {std::source_location::current(), window, message});
+  return Guarded<LRESULT>(0,
+                          [&] {
+                            const TOurControls controls;
+                            return control->WindowProc(window, message, wParam, lParam);
+                          },
+                          {std::source_location::current(), window, message});
 }
 
 LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -6,6 +6,10 @@ bool IsInside(HWND form, HWND window) { return window == form || IsChild(form, w
 
 bool IsEmbedded(HWND form) { return (GetWindowLongW(form, GWL_STYLE) & WS_CHILD) != 0; }
 
+HWND HostOf(HWND form) {
+  return IsEmbedded(form) ? GetAncestor(form, GA_ROOT) : GetWindow(form, GW_OWNER);
+}
+
 struct TTabStopSearch {
   HWND Leaving;
   HWND Found = nullptr;
@@ -31,18 +35,22 @@ bool CanHaveFocus(HWND window) {
 }
 
 bool IsOfHost(HWND form, HWND window) {
-  const HWND host = IsEmbedded(form) ? GetAncestor(form, GA_ROOT) : GetWindow(form, GW_OWNER);
-  return window && !IsInside(form, window) && GetAncestor(window, GA_ROOT) == host;
+  return window && !IsInside(form, window) && GetAncestor(window, GA_ROOT) == HostOf(form);
+}
+
+bool HasFocus(HWND form) {
+  const HWND focus = GetFocus();
+  return focus && IsInside(form, focus);
 }
 
 void GiveFocusBack(HWND form, HWND before) {
-  const HWND focus = GetFocus();
-  if (!focus || !IsInside(form, focus)) return;
+  const HWND host = HostOf(form);
+  if (GetActiveWindow() != host) return;
   if (CanHaveFocus(before)) {
     SetFocus(before);
   } else if (IsEmbedded(form)) {
     TTabStopSearch search{form};
-    EnumChildWindows(GetAncestor(form, GA_ROOT), IsNoTabStop, reinterpret_cast<LPARAM>(&search));
+    EnumChildWindows(host, IsNoTabStop, reinterpret_cast<LPARAM>(&search));
     if (search.Found) SetFocus(search.Found);
   }
 }

@@ -13,7 +13,11 @@ bool CanHaveFocus(HWND window);
 /// elsewhere in the window around it. Not in another dialog of ours, nor in a message box.
 bool IsOfHost(HWND form, HWND window);
 
-/// Takes the focus out of a form that is about to hide; does nothing when it is elsewhere. The
-/// window that had it before the form gets it back. Where that one cannot have it any more, the
-/// first tab stop around an embedded form gets it; else the system decides.
+/// The focus is in that form.
+bool HasFocus(HWND form);
+
+/// Gives the focus that a form has (an embedded one, about to hide) or had (one with a window of
+/// its own, hidden now) to the host's window that had it before. Where that one cannot have it any
+/// more, the first tab stop around an embedded form gets it. Which window is active is left to the
+/// system.
 void GiveFocusBack(HWND form, HWND before);

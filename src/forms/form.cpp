@@ -32,7 +32,11 @@ void TForm::Show() {
   if (fresh) {
     // Where the user left it, unless no monitor is there any more.
     const bool stands = FPlaced && MonitorFromWindow(FHandle, MONITOR_DEFAULTTONULL);
-    if (Modal() || !stands) Place();
+    if (Modal() || !stands) {
+      Place();
+    } else {
+      KeepOnScreen();
+    }
     FPlaced = true;
     if (OnShow) OnShow();
     if (!Modal()) AddModelessForm(FHandle);
@@ -48,7 +52,9 @@ void TForm::Show() {
 void TForm::Hide() {
   if (!Shown()) return;
   RememberSize();
+  const bool active = !FParentWindow && HasFocus(FHandle);
   ShowWindow(FHandle, SW_HIDE);
+  if (active) GiveFocusBack(FHandle, FFocusBefore);
   FEntered = nullptr;
   if (OnHide) OnHide();
 }

@@ -87,9 +87,11 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       Close();
       return true;
     case WM_SHOWWINDOW:
-      // While it can still be told apart from a focus that is nowhere. Not when the form only goes
-      // with its owner.
-      if (!wParam && !lParam) GiveFocusBack(FHandle, FFocusBefore);
+      // By whoever hides it, and while the focus is still there to be told from one that is
+      // nowhere.
+      if (!wParam && !lParam && FParentWindow && HasFocus(FHandle)) {
+        GiveFocusBack(FHandle, FFocusBefore);
+      }
       return false;
     case WM_SETFOCUS:
       FocusArrived(reinterpret_cast<HWND>(wParam));

@@ -7,6 +7,7 @@
 #include "forms/dpi.h"
 #include "forms/form.h"
 #include "platform/code_page.h"
+#include "platform/kept.h"
 
 #ifndef WM_DPICHANGED_AFTERPARENT
 #define WM_DPICHANGED_AFTERPARENT 0x02E3
@@ -21,8 +22,7 @@ struct TChosenSize {
 };
 
 std::map<std::string, TChosenSize>& ChosenSizes() {
-  static std::map<std::string, TChosenSize> sizes;
-  return sizes;
+  return Kept<std::map<std::string, TChosenSize>>();
 }
 
 SIZE SizeOf(const RECT& bounds) { return {bounds.right - bounds.left, bounds.bottom - bounds.top}; }

@@ -99,8 +99,9 @@ std::string TCensus::NewSince(const TCensus& earlier) const {
   for (const DWORD thread : Threads) {
     if (earlier.Threads.contains(thread)) continue;
     const HMODULE module = StartModule(thread);
-    // The system keeps the threads of its pool for a while.
-    if (module == GetModuleHandleA("ntdll.dll")) continue;
+    // The system keeps the threads of its pool, and those that serve its own calls, for a while.
+    if (module == GetModuleHandleA("ntdll.dll") || module == GetModuleHandleA("rpcrt4.dll"))
+      continue;
     news += Say("thread ", std::hex, thread, " of ", ModuleName(module), "\n");
   }
   return news;

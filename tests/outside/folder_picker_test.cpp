@@ -1,3 +1,5 @@
+#include <fstream>
+
 #include "outside/directories_fixture.h"
 
 /// The shell's folder picker, opened by the dialog to point an entry elsewhere and to move it.
@@ -86,6 +88,29 @@ TEST_F(FolderPicker, MovesTheActiveDirectoryToAnotherVolumeAndBack) {
   EXPECT_EQ(Current(), Path("retour/Comptes d'été"));
   EXPECT_EQ(Settings()["DirAliasPath0"], Current()) << "a move is stored at once";
   EXPECT_EQ(Settings().count("DirAliasMove"), 0u);
+}
+
+// Long enough for a user to see it and to think better of it.
+TEST_F(FolderPicker, AMoveIsShownAndCancelledWhileItCopies) {
+  const std::string home = MakeDirectory("comptes", true);
+  for (int i = 0; i < 1000; ++i) {
+    std::ofstream(std::filesystem::path(Wide(home)) / std::to_string(i)) << "compte";
+  }
+  Store({{"Comptes", home}});
+  Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
+    form.Select("ListRep", "Comptes");
+    MoveInto(user, form, "D:\\", "(D:)");
+    TFormDriver moving = user.WaitForForm("TDlgDirMove");
+    EXPECT_EQ(moving.Text("LabelPath"), home);
+    moving.Click("ButtonCancel");
+    moving.WaitGone();
+    form.WaitFocus("BtnMove");
+    EXPECT_EQ(form.Text("EditRep"), home);
+    form.Press(VK_ESCAPE);
+  });
+  EXPECT_TRUE(std::filesystem::exists(Wide(home + "\\999")));
+  WIN32_FIND_DATAW left;
+  EXPECT_EQ(FindFirstFileW(L"D:\\comptes*", &left), INVALID_HANDLE_VALUE) << Utf8(left.cFileName);
 }
 
 TEST_F(FolderPicker, ARefusedMoveLeavesEverythingWhereItWas) {

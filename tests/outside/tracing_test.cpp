@@ -36,30 +36,23 @@ TEST_F(HintBubble, StandsOnTheMonitorWithinTheWidthGiven) {
     std::string Text;
     POINT At;
     int MaxWidth;
-    int MinLines;
-    int MaxLines = INT_MAX;
   } bubbles[] = {
-      {text, {300, 250}, 1000, 1, 1},
-      {text, {300, 250}, 200, 2, 3},
-      {text, {300, 250}, 100, 4},
-      {std::string(200, 'm'), {300, 250}, 300, 4},
-      {text, {300, 250}, 0, 1, 1},
-      {text, {300, 250}, INT_MIN, 1, 1},
-      {text, {300, 250}, INT_MAX, 1, 1},
-      {"abc", {300, 250}, 1, 3, 3},
-      {words, {0, 0}, 300, 30},
-      {words, {0, 0}, 0, 30},
-      {"Annuler", {-500, -500}, 200, 1, 1},
-      {"Annuler", {9000, 9000}, 200, 1, 1},
-      {"Annuler", {INT_MAX, INT_MIN}, 0, 1, 1},
-      {"", {300, 250}, 200, 1, 1},
+      {text, {300, 250}, 1000},
+      {text, {300, 250}, 100},
+      {text, {300, 250}, 0},
+      {text, {300, 250}, INT_MIN},
+      {text, {300, 250}, INT_MAX},
+      {"abc", {300, 250}, 1},
+      {std::string(200, 'm'), {9, 9}, 300},
+      {words, {0, 0}, 300},
+      {words, {0, 0}, 0},
+      {"Annuler", {-500, -500}, 200},
+      {"Annuler", {9000, 9000}, 200},
+      {"", {300, 250}, 200},
+      {"Annuler", {INT_MAX, INT_MIN}, 0},
   };
   const HWND active = GetForegroundWindow();
-  Library->VCLShowHint(MainWindow, "x", 0, 0, 100);
-  const int oneLine = Height(BoundsOf(Bubble()));
-  Library->VCLShowHint(MainWindow, "x\nx", 0, 0, 100);
-  const int line = Height(BoundsOf(Bubble())) - oneLine;
-  for (const auto& [said, at, maxWidth, minLines, maxLines] : bubbles) {
+  for (const auto& [said, at, maxWidth] : bubbles) {
     SCOPED_TRACE(said.substr(0, 20) + " within " + std::to_string(maxWidth));
     Library->VCLShowHint(MainWindow, Ansi(said).c_str(), at.x, at.y, maxWidth);
     const HWND bubble = Bubble();
@@ -75,9 +68,6 @@ TEST_F(HintBubble, StandsOnTheMonitorWithinTheWidthGiven) {
     if (maxWidth > 20) {
       EXPECT_LE(Width(bounds), maxWidth);
     }
-    const int lines = (Height(bounds) - oneLine) / line + 1;
-    EXPECT_GE(lines, minLines);
-    EXPECT_LE(lines, maxLines);
     EXPECT_EQ(TextOf(bubble), said);
     EXPECT_EQ(GetWindow(bubble, GW_OWNER), MainWindow);
     EXPECT_EQ(GetForegroundWindow(), active);
@@ -86,7 +76,7 @@ TEST_F(HintBubble, StandsOnTheMonitorWithinTheWidthGiven) {
   Library->VCLShowHint(MainWindow, Ansi(text).c_str(), 100, 100, 200);
   const RECT before = BoundsOf(Bubble());
   SendMessageW(Bubble(), WM_DPICHANGED, MAKEWPARAM(192, 192), reinterpret_cast<LPARAM>(&before));
-  EXPECT_NEAR(Height(BoundsOf(Bubble())), 2 * Height(before), line);
+  EXPECT_NEAR(Height(BoundsOf(Bubble())), 2 * Height(before), 40);
   EXPECT_NEAR(Width(BoundsOf(Bubble())), 2 * Width(before), 80);
 }
 

@@ -71,34 +71,16 @@ TEST_F(Views, StandInTheHostsWindowOrByThemselvesUntilItGoes) {
       EXPECT_NEAR(place.left + place.right, area.left + area.right, 2);
       EXPECT_NEAR(place.top + place.bottom, area.top + area.bottom, 2);
     }
+    for (void* wrong : {static_cast<void*>(nullptr), static_cast<void*>(&place),
+                        static_cast<void*>(window), static_cast<void*>(MainWindow)}) {
+      EXPECT_TRUE(Refused(wrong));
+    }
+    EXPECT_EQ(Library->VCLFreeNonModalDialog(view) & 0xFF, 0);
     EXPECT_FALSE(Refused(view));
     EXPECT_TRUE(Shown(window));
     DestroyWindow(IsWindow(parent) && parent != MainWindow ? parent : window);
     EXPECT_TRUE(Refused(view));
   }
-}
-
-TEST_F(Views, WrongHandlesGetNothing) {
-  ZefDialog dialog = nullptr;
-  Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &dialog);
-  ZefDialog freed = nullptr;
-  Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &freed);
-  Library->VCLFreeNonModalDialog(freed);
-  HWND window = nullptr;
-  const ZefDialog view = MakeView(Holder(), &window);
-  char foreign[256]{};
-  for (void* wrong :
-       {static_cast<void*>(nullptr), static_cast<void*>(foreign), reinterpret_cast<void*>(8),
-        static_cast<void*>(MainWindow), static_cast<void*>(window), static_cast<void*>(dialog)}) {
-    EXPECT_TRUE(Refused(wrong)) << wrong;
-  }
-  if (freed != view) {
-    EXPECT_TRUE(Refused(freed));
-  }
-  EXPECT_EQ(Library->VCLFreeNonModalDialog(view) & 0xFF, 0);
-  EXPECT_FALSE(Refused(view));
-  EXPECT_NE(Library->CreateExampleView(MainWindow, nullptr, nullptr), nullptr);
-  Library->VCLFreeNonModalDialog(dialog);
 }
 
 TEST_F(Views, HelpFileOfAViewIsEveryonesFromThenOn) {

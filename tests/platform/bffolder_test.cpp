@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <objbase.h>
 
 #include <thread>
 
@@ -98,6 +99,22 @@ TEST_F(Bffolder, TellsWhenItIsThereAndTakesChangesWhileOpen) {
   Folder.OnSelectionChanged = nullptr;
   EXPECT_FALSE(Execute([](TUser&, TFormDriver& picker) { picker.Press(VK_ESCAPE); }));
   EXPECT_EQ(Folder.SelectedDir(), "C:\\users") << "a picker left by Cancel changes nothing";
+}
+
+// The newer look, which users can size, needs a thread for windows.
+TEST_F(Bffolder, OpensWhateverTheThreadingModelOfItsThread) {
+  for (const DWORD model : {COINIT_MULTITHREADED, COINIT_APARTMENTTHREADED}) {
+    std::thread host([&] {
+      ASSERT_HRESULT_SUCCEEDED(CoInitializeEx(nullptr, model));
+      EXPECT_FALSE(Execute([&](TUser&, TFormDriver& picker) {
+        const bool sizeable = (GetWindowLongW(picker.Handle(), GWL_STYLE) & WS_THICKFRAME) != 0;
+        EXPECT_EQ(sizeable, model == COINIT_APARTMENTTHREADED);
+        picker.Click("#2");
+      }));
+      CoUninitialize();
+    });
+    host.join();
+  }
 }
 
 TEST_F(Bffolder, RootOfTheTree) {

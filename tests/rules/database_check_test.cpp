@@ -72,9 +72,13 @@ TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
        "<const name=\"a b\" type=\"T\"/>",
        {{3, Unreachable, "Authenticate"}, {4, Unreachable, "a-b"}, {4, Unreachable, "a b"}}},
       {"<method name=\"F\"><comment>x</comment><oparam name=\"p\" def=\"-1\"/>"
-       "<oparam name=\"q\" def=\"it's\"/><oparam name=\"r\" def=\"1, 2\"/></method>"
+       "<oparam name=\"q\" def=\"-1\"/><oparam name=\"r\" def=\"it's\"/><oparam name=\"s\" "
+       "def=\"1, 2\"/></method>"
        "\n<list name=\"M\"><listconst name=\"(a\"/></list>",
-       {{2, CuttingValue, "it's"}, {2, CuttingValue, "1, 2"}, {3, CuttingValue, "(a"}}},
+       {{2, CuttingValue, "-1"},
+        {2, CuttingValue, "it's"},
+        {2, CuttingValue, "1, 2"},
+        {3, CuttingValue, "(a"}}},
   };
   for (const auto& row : rows) {
     const std::string xml = std::string(Good) + "\n" + std::string(row.Xml) + "</objects>";

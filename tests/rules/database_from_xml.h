@@ -6,8 +6,8 @@
 
 #include "syntax/rules/syntax_database.h"
 
-/// Feeds a sink of nodes from a text in the small part of XML that tests write: no entities, no white
-/// space inside tags but one blank before an attribute, double quotes only.
+/// Feeds a sink of nodes from a text in the small part of XML that tests write: no entities, no
+/// white space inside tags but one blank before an attribute, double quotes only.
 template <class TSink>
 void FeedXml(std::string_view xml, TSink& sink) {
   const auto take = [&xml](std::string_view end) {

@@ -57,14 +57,16 @@ struct TFirstLines {
 };
 
 /// Whether a call of that member, written in a line, is read back as it was written.
-bool ReadBack(std::string_view member, std::string_view value, bool parenthesised) {
+bool ReadBack(std::string_view member, std::string_view first, std::string_view second,
+              bool parenthesised) {
   const TSyntaxNames names;
   const std::string call = "o." + std::string(member) + (parenthesised ? "(" : " ") +
-                           std::string(value) + ", 1" + (parenthesised ? ")" : "");
+                           std::string(first) + ", " + std::string(second) +
+                           (parenthesised ? ")" : "");
   TLineAnalysis line;
   line.CutHostLine(call, 2, names);
   return line.Expression() == call && line.MemberName() == member && line.ValueCount() == 2 &&
-         line.Value(0) == value && line.Value(1) == "1";
+         line.Value(0) == first && line.Value(1) == second;
 }
 
 bool ReachableFunction(std::string_view name) {
@@ -72,7 +74,7 @@ bool ReachableFunction(std::string_view name) {
   names.Functions.Add(name);
   const std::string call = std::string(name) + "(1)";
   TLineAnalysis line;
-  line.CutHostLine(call, 1, names);
+  line.CutHostLine(call, 0, names);
   return line.Expression() == call && line.FunctionMode() && line.MemberName() == name;
 }
 
@@ -198,11 +200,18 @@ struct TDatabaseCheck::TFindings {
     const bool offered = std::ranges::any_of(
         Lists, [&](std::string_view each) { return list.find(each) != std::string_view::npos; });
     if (!list.empty() && !offered) Add(node, TDatabaseFaultKind::UnknownList, list, NameOf(node));
-    CheckValue(node, node.Attribute("def"));
+    const TNode& before = Nodes[static_cast<std::size_t>(&node - Nodes.data()) - 1];
+    const bool first = before.Parent != node.Parent || !before.Element.ends_with("param");
+    CheckValue(node, node.Attribute("def"), first);
   }
 
-  void CheckValue(const TNode& node, std::string_view value) {
-    if (value.empty() || (ReadBack("m", value, true) && ReadBack("m", value, false))) return;
+  /// The analysis minds what a call without parentheses begins with more than what follows.
+  void CheckValue(const TNode& node, std::string_view value, bool first) {
+    const auto readBack = [&](bool parenthesised) {
+      return first ? ReadBack("m", value, "1", parenthesised)
+                   : ReadBack("m", "1", value, parenthesised);
+    };
+    if (value.empty() || (readBack(true) && readBack(false))) return;
     Add(node, TDatabaseFaultKind::CuttingValue, value);
   }
 
@@ -216,7 +225,7 @@ struct TDatabaseCheck::TFindings {
       Add(node, TDatabaseFaultKind::Hidden, name, {}, First.at(name)->Line);
     }
     if (!Reachable(node, top)) Add(node, TDatabaseFaultKind::Unreachable, name);
-    if (node.Element == "listconst") CheckValue(node, name);
+    if (node.Element == "listconst") CheckValue(node, name, false);
     // Lists of one name are one; everything else is found once.
     if (node.Element == "list") return;
     std::string scope = type                            ? std::string("type")
@@ -234,7 +243,7 @@ struct TDatabaseCheck::TFindings {
   static bool Reachable(const TNode& node, bool top) {
     const std::string_view name = node.Attribute("name");
     if (top && IsMember(node.Element)) return ReachableFunction(name);
-    if (IsMember(node.Element)) return ReadBack(name, "1", true);
+    if (IsMember(node.Element)) return ReadBack(name, "1", "2", true);
     return node.Element != "const" || ReachableObject(name);
   }
 
