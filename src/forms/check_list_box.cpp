@@ -79,10 +79,11 @@ void TCheckListBox::DeleteItem(int index) {
 }
 
 void TCheckListBox::ClearItems() {
-  SetItemIndex(-1);
   FRows.clear();
-  // At once, so that the list begins at its top again.
+  // At once, so that no item is selected and the list begins at its top again.
+  FUpdating = true;
   Send(LVM_SETITEMCOUNT, 0);
+  FUpdating = false;
 }
 
 int TCheckListBox::ItemIndex() const {
@@ -90,11 +91,14 @@ int TCheckListBox::ItemIndex() const {
 }
 
 void TCheckListBox::SetItemIndex(int index) {
-  FUpdating = true;
+  // Said of no item it would be asked of all; the list knows which one it is.
+  const int target = index < 0 ? ItemIndex() : index;
+  if (target < 0) return;
   LVITEMW item{};
   item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
   item.state = index < 0 ? 0 : item.stateMask;
-  Send(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+  FUpdating = true;
+  Send(LVM_SETITEMSTATE, static_cast<WPARAM>(target), reinterpret_cast<LPARAM>(&item));
   FUpdating = false;
   if (index >= 0) Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
 }
@@ -117,8 +121,7 @@ int TCheckListBox::Find(const std::wstring& text, int start, bool beginning) con
     const int index = (start + i) % Count();
     const std::wstring& row = FRows[static_cast<std::size_t>(index)].Text;
     if (row.size() < text.size() || (!beginning && row.size() != text.size())) continue;
-    if (CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, row.c_str(), length, text.c_str(),
-                       length) == CSTR_EQUAL)
+    if (CompareStringOrdinal(row.c_str(), length, text.c_str(), length, TRUE) == CSTR_EQUAL)
       return index;
   }
   return -1;
@@ -166,11 +169,6 @@ bool TCheckListBox::HandleNotify(const NMHDR& header, LRESULT& result) {
         Raise(OnDblClick);
       }
       return true;
-    case LVN_KEYDOWN:
-      if (reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey == VK_SPACE) {
-        Toggle(static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED)));
-      }
-      return true;
     case NM_CUSTOMDRAW:
       result = CustomDraw(reinterpret_cast<const NMLVCUSTOMDRAW&>(header));
       return true;
@@ -215,6 +213,10 @@ void TCheckListBox::Toggle(int index) {
 
 LRESULT TCheckListBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_LBUTTONDOWN || message == WM_KEYDOWN) FSelectionRaised = false;
+  if (message == WM_KEYDOWN && wParam == VK_SPACE) {
+    Toggle(static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED)));
+    return 0;
+  }
   const LRESULT result = TItemsControl::WindowProc(window, message, wParam, lParam);
   if (message == WM_SETREDRAW) {
     FRedraws = wParam != FALSE;

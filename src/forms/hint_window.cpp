@@ -73,7 +73,7 @@ void THintWindow::Arrange(POINT at, int dpi) {
   FDpi = dpi;
   FFont = TooltipFont(dpi);
   FMargin = MulDiv(kMargin, dpi, 96);
-  const RECT area = WorkAreaOf({at.x, at.y, at.x + 1, at.y + 1});
+  const RECT area = WorkAreaOf({at.x, at.y, at.x, at.y});
   const LONG frame = 2 * (FMargin + kBorder);
   const LONG room = area.right - area.left;
   const LONG inner = std::max((FMaxWidth > 0 ? std::min<LONG>(FMaxWidth, room) : room) - frame, 1L);

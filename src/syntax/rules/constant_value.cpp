@@ -36,7 +36,6 @@ int FindCategory(std::span<const TConstantCategory> categories, std::string_view
 void TConstantChoice::Fill(const TSyntaxDatabase& database, std::string_view category) {
   *this = TConstantChoice();
   if (category.empty()) return;
-  std::string line;
   for (const TSyntaxElement& element : database.Elements()) {
     if (element.Kind != TSyntaxKind::List || element.Name != category) continue;
     FType = element.Type;
@@ -46,9 +45,19 @@ void TConstantChoice::Fill(const TSyntaxDatabase& database, std::string_view cat
       if (!constant.Listed) continue;
       FByName[UpperText(constant.Name)].push_back(Count());
       FNames.push_back(constant.Name);
-      FConstantHelp.Add(line.assign(constant.Name).append(1, '=').append(constant.Help));
+      FConstantHelp.push_back(constant.Help);
     }
   }
+}
+
+const std::string& TConstantChoice::ConstantHelp(int constant) const {
+  const std::vector<int>& sameName = FByName.at(UpperText(Name(constant)));
+  const auto help = [this](int i) -> const std::string& {
+    return FConstantHelp[static_cast<std::size_t>(i)];
+  };
+  return help(*std::min_element(sameName.begin(), sameName.end(), [&](int a, int b) {
+    return CompareText(help(a), help(b), false) < 0;
+  }));
 }
 
 bool TConstantChoice::Ticked(int constant) const {

@@ -43,7 +43,8 @@ class TConstantChoice {
   const std::string& Name(int constant) const {
     return FNames.at(static_cast<std::size_t>(constant));
   }
-  std::string_view ConstantHelp(int constant) const { return FConstantHelp.Value(Name(constant)); }
+  /// Of constants that share a name, letter case ignored, the help that sorts first.
+  const std::string& ConstantHelp(int constant) const;
   bool Ticked(int constant) const;
 
   /// Ticks the constants that the value names between its "+", letter case and blanks around them
@@ -65,7 +66,7 @@ class TConstantChoice {
   std::string FType;
   std::vector<std::string> FHelp;
   std::vector<std::string> FNames;
-  TStringList FConstantHelp{{.Sorted = true}};                ///< name=help
+  std::vector<std::string> FConstantHelp;
   std::unordered_map<std::string, std::vector<int>> FByName;  ///< by upper-cased name
   std::vector<int> FTicked;                                   ///< ascending
 };
