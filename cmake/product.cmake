@@ -4,6 +4,9 @@ add_compile_definitions(WINVER=0x0601 _WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NO
 # -static: the host's machine has none of this compiler's runtime.
 add_link_options(-static -static-libgcc -static-libstdc++)
 add_compile_options(-ffunction-sections -fdata-sections)
+# Two builds of one source are the same bytes, whenever and wherever they are made.
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+add_link_options(-Wl,--no-insert-timestamp)
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 configure_file(${PROJECT_SOURCE_DIR}/src/resources/version.rc.in ${PROJECT_BINARY_DIR}/version.rc
@@ -52,11 +55,10 @@ add_library(zefext SHARED ${PROJECT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}
 set_target_properties(zefext PROPERTIES PREFIX "")
 target_link_libraries(zefext PRIVATE zefext_objects)
 # Windows 7 is the oldest system. Handlers of structured exceptions lie in the image (modal runs), so
-# it must not say that there are none. Two builds of one source are the same bytes. The map tells the
-# check of the binary where code is.
+# it must not say that there are none. The map tells the check of the binary where code is.
 target_link_options(zefext PRIVATE -Wl,--gc-sections -s -Wl,--enable-stdcall-fixup
   -Wl,--subsystem,windows:6.1 -Wl,--major-os-version,6 -Wl,--minor-os-version,1
-  -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
+  -Wl,--nxcompat -Wl,--dynamicbase
   -Wl,-Map,${PROJECT_BINARY_DIR}/zefext.map)
 # The licences of what is linked in go with the library.
 add_custom_command(TARGET zefext POST_BUILD COMMAND ${CMAKE_COMMAND} -E copy_directory
