@@ -77,7 +77,7 @@ endforeach()
 file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
 add_executable(platform_tests ${ZEF_PLATFORM_TESTS} ${PROJECT_BINARY_DIR}/layouts.rc)
 set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
-target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main)
+target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main oleacc)
 
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
 zef_outside_program(outside_bench tests/outside/themed.rc benchmarks/outside/main.cpp

@@ -1,6 +1,14 @@
 #include "library.h"
 
+#include <type_traits>
+
 #include "ansi.h"
+
+// What is bound is what the contract declares.
+#define ZEF_SAME(result, name, parameters) \
+  static_assert(std::is_same_v<decltype(ZefExt::name), decltype(&::name)>);
+ZEFEXT_FUNCTIONS(ZEF_SAME)
+#undef ZEF_SAME
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "zefext.h"
+#include "zefext_load.h"
 
 /// One function of the library, found by its name when it is called.
 template <class TFunction>
@@ -39,51 +39,8 @@ class TLibrary {
 
   const HMODULE Module;
 
-#define ZEF_EXPORT(name) \
-  const TExport<decltype(&::name)> name { Module, #name }
-  ZEF_EXPORT(VCLGetVersion);
-  ZEF_EXPORT(VCLSetMainWindowHandle);
-  ZEF_EXPORT(VCLSetMainHelpFile);
-  ZEF_EXPORT(VCLFree);
-  ZEF_EXPORT(VCLInvokeModalDialog);
-  ZEF_EXPORT(VCLInvokeNonModalDialog);
-  ZEF_EXPORT(VCLFreeNonModalDialog);
-  ZEF_EXPORT(VCLAnsiStringCreate);
-  ZEF_EXPORT(VCLAnsiStringCopy);
-  ZEF_EXPORT(VCLAnsiStringFree);
-  ZEF_EXPORT(VCLAnsiStringSet);
-  ZEF_EXPORT(VCLAnsiStringGet);
-  ZEF_EXPORT(VCLAnsiStringConcat);
-  ZEF_EXPORT(VCLStringListCreate);
-  ZEF_EXPORT(VCLStringListFree);
-  ZEF_EXPORT(VCLStringListAdd);
-  ZEF_EXPORT(VCLStringListClear);
-  ZEF_EXPORT(VCLStringListCount);
-  ZEF_EXPORT(VCLStringListGet);
-  ZEF_EXPORT(VCLStringListGetParam);
-  ZEF_EXPORT(VCLStringListSetParam);
-  ZEF_EXPORT(VCLStringListGetCommaText);
-  ZEF_EXPORT(VCLStringListSetCommaText);
-  ZEF_EXPORT(GetRegConf);
-  ZEF_EXPORT(SetRegConf);
-  ZEF_EXPORT(MD5);
-  ZEF_EXPORT(VCLDialogShow);
-  ZEF_EXPORT(VCLDialogHasChanged);
-  ZEF_EXPORT(VCLDialogClearHasChanged);
-  ZEF_EXPORT(VCLShowHint);
-  ZEF_EXPORT(VCLHideHint);
-  ZEF_EXPORT(VCLShowDebugText);
-  ZEF_EXPORT(VCLSyntaxIsMethod);
-  ZEF_EXPORT(VCLSyntaxIsConstant);
-  ZEF_EXPORT(VCLSyntaxHelpBox);
-  ZEF_EXPORT(VCLSyntaxConstHelpBox);
-  ZEF_EXPORT(VCLSyntaxTypesBox);
-  ZEF_EXPORT(VCLSyntaxGetNewTypes);
-  ZEF_EXPORT(VCLSelectTypOp);
-  ZEF_EXPORT(VCLSelectDirList);
-  ZEF_EXPORT(VCLAskForDownload);
-  ZEF_EXPORT(VCLNewURL);
-  ZEF_EXPORT(VCLCmdURL);
+#define ZEF_EXPORT(result, name, parameters) const TExport<decltype(&::name)> name{Module, #name};
+  ZEFEXT_FUNCTIONS(ZEF_EXPORT)
 #undef ZEF_EXPORT
 
   // Under this compiler's names for them; the reference is a pointer in the call.

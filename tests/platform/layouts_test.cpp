@@ -3,21 +3,27 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <oleacc.h>
 
+#include <algorithm>
 #include <memory>
+#include <set>
 
 #include "forms/dpi.h"
 #include "forms/form.h"
 #include "forms/rules/layout_words.h"
+#include "forms/std_controls.h"
 #include "user/window.h"
 
 namespace {
 
-/// A form of any layout, without the class that goes with it.
+/// A form of any layout, without the class that goes with it: notes which button is pressed.
 class TAnyForm : public TForm {
  public:
   explicit TAnyForm(std::string name) : FName(std::move(name)) {}
   const char* ClassName() const override { return FName.c_str(); }
+
+  std::string Pressed;
 
  protected:
   void Bind(TFormBinder& binder) override {
@@ -30,7 +36,10 @@ class TAnyForm : public TForm {
     for (const auto& property : item.Properties) {
       if (!FindLayoutWord(property.Name)->Event) continue;
       const std::string handler = property.Values[0];
-      binder.Handler(handler, [] {});
+      const bool press = property.Name == "click" && item.Kind.ends_with("button");
+      binder.Handler(handler, [this, handler, press] {
+        if (press) Pressed = handler;
+      });
       binder.CloseQueryHandler(handler, [] { return true; });
       binder.HelpHandler(handler, [](UINT, int, bool&) { return true; });
     }
@@ -166,5 +175,64 @@ INSTANTIATE_TEST_SUITE_P(Screens, Layouts,
                                          TScreen{"FineLaptop", 1366, 768, 144},
                                          TScreen{"Tiny", 640, 480, 144}),
                          [](const auto& screen) { return screen.param.Name; });
+
+/// What the button that a key presses does: its result, its handler; nothing when it presses none.
+void ExpectPressed(TAnyForm& form, const TButton* button) {
+  EXPECT_EQ(form.ModalResult(), button ? button->ModalResult() : mrNone);
+  const auto* click = button ? button->Layout().Find("click") : nullptr;
+  EXPECT_EQ(form.Pressed, click ? click->Values[0] : "");
+}
+
+void Press(TAnyForm& form, const TControl& control, WPARAM key) {
+  SendMessageW(form.Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control.Handle()), TRUE);
+  form.SetModalResult(mrNone);
+  form.Pressed.clear();
+  for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) {
+    MSG typed{GetFocus(), message, key, static_cast<LPARAM>(message == WM_KEYUP ? 0xC0000001 : 1),
+              0,          {}};
+    if (!IsDialogMessageW(form.Handle(), &typed)) DispatchMessageW(&typed);
+  }
+  // Memos pass such keys on by posting.
+  for (MSG posted; PeekMessageW(&posted, nullptr, 0, 0, PM_REMOVE);) DispatchMessageW(&posted);
+}
+
+TEST(LayoutKeys, EveryTabStopObeysEnterSpaceAndEscape) {
+  for (const auto& name : LayoutNames()) {
+    SCOPED_TRACE(name);
+    const auto form = CreateForm<TAnyForm>(name);
+    form->Show();
+    std::set<std::string> heard;
+    for (TControl* control : form->Controls()) {
+      SCOPED_TRACE(control->Name());
+      const auto style = static_cast<DWORD>(GetWindowLongW(control->Handle(), GWL_STYLE));
+      if (!(style & WS_TABSTOP) || !control->CanFocus()) continue;
+      const auto* button = dynamic_cast<const TButton*>(control);
+      const bool breaksLines = dynamic_cast<TMemo*>(control) && !(style & ES_READONLY);
+      Press(*form, *control, VK_RETURN);
+      ExpectPressed(*form, button ? button : breaksLines ? nullptr : form->DefaultButton());
+      Press(*form, *control, VK_SPACE);
+      ExpectPressed(*form, button);
+      Press(*form, *control, VK_ESCAPE);
+      const auto cancel = std::ranges::find_if(form->Controls(), [](const TControl* each) {
+        return each->Layout().Find("cancel") != nullptr;
+      });
+      ExpectPressed(*form, cancel == form->Controls().end()
+                               ? nullptr
+                               : dynamic_cast<const TButton*>(*cancel));
+      IAccessible* accessible = nullptr;
+      AccessibleObjectFromWindow(control->Handle(), static_cast<DWORD>(OBJID_CLIENT),
+                                 IID_IAccessible, reinterpret_cast<void**>(&accessible));
+      ASSERT_NE(accessible, nullptr);
+      VARIANT self{};
+      self.vt = VT_I4;
+      BSTR spoken = nullptr;
+      accessible->get_accName(self, &spoken);
+      accessible->Release();
+      const std::string text = spoken ? Utf8(spoken) : "";
+      SysFreeString(spoken);
+      EXPECT_TRUE(!text.empty() && heard.insert(text).second) << "is heard as " << text;
+    }
+  }
+}
 
 }  // namespace
