@@ -93,7 +93,8 @@ TEST_F(FolderPicker, MovesTheActiveDirectoryToAnotherVolumeAndBack) {
 // Long enough for a user to see it and to think better of it.
 TEST_F(FolderPicker, AMoveIsShownAndCancelledWhileItCopies) {
   const std::string home = MakeDirectory("comptes", true);
-  for (int i = 0; i < 1000; ++i) {
+  // Enough to be still at work when the user cancels.
+  for (int i = 0; i < 3000; ++i) {
     std::ofstream(std::filesystem::path(Wide(home)) / std::to_string(i)) << "compte";
   }
   Store({{"Comptes", home}});
@@ -102,7 +103,7 @@ TEST_F(FolderPicker, AMoveIsShownAndCancelledWhileItCopies) {
     MoveInto(user, form, "D:\\", "(D:)");
     TFormDriver moving = user.WaitForForm("TDlgDirMove");
     EXPECT_EQ(moving.Text("LabelPath"), home);
-    moving.Click("ButtonCancel");
+    moving.Press(VK_ESCAPE);
     moving.WaitGone();
     form.WaitFocus("BtnMove");
     EXPECT_EQ(form.Text("EditRep"), home);
