@@ -12,7 +12,7 @@ file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/import.def
      CONTENT "LIBRARY zefext.dll\nEXPORTS\n${exports}\n")
 set(ZEF_IMPORT_LIBRARY ${ZEF_SDK_DIR}/libzefext.dll.a)
 add_custom_command(OUTPUT ${ZEF_IMPORT_LIBRARY}
-  COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --kill-at
+  COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --temp-prefix zefext --kill-at
           --input-def ${PROJECT_BINARY_DIR}/import.def --output-lib ${ZEF_IMPORT_LIBRARY}
   DEPENDS ${PROJECT_BINARY_DIR}/import.def)
 add_custom_target(import_library ALL DEPENDS ${ZEF_IMPORT_LIBRARY})

@@ -72,6 +72,8 @@ int TForm::ShowModal() {
   {
     TModalRun run(*this);
     Show();
+    // Over the windows that are disabled now, also where the system did not put it there.
+    SetWindowPos(FHandle, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     run.Serve();
     if (run.Abandoned()) {
       FModalResult = mrCancel;

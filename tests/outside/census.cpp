@@ -100,8 +100,8 @@ std::string TCensus::NewSince(const TCensus& earlier) const {
     if (earlier.Threads.contains(thread)) continue;
     const HMODULE module = StartModule(thread);
     // The system keeps the threads of its pool, and those that serve its own calls, for a while.
-    if (module == GetModuleHandleA("ntdll.dll") || module == GetModuleHandleA("rpcrt4.dll"))
-      continue;
+    const auto isOf = [module](const char* name) { return module == GetModuleHandleA(name); };
+    if (isOf("ntdll.dll") || isOf("rpcrt4.dll") || isOf("combase.dll")) continue;
     news += Say("thread ", std::hex, thread, " of ", ModuleName(module), "\n");
   }
   return news;
