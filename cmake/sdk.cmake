@@ -13,7 +13,9 @@ file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/import.def
 set(ZEF_IMPORT_LIBRARY ${ZEF_SDK_DIR}/libzefext.dll.a)
 add_custom_command(OUTPUT ${ZEF_IMPORT_LIBRARY}
   COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --temp-prefix zefext --kill-at
-          --input-def ${PROJECT_BINARY_DIR}/import.def --output-lib ${ZEF_IMPORT_LIBRARY}
+          --input-def ${PROJECT_BINARY_DIR}/import.def --output-lib libzefext.dll.a
+  # The path given would become part of its symbols.
+  WORKING_DIRECTORY ${ZEF_SDK_DIR}
   DEPENDS ${PROJECT_BINARY_DIR}/import.def)
 add_custom_target(import_library ALL DEPENDS ${ZEF_IMPORT_LIBRARY})
 
