@@ -1,98 +1,8 @@
 #include <windows.h>
 
-#include <commctrl.h>
-// Before the header whose identifiers it defines.
-#include <initguid.h>
-#include <oleacc.h>
-
-#include <map>
-
 #include "outside/syntax_test.h"
 
 namespace {
-
-/// Stands in for the system's service that tells assistive tools what a window is called, and
-/// notes what it is asked to tell.
-class TAnnotationServer final : public IClassFactory, public IAccPropServices {
- public:
-  TAnnotationServer() {
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    CoRegisterClassObject(CLSID_AccPropServices, static_cast<IClassFactory*>(this),
-                          CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &FRegistration);
-  }
-  TAnnotationServer(const TAnnotationServer&) = delete;
-  TAnnotationServer& operator=(const TAnnotationServer&) = delete;
-  ~TAnnotationServer() {
-    CoRevokeClassObject(FRegistration);
-    CoUninitialize();
-  }
-
-  struct TTold {
-    std::string Name, Description;
-  };
-  std::map<HWND, TTold> Told;
-
-  HRESULT WINAPI QueryInterface(REFIID id, void** object) override {
-    if (id == IID_IAccPropServices)
-      *object = static_cast<IAccPropServices*>(this);
-    else
-      *object = static_cast<IClassFactory*>(this);
-    return S_OK;
-  }
-  ULONG WINAPI AddRef() override { return 2; }
-  ULONG WINAPI Release() override { return 1; }
-  HRESULT WINAPI CreateInstance(IUnknown*, REFIID id, void** object) override {
-    return QueryInterface(id, object);
-  }
-  HRESULT WINAPI LockServer(BOOL) override { return S_OK; }
-
-  HRESULT WINAPI SetHwndPropStr(HWND window, DWORD object, DWORD child, MSAAPROPID property,
-                                LPCWSTR text) override {
-    EXPECT_EQ(object, static_cast<DWORD>(OBJID_CLIENT));
-    EXPECT_EQ(child, static_cast<DWORD>(CHILDID_SELF));
-    (property == PROPID_ACC_NAME ? Told[window].Name : Told[window].Description) = Utf8(text);
-    return S_OK;
-  }
-  HRESULT WINAPI ClearHwndProps(HWND window, DWORD, DWORD, const MSAAPROPID*, int) override {
-    EXPECT_TRUE(IsWindow(window));
-    Told.erase(window);
-    return S_OK;
-  }
-
-  HRESULT WINAPI SetPropValue(const BYTE*, DWORD, MSAAPROPID, VARIANT) override { return No(); }
-  HRESULT WINAPI SetPropServer(const BYTE*, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                               AnnoScope) override {
-    return No();
-  }
-  HRESULT WINAPI ClearProps(const BYTE*, DWORD, const MSAAPROPID*, int) override { return No(); }
-  HRESULT WINAPI SetHwndProp(HWND, DWORD, DWORD, MSAAPROPID, VARIANT) override { return No(); }
-  HRESULT WINAPI SetHwndPropServer(HWND, DWORD, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                   AnnoScope) override {
-    return No();
-  }
-  HRESULT WINAPI ComposeHwndIdentityString(HWND, DWORD, DWORD, BYTE**, DWORD*) override {
-    return No();
-  }
-  HRESULT WINAPI DecomposeHwndIdentityString(const BYTE*, DWORD, HWND*, DWORD*, DWORD*) override {
-    return No();
-  }
-  HRESULT WINAPI SetHmenuProp(HMENU, DWORD, MSAAPROPID, VARIANT) override { return No(); }
-  HRESULT WINAPI SetHmenuPropStr(HMENU, DWORD, MSAAPROPID, LPCWSTR) override { return No(); }
-  HRESULT WINAPI SetHmenuPropServer(HMENU, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                    AnnoScope) override {
-    return No();
-  }
-  HRESULT WINAPI ClearHmenuProps(HMENU, DWORD, const MSAAPROPID*, int) override { return No(); }
-  HRESULT WINAPI ComposeHmenuIdentityString(HMENU, DWORD, BYTE**, DWORD*) override { return No(); }
-  HRESULT WINAPI DecomposeHmenuIdentityString(const BYTE*, DWORD, HMENU*, DWORD*) override {
-    return No();
-  }
-
- private:
-  static HRESULT No() { return E_NOTIMPL; }
-
-  DWORD FRegistration = 0;
-};
 
 /// Types enough to fill any list, and one with members of the same initial.
 std::string LargeDatabase() {
@@ -130,33 +40,6 @@ class Controls : public TSyntaxTest {
     Database.emplace(LargeDatabase());
   }
 };
-
-TEST_F(Controls, AreCalledByTheirOwnLabelOrHint) {
-  TAnnotationServer server;
-  Assist("", 0, [&](TScriptedUser&, TFormDriver& form) {
-    const struct {
-      const char* Control;
-      const char* Name;
-      const char* Description;
-    } cases[] = {
-        {"EditValue", "Valeur :", "Valeur à utiliser pour le paramètre"},
-        {"BoxMethod", "Liste des méthodes et des propriétés disponibles pour l'objet en cours", ""},
-        {"EditHelpType", "Donne une aide sur le type sélectionné", ""},
-        {"ButtonHelp", "", "Affiche l'aide sur cette fenêtre"},
-        {"TextDefVal", "", "Valeur par défaut si le paramètre est falcutatif"},
-    };
-    for (const auto& each : cases) {
-      SCOPED_TRACE(each.Control);
-      const auto& told = server.Told[form.Control(each.Control)];
-      EXPECT_EQ(told.Name, each.Name);
-      EXPECT_EQ(told.Description, each.Description);
-    }
-    const HWND inner = GetWindow(form.Control("BoxMethod"), GW_CHILD);
-    EXPECT_EQ(server.Told[inner].Name, cases[1].Name) << "which has the focus";
-  });
-  Library->VCLFree();
-  EXPECT_TRUE(server.Told.empty());
-}
 
 TEST_F(Controls, DropAsManyLinesAsLaidOut) {
   const auto drops = [](TScriptedUser& user, TFormDriver& form, const char* box, int lines) {
