@@ -81,7 +81,7 @@ target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_
 
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)
 zef_outside_program(outside_bench tests/outside/themed.rc benchmarks/outside/main.cpp
-                    ${ZEF_OUTSIDE_BENCHES})
+                    benchmarks/outside/painted.cpp ${ZEF_OUTSIDE_BENCHES})
 target_include_directories(outside_bench PRIVATE ${PROJECT_SOURCE_DIR}/benchmarks/outside)
 target_link_libraries(outside_bench PRIVATE loopback_server winhttp)
 # Each registers its own group.
