@@ -118,9 +118,14 @@ void TApplication::HelpCommand(UINT command, ULONG_PTR data) const {
 
 // ---- calls ----
 
-TCallScope::TCallScope() { ++Application().FCallDepth; }
+TCallScope::TCallScope(const char* exportName) : FCallBefore(ExchangeReportedCall(exportName)) {
+  // What a window does within a call is part of it.
+  if (!exportName) ExchangeReportedCall(FCallBefore);
+  ++Application().FCallDepth;
+}
 
 void TCallScope::Leave() {
+  ExchangeReportedCall(FCallBefore);
   auto& application = Application();
   // Below 0 once the calls were forgotten under this one.
   if (application.FCallDepth <= 0) return;

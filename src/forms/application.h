@@ -103,17 +103,19 @@ class TApplication {
 
 TApplication& Application();
 
-/// Stands around every entry into the library: exports and window procedures. Retired forms are
+/// Stands around every entry into the library: exports, whose names reports tell, and window
+/// procedures. Retired forms are
 /// destroyed when the outermost one ends. One that an exception of the host's cuts off ends as
 /// well.
 class TCallScope {
  public:
-  TCallScope();
+  explicit TCallScope(const char* exportName = nullptr);
   TCallScope(const TCallScope&) = delete;
   TCallScope& operator=(const TCallScope&) = delete;
   ~TCallScope() { Leave(); }
 
  private:
   void Leave();
+  const char* const FCallBefore;
   TUnwindNotice FNotice{[](void* self) { static_cast<TCallScope*>(self)->Leave(); }, this};
 };

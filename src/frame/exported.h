@@ -17,15 +17,23 @@ template <class TResult, class TBody>
 TResult Exported(TResult fallback, TBody&& body,
                  const TPlace& place = std::source_location::current()) noexcept {
   if (!Admitted(place)) return fallback;
-  const TCallScope scope;
+  const TCallScope scope(place.Function);
   return Guarded(fallback, std::forward<TBody>(body), place);
 }
 
 template <class TBody>
 void Exported(TBody&& body, const TPlace& place = std::source_location::current()) noexcept {
   if (!Admitted(place)) return;
-  const TCallScope scope;
+  const TCallScope scope(place.Function);
   Guarded(std::forward<TBody>(body), place);
+}
+
+/// What was found behind a handle of the host's. A handle with nothing behind it, freed, foreign or
+/// random, is refused and told to the debugger; null is no news.
+template <class T>
+T* Known(T* found, const void* handle) noexcept {
+  if (!found && handle) DebugReport("a handle that is freed or foreign is refused");
+  return found;
 }
 
 /// A text argument of an export: null reads as empty.

@@ -8,7 +8,7 @@ namespace {
 /// The live form of that class behind a handle of the host's, or null.
 template <class T>
 T* FormOf(const void* handle) {
-  return dynamic_cast<T*>(Application().FindForm(handle));
+  return Known(dynamic_cast<T*>(Application().FindForm(handle)), handle);
 }
 
 }  // namespace

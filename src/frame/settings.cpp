@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/debug_report.h"
 #include "platform/registry.h"
 #include "text/digest.h"
 
@@ -94,7 +95,13 @@ bool TSettings::Change(TChange change) {
   // Reading began before there was anything to read.
   if (result == ERROR_SUCCESS && !FReading.IsOpen()) OpenForReading();
   if (result == ERROR_SUCCESS) result = change();
-  if (result != ERROR_SUCCESS) FError = result;
+  if (result != ERROR_SUCCESS) {
+    FError = result;
+    // What is to go and is not there is no trouble.
+    if (result != ERROR_FILE_NOT_FOUND) {
+      DebugReport("a setting cannot be written: error " + std::to_string(result));
+    }
+  }
   return result == ERROR_SUCCESS;
 }
 

@@ -23,9 +23,13 @@ THandle HandleOf(std::uint32_t number) {
 
 }  // namespace
 
-TSharedText* FindString(ZefString handle) { return Strings().Find(NumberOf(handle)); }
+TSharedText* FindString(ZefString handle) {
+  return Known(Strings().Find(NumberOf(handle)), handle);
+}
 
-TStringList* FindStringList(ZefStringList handle) { return Lists().Find(NumberOf(handle)); }
+TStringList* FindStringList(ZefStringList handle) {
+  return Known(Lists().Find(NumberOf(handle)), handle);
+}
 
 void ZEFEXT_API VCLAnsiStringCreate(ZefString* handle) {
   if (!handle) return;
@@ -42,7 +46,9 @@ void ZEFEXT_API VCLAnsiStringCopy(ZefString destination, ZefString source) {
 }
 
 void ZEFEXT_API VCLAnsiStringFree(ZefString handle) {
-  Exported([&] { Strings().Free(NumberOf(handle)); });
+  Exported([&] {
+    if (FindString(handle)) Strings().Free(NumberOf(handle));
+  });
 }
 
 void ZEFEXT_API VCLAnsiStringSet(ZefString handle, const char* text) {
@@ -78,7 +84,9 @@ void ZEFEXT_API VCLStringListCreate(ZefStringList* list, unsigned char /*allowDu
 }
 
 void ZEFEXT_API VCLStringListFree(ZefStringList list) {
-  Exported([&] { Lists().Free(NumberOf(list)); });
+  Exported([&] {
+    if (FindStringList(list)) Lists().Free(NumberOf(list));
+  });
 }
 
 int ZEFEXT_API VCLStringListAdd(ZefStringList list, const char* text) {

@@ -4,6 +4,20 @@
 
 #include <cstdio>
 #include <exception>
+#include <utility>
+
+namespace {
+
+// Of the windows' thread, the only one that calls nest on.
+const char* reportedCall = nullptr;
+DWORD reportedThread = 0;
+
+}  // namespace
+
+const char* ExchangeReportedCall(const char* name) noexcept {
+  reportedThread = GetCurrentThreadId();
+  return std::exchange(reportedCall, name);
+}
 
 void DebugReport(std::string_view text, const TPlace& place) noexcept {
   char window[120] = "";
@@ -14,9 +28,10 @@ void DebugReport(std::string_view text, const TPlace& place) noexcept {
   }
   // On the stack: memory may be what has run out.
   char line[600];
-  std::snprintf(line, sizeof line, "zefext: %.*s (in %s%s, thread %lu)\n",
+  const bool called = reportedCall && reportedThread == GetCurrentThreadId();
+  std::snprintf(line, sizeof line, "zefext: %.*s (in %s%s%s%s, thread %lu)\n",
                 static_cast<int>(text.size()), text.data(), place.Function, window,
-                GetCurrentThreadId());
+                called ? ", called as " : "", called ? reportedCall : "", GetCurrentThreadId());
   OutputDebugStringA(line);
 }
 

@@ -18,5 +18,9 @@ struct TPlace {
 void DebugReport(std::string_view text,
                  const TPlace& place = std::source_location::current()) noexcept;
 
+/// The export whose name reports on this thread tell besides, null when none is being called: set
+/// now, and the one before handed out to be set again. A string literal.
+const char* ExchangeReportedCall(const char* name) noexcept;
+
 /// Reports the exception that is being handled.
 void ReportException(const TPlace& place) noexcept;

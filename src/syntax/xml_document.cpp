@@ -1,11 +1,10 @@
 #include "syntax/xml_document.h"
 
-#include <windows.h>
-
 #include <exception>
 #include <optional>
 #include <utility>
 
+#include "platform/debug_report.h"
 #include "platform/file_stamp.h"
 #include "platform/xml_reader.h"
 
@@ -80,9 +79,7 @@ TReading OpenDatabase(const std::string& fileName) {
 }
 
 void Tell(const std::string& fileName, const char* complaint, const std::source_location& place) {
-  const std::string text = "zefext: the syntax database " + fileName + " is " + complaint +
-                           " (in " + place.function_name() + ")\n";
-  OutputDebugStringA(text.c_str());
+  DebugReport("the syntax database " + fileName + " is " + complaint, place);
 }
 
 }  // namespace

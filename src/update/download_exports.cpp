@@ -6,7 +6,8 @@
 namespace {
 
 TDlgDwnld* FindDownload(ZefDialog dialog) {
-  return dynamic_cast<TDlgDwnld*>(Application().FindForm(static_cast<void*>(dialog)));
+  return Known(dynamic_cast<TDlgDwnld*>(Application().FindForm(static_cast<void*>(dialog))),
+               dialog);
 }
 
 void CopyBody(const TDlgDwnld& dialog, char* buffer, int* size) {

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "platform/code_page.h"
+#include "platform/debug_report.h"
 #include "platform/module_hold.h"
 
 namespace {
@@ -11,6 +12,12 @@ namespace {
 constexpr int kMostRedirections = 10;
 /// Milliseconds that a fetch given up gets to finish putting its files in place.
 constexpr unsigned kLastMoment = 500;
+
+/// Told to the debugger, since the host learns only that the fetch has failed.
+bool NotWritable(const std::wstring& path) {
+  DebugReport("VCLCmdURL cannot write the file " + ToUtf8(path));
+  return false;
+}
 
 bool WriteWhole(TReplacementFile& file, std::string_view text) {
   return file.Create() && file.Write(text) && file.Flush();
@@ -129,7 +136,7 @@ bool TFetch::Begin(const TResponseHead& head) {
   FTotal = head.Length.value_or(0);
   if (!FOrder.ToFile) return FTotal <= TBodyBuffer::kMost;
   auto file = std::make_unique<TReplacementFile>(FOrder.BodyPath);
-  if (!file->Create()) return false;
+  if (!file->Create()) return NotWritable(FOrder.BodyPath);
   const std::lock_guard lock(FLock);
   if (FStage != TStage::Cancelled) FFile = std::move(file);
   return FFile != nullptr;
@@ -150,8 +157,10 @@ bool TFetch::WithFile(TBody&& body) {
 }
 
 bool TFetch::Take(std::span<const char> data) {
-  const bool taken = FOrder.ToFile ? WithFile([&](auto& file) { return file->Write(data); })
-                                   : FDocument.Append(data);
+  const bool taken =
+      FOrder.ToFile
+          ? WithFile([&](auto& file) { return file->Write(data) || NotWritable(FOrder.BodyPath); })
+          : FDocument.Append(data);
   if (!taken) return false;
   FReceived += data.size();
   FSignal.Set();
@@ -163,9 +172,10 @@ bool TFetch::Store() {
   return WithFile([&](auto& body) {
     TReplacementFile header(FOrder.HeaderPath);
     const bool withHeader = !FOrder.HeaderPath.empty();
-    if (!body->Flush() || (withHeader && !WriteWhole(header, FHeader)) || !BeginStoring()) {
-      return false;
-    }
-    return withHeader ? ReplaceBoth(header, *body) : body->Replace();
+    if (withHeader && !WriteWhole(header, FHeader)) return NotWritable(FOrder.HeaderPath);
+    if (!body->Flush()) return NotWritable(FOrder.BodyPath);
+    if (!BeginStoring()) return false;
+    const bool stored = withHeader ? ReplaceBoth(header, *body) : body->Replace();
+    return stored || NotWritable(FOrder.BodyPath);
   });
 }
