@@ -35,12 +35,14 @@ StartDisplay() {
   export DISPLAY=:$number
 }
 
-# A drive D: on another file system than C:, where this machine has one: moving from one volume to
-# another is not renaming.
+# An empty drive D: on another file system than C:, where this machine has one: moving from one volume
+# to another is not renaming.
 EnsureSecondDrive() {
   local folder=/dev/shm/zefext_drive_$(id -u)_$(cksum <<<"$root" | cut -d' ' -f1)
   mkdir -p "$folder" 2>/dev/null || folder=$root/build/drive_d
   mkdir -p "$folder"
+  # What a run that was cut short left there would refuse a move.
+  find "$folder" -mindepth 1 -delete
   ln -sfn "$folder" "$WINEPREFIX/dosdevices/d:"
 }
 
