@@ -29,7 +29,8 @@ static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPA
       SetFocus(edit);
       return 0;
     case WM_CLOSE:
-      ZefExtUnload(&zef); /* while the window still exists */
+      if (!IsWindowEnabled(window)) return 0; /* a dialog of the library is open */
+      ZefExtUnload(&zef);                     /* while the window still exists */
       DestroyWindow(window);
       return 0;
     case WM_DESTROY:
@@ -40,7 +41,7 @@ static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPA
 }
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int show) {
-  WNDCLASSA windowClass = {0};
+  WNDCLASSA windowClass;
   MSG message;
   HWND window;
   const char* missing = ZefExtLoad(&zef, "zefext.dll");
@@ -50,6 +51,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, in
     MessageBoxA(NULL, missing ? missing : "zefext.dll", "Introuvable ou trop ancien", MB_ICONERROR);
     return 1;
   }
+  memset(&windowClass, 0, sizeof windowClass);
   windowClass.lpfnWndProc = WindowProc;
   windowClass.hInstance = instance;
   windowClass.hCursor = LoadCursor(NULL, IDC_ARROW);

@@ -1,5 +1,5 @@
-/* One short example for each export, shown in docs/host-reference.md. Compiled and linked with the
- * library's import library by the build, so that none of them can rot. */
+/* One short example for each export, whole as it stands, shown in docs/host-reference.md. Compiled
+ * and linked with the library's import library by the build, so that none of them can rot. */
 #include <stdio.h>
 #include <windows.h>
 
@@ -21,38 +21,32 @@ static void Library(void) {
 }
 
 static void Dialogs(void) {
+  /* VCLInvokeNonModalDialog */
+  ZefDialog dialog;
+  VCLInvokeNonModalDialog(page, NULL, &dialog);
+  if (!dialog) puts("pas de boîte");
+  /* VCLFreeNonModalDialog */
+  VCLFreeNonModalDialog(dialog);
   /* VCLInvokeModalDialog */
   if (VCLInvokeModalDialog(NULL) & 0xFF) puts("OK");
-  /* VCLInvokeNonModalDialog */
-  {
-    ZefDialog dialog;
-    VCLInvokeNonModalDialog(page, NULL, &dialog);
-    if (!dialog) puts("pas de boîte");
-    /* VCLFreeNonModalDialog */
-    VCLFreeNonModalDialog(dialog);
-  }
   /* end */
 }
 
-static void Views(void* services) {
-  ZefExt zef;
-  if (ZefExtLoad(&zef, "zefext.dll")) return;
+/* These two have the names of C++ compilers: bound at run time. */
+static void Views(const ZefExt* zef, void* services) {
   /* CreateExampleView */
-  {
-    ZefDialog view; /* declared as an interface in C++; it is a handle */
-    HWND window = zef.CreateExampleView(page, NULL, &view);
-    if (!window) return;
-    /* VCLExDlgDlwdGive */
-    zef.VCLExDlgDlwdGive(services, view);
-    /* VCLDialogShow */
-    VCLDialogShow(view);
-    /* VCLDialogHasChanged */
-    if (VCLDialogHasChanged(view) == 1) puts("à enregistrer");
-    /* VCLDialogClearHasChanged */
-    VCLDialogClearHasChanged(view);
-    /* end */
-  }
-  ZefExtUnload(&zef);
+  ZefDialog view; /* declared as an interface in C++; it is a handle */
+  HWND window = zef->CreateExampleView(page, NULL, &view);
+  if (!window) puts("pas de vue");
+  /* VCLExDlgDlwdGive */
+  zef->VCLExDlgDlwdGive(services, view);
+  /* VCLDialogShow */
+  VCLDialogShow(view);
+  /* VCLDialogHasChanged */
+  if (VCLDialogHasChanged(view) == 1) puts("à enregistrer");
+  /* VCLDialogClearHasChanged */
+  VCLDialogClearHasChanged(view);
+  /* end */
 }
 
 static void HintsAndTraces(POINT mouse) {
@@ -90,6 +84,7 @@ static void Strings(void) {
 }
 
 static void Lists(ZefString name, ZefString value) {
+  int last;
   /* VCLStringListCreate */
   ZefStringList list;
   VCLStringListCreate(&list, 0, 0, 1); /* letter case ignored, sorted */
@@ -97,12 +92,9 @@ static void Lists(ZefString name, ZefString value) {
   VCLStringListAdd(list, "courant=Compte");
   VCLStringListAdd(list, "budget=Budget"); /* 0: it stands first */
   /* VCLStringListCount */
-  {
-    int i;
-    int count = VCLStringListCount(list);
-    /* VCLStringListGet */
-    for (i = 1; i < count; ++i) VCLStringListGet(list, i, value); /* line 0 cannot be read */
-  }
+  last = VCLStringListCount(list) - 1;
+  /* VCLStringListGet */
+  if (last > 0) VCLStringListGet(list, last, value); /* line 0 cannot be read */
   /* VCLStringListGetParam */
   VCLAnsiStringSet(name, "courant");
   VCLStringListGetParam(list, name, value); /* "Compte" */
@@ -127,12 +119,14 @@ static void Settings(void) {
   if (GetRegConf(path, sizeof path, "DernierDossier", 1) != ERROR_SUCCESS) path[0] = '\0';
   /* SetRegConf */
   if (SetRegConf("DernierDossier", path, 1) != ERROR_SUCCESS) puts("réglage non enregistré");
+  /* end */
+}
+
+static void Digest(void) {
   /* MD5 */
-  {
-    char digest[33];
-    MD5(digest, "abc"); /* 900150983cd24fb0d6963f7d28e17f72 */
-    puts(digest);
-  }
+  char digest[33];
+  MD5(digest, "abc"); /* 900150983cd24fb0d6963f7d28e17f72 */
+  puts(digest);
   /* end */
 }
 
@@ -185,41 +179,56 @@ static void Filter(ZefStringList types, ZefStringList cards, ZefString selection
 
 static void Update(void) {
   /* VCLAskForDownload */
-  if (VCLAskForDownload("11.02", "11.03", "http://127.0.0.1/nouveautes.html") == ZEF_OFFER_DOWNLOAD) {
-    /* VCLNewURL */
-    ZefDialog download;
-    if (!VCLNewURL(NULL, NULL, &download)) return;
-    /* VCLCmdURL */
-    {
-      int status;
-      VCLCmdURL(download, ZEF_DOWNLOAD_SET_ADDRESS, "http://127.0.0.1/zef.bin", NULL);
-      VCLCmdURL(download, ZEF_DOWNLOAD_SET_FILE, "C:\\ZEF\\zef-nouveau.bin", NULL);
-      VCLCmdURL(download, ZEF_DOWNLOAD_SHOW, NULL, NULL);
-      VCLCmdURL(download, ZEF_DOWNLOAD_START, NULL, NULL);
-      VCLCmdURL(download, ZEF_DOWNLOAD_WAIT, NULL, NULL);
-      VCLCmdURL(download, ZEF_DOWNLOAD_GET_STATUS, NULL, &status);
-      VCLCmdURL(download, ZEF_DOWNLOAD_DESTROY, NULL, NULL);
-      if (status != ZEF_DOWNLOAD_RECEIVED) puts("le fichier précédent est intact");
-    }
-    /* end */
+  int answer = VCLAskForDownload("11.02", "11.03", "http://127.0.0.1/nouveautes.html");
+  if (answer == ZEF_OFFER_DOWNLOAD) puts("à recevoir");
+  /* end */
+}
+
+static ZefDialog download;
+
+static void Download(void) {
+  /* VCLNewURL */
+  if (!VCLNewURL(NULL, NULL, &download)) puts("pas de téléchargement");
+  /* VCLCmdURL */
+  VCLCmdURL(download, ZEF_DOWNLOAD_SET_ADDRESS, "http://127.0.0.1/zef.bin", NULL);
+  VCLCmdURL(download, ZEF_DOWNLOAD_SET_FILE, "C:\\ZEF\\zef-nouveau.bin", NULL);
+  VCLCmdURL(download, ZEF_DOWNLOAD_SHOW, NULL, NULL);
+  VCLCmdURL(download, ZEF_DOWNLOAD_START, NULL, NULL);
+  SetTimer(mainWindow, 1, 200, NULL); /* nobody tells of the end: ask for it */
+  /* end */
+}
+
+static void DownloadTimer(void) {
+  /* VCLCmdURL */
+  int status; /* in the window's WM_TIMER */
+  VCLCmdURL(download, ZEF_DOWNLOAD_GET_STATUS, NULL, &status);
+  if (status != ZEF_DOWNLOAD_RUNNING) {
+    KillTimer(mainWindow, 1);
+    VCLCmdURL(download, ZEF_DOWNLOAD_DESTROY, NULL, NULL);
+    if (status != ZEF_DOWNLOAD_RECEIVED) puts("le fichier précédent est intact");
   }
+  /* end */
 }
 
 int main(void) {
   char line[1000];
   POINT mouse = {0, 0};
+  ZefExt zef;
   Strings();
   Settings();
+  Digest();
   if (VCLGetVersion() == 0) { /* the others show windows: compiled and linked, not run */
     Library();
     Dialogs();
-    Views(NULL);
+    if (!ZefExtLoad(&zef, "zefext.dll")) Views(&zef, NULL);
     HintsAndTraces(mouse);
     Lists(NULL, NULL);
     Assistant(line);
     Directories();
     Filter(NULL, NULL, NULL);
     Update();
+    Download();
+    DownloadTimer();
   }
   return 0;
 }

@@ -5,8 +5,9 @@
  * one raises a structured one (VCLStringListGet). zefext_load.h binds all of them at run time.
  *
  * Order. Load; VCLSetMainWindowHandle; VCLSetMainHelpFile; the services, any number of times;
- * VCLFree while the main window still exists; unload. A host that lets go of the library while one
- * of its dialogs is on screen unloads it a moment after the dialog has been closed.
+ * VCLFree while the main window still exists; unload. A close that reaches the main window while a
+ * dialog is open (it is disabled then) is best ignored. A host that lets go of the library while
+ * one of its dialogs is on screen unloads it a moment after the dialog has been closed.
  *
  * Thread. Call everything from the one thread that runs the host's windows. While the library has a
  * window, a call from another thread than the window's is refused: it does nothing and gives what a
@@ -33,8 +34,9 @@
  * A program of another name needs a file ZEF.EXE beside it (an empty one will do). Without the file
  * the assistant opens with empty lists.
  *
- * What goes wrong unseen (an error inside the library, no database, a call that was refused) is
- * told to the debugger's output, one line that begins with "zefext: ".
+ * What goes wrong unseen (an error inside the library, no database, a call or a handle that was
+ * refused, a file or a setting that cannot be written) is told to the debugger's output, one line
+ * that begins with "zefext: " and names the function that was called.
  *
  * Other languages. Visual Basic: declare booleans As Byte, out-texts As Long, and copy them with
  * lstrlenA and RtlMoveMemory; strings given ByVal As String are converted to the ANSI code page by
@@ -146,10 +148,11 @@ extern "C" {
 /* Shows a bubble that belongs to a window of the host: its left top at x, y (pixels of the screen)
  * if it fits on the monitor there. It takes neither focus nor activation. It stays until the next
  * call replaces it, its window goes, or VCLFree: to take it away, give it a small hidden window of
- * its own and destroy that. maxWidth  of the whole bubble, in pixels; its text is wrapped, long
- * words are broken. 0, less than 0 or more than the monitor's work area has: as wide as that. Less
- * than a letter takes: a letter a line. Text too high for the work area is cut and ends in "...".
- */
+ * its own and destroy that.
+ *   maxWidth  of the whole bubble, in pixels: the text is wrapped, long words are broken. 0, less
+ *             than 0 or more than the monitor's work area has: as wide as that. Less than a letter
+ *             takes: a letter a line
+ * Text too high for the work area is cut and ends in "...". */
 void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int maxWidth);
 
 /* Kept for old hosts: leaves the bubble on the screen. */
@@ -190,7 +193,8 @@ void ZEFEXT_API VCLAnsiStringConcat(ZefString destination, ZefString source);
 /* Makes an empty list; *list is null when there is no memory for it.
  *   allowDuplicates  ignored: no list ever holds two equal lines
  *   caseSensitive    0: letter case is ignored when lines or names are compared
- *   sorted           0: lines stand in order of arrival; else in the order of the user's locale */
+ *   sorted           0: lines stand in order of arrival; else in the order of the user's locale,
+ *                    from the first line on: nothing sorts a list later */
 void ZEFEXT_API VCLStringListCreate(ZefStringList* list, unsigned char allowDuplicates,
                                     unsigned char caseSensitive, unsigned char sorted);
 
@@ -209,7 +213,8 @@ int ZEFEXT_API VCLStringListCount(ZefStringList list);
 
 /* Copies a line into a string. Only indexes from 1 on are read: index 0, the first line, and
  * negative ones leave the string as it was. An index past the last line raises the system's
- * structured exception EXCEPTION_ARRAY_BOUNDS_EXCEEDED: ask VCLStringListCount first. */
+ * structured exception EXCEPTION_ARRAY_BOUNDS_EXCEEDED, which few languages catch: ask
+ * VCLStringListCount first. VCLStringListGetCommaText tells the first line with the others. */
 void ZEFEXT_API VCLStringListGet(ZefStringList list, int index, ZefString line);
 
 /* value receives what follows the first "=" of the first line that has the name before it; an empty
@@ -267,7 +272,8 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
  *           afterwards; valid until the next call of this function or VCLSyntaxConstHelpBox
  *   types   comma text of name=type: the variable types declared in the script
  * Cancelling leaves the cursor alone, confirming sets it: when both line and cursor come back as
- * they were, there is nothing to do, whichever it was. */
+ * they were, there is nothing to do, whichever it was. A call from another thread gets back the
+ * line that it handed in, the host's own text. */
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
 
@@ -356,7 +362,8 @@ enum ZefDownloadCommand {
   ZEF_DOWNLOAD_SET_ADDRESS = 4,
   /* text names the file for the body of the next fetches; null: the body is kept in memory. Without
    * this command it goes to "Default.htm", its header to "Head.txt", both or neither, in the
-   * directory that is the current one when the fetch starts. */
+   * directory that is the current one when the fetch starts. A relative name is taken there as
+   * well; there is no header file then. */
   ZEF_DOWNLOAD_SET_FILE = 5,
   /* Copies the body kept in memory: value holds the size of the buffer that text points to, and is
    * lowered to the length of the body; no zero is added. Nothing when either is null. The length
@@ -364,7 +371,8 @@ enum ZefDownloadCommand {
    * did not arrive whole, or is larger than 256 MB, is not kept; there is none while a fetch runs.
    */
   ZEF_DOWNLOAD_COPY_BODY = 6,
-  /* Starts a fetch in the background; nothing when a fetch runs already. */
+  /* Starts a fetch in the background; nothing when a fetch runs already. The host is not told of
+   * its end: ask GET_STATUS from time to time. */
   ZEF_DOWNLOAD_START = 7,
   ZEF_DOWNLOAD_SHOW = 8,
   /* Waits for the end of the fetch in the background. */

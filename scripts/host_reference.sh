@@ -30,18 +30,29 @@ Reference() {
     /^\/\*/ { comment = ""; inside = 1 }
     inside {
       line = $0
-      sub(/^(\/\*| \*) ?/, "", line)
       ended = sub(/ ?\*\/$/, "", line)
+      sub(/^(\/\*| \*) ?/, "", line)
       comment = comment line "\n"
       if (ended) inside = 0
       next
     }
+    # Types and their values, with what is said of them.
+    /^(typedef|enum) / {
+      sub(/\n+$/, "", comment)
+      if (title && comment != "") { print ""; Paragraphs(comment) }
+      comment = ""
+      if (/^enum/) { values = 1; printf "\n```c\n" }
+    }
+    values { print }
+    values && /^};/ { values = 0; print "```" }
+    values || /^(typedef|};)/ { next }
     /^[a-zA-Z].*ZEFEXT_API / || prototype != "" {
       prototype = prototype $0 "\n"
       if ($0 !~ /;$/) next
       match(prototype, /ZEFEXT_API [A-Za-z0-9]+/)
       name = substr(prototype, RSTART + 11, RLENGTH - 11)
       code = example[name]
+      delete example[name]
       sub(/\n+$/, "", comment)
       printf "\n### %s\n\n```c\n%s```\n\n", name, prototype
       if (comment == "") { print "no contract of " name >"/dev/stderr"; failed = 1 }
@@ -62,7 +73,12 @@ Reference() {
       }
       if (aligned) print "```"
     }
-    END { exit failed }
+    END {
+      for (name in example) {
+        if (example[name] != "") { print "no function " name >"/dev/stderr"; failed = 1 }
+      }
+      exit failed
+    }
   ' examples/reference.c include/zefext.h
 }
 

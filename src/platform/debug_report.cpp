@@ -8,6 +8,13 @@
 
 namespace {
 
+/// The name alone in what the compiler calls a function by: that of the outermost, without result
+/// and parameters.
+std::string_view NameIn(std::string_view function) {
+  function = function.substr(0, function.find('('));
+  return function.substr(function.rfind(' ') + 1);
+}
+
 // Of the windows' thread, the only one that calls nest on.
 const char* reportedCall = nullptr;
 DWORD reportedThread = 0;
@@ -28,10 +35,13 @@ void DebugReport(std::string_view text, const TPlace& place) noexcept {
   }
   // On the stack: memory may be what has run out.
   char line[600];
-  const bool called = reportedCall && reportedThread == GetCurrentThreadId();
-  std::snprintf(line, sizeof line, "zefext: %.*s (in %s%s%s%s, thread %lu)\n",
-                static_cast<int>(text.size()), text.data(), place.Function, window,
-                called ? ", called as " : "", called ? reportedCall : "", GetCurrentThreadId());
+  const std::string_view at = NameIn(place.Function);
+  std::string_view call = at;
+  if (reportedCall && reportedThread == GetCurrentThreadId()) call = NameIn(reportedCall);
+  std::snprintf(line, sizeof line, "zefext: %.*s (in %.*s%s%s%.*s, thread %lu)\n",
+                static_cast<int>(text.size()), text.data(), static_cast<int>(at.size()), at.data(),
+                window, call == at ? "" : ", called as ",
+                call == at ? 0 : static_cast<int>(call.size()), call.data(), GetCurrentThreadId());
   OutputDebugStringA(line);
 }
 

@@ -67,7 +67,7 @@ struct TLastRead {
 
 TReading OpenDatabase(const std::string& fileName) {
   static TLastRead last;
-  if (fileName.empty()) return {.Complaint = "not to be found: there is no ZEF.EXE"};
+  if (fileName.empty()) return {.Complaint = "not to be found: there is no file ZEF.EXE"};
   const std::optional<TFileStamp> stamp = FileStamp(fileName);
   if (!stamp) return {.Complaint = "not there"};
   if (last.Database && last.FileName == fileName && last.Stamp == stamp) return {last.Database};
@@ -79,7 +79,8 @@ TReading OpenDatabase(const std::string& fileName) {
 }
 
 void Tell(const std::string& fileName, const char* complaint, const std::source_location& place) {
-  DebugReport("the syntax database " + fileName + " is " + complaint, place);
+  const std::string named = fileName.empty() ? fileName : " " + fileName;
+  DebugReport("the syntax database" + named + " is " + complaint, place);
 }
 
 }  // namespace
