@@ -5,9 +5,9 @@ set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 
 # A user of any program's windows.
-file(GLOB ZEF_USER CONFIGURE_DEPENDS tests/user/*.cpp)
+file(GLOB ZEF_USER CONFIGURE_DEPENDS tools/user/*.cpp)
 add_library(scripted_user STATIC ${ZEF_USER})
-target_include_directories(scripted_user PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+target_include_directories(scripted_user PUBLIC ${PROJECT_SOURCE_DIR}/tools)
 target_link_libraries(scripted_user PUBLIC zef_options comctl32 gdi32 user32)
 
 # The tests stand in a directory of their own, beside a copy of the library: it looks for its
@@ -54,6 +54,7 @@ endfunction()
 
 file(GLOB ZEF_OUTSIDE_TESTS CONFIGURE_DEPENDS tests/outside/*.cpp)
 add_library(outside_suites OBJECT ${ZEF_OUTSIDE_TESTS} tests/hosts/hostility.cpp)
+target_include_directories(outside_suites PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(outside_suites PUBLIC scripted_user gtest loopback_server)
 target_compile_definitions(outside_suites
                            PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
@@ -77,6 +78,7 @@ endforeach()
 file(GLOB ZEF_PLATFORM_TESTS CONFIGURE_DEPENDS tests/platform/*.cpp)
 add_executable(platform_tests ${ZEF_PLATFORM_TESTS} ${PROJECT_BINARY_DIR}/layouts.rc)
 set_target_properties(platform_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${ZEF_OUTSIDE_DIR})
+target_include_directories(platform_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
 target_link_libraries(platform_tests PRIVATE zefext_objects scripted_user gtest_main oleacc)
 
 file(GLOB ZEF_OUTSIDE_BENCHES CONFIGURE_DEPENDS benchmarks/outside/*_bench.cpp)

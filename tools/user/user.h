@@ -1,3 +1,15 @@
+// A scripted user: drives the windows of any program on this desktop, its own process's or
+// another's, as a person does, by keyboard and mouse through the system's input, and looks at what
+// is on screen.
+//
+//   TUser           someone at a process's windows: keys, clicks, and waits for what is to appear
+//   TFormDriver     (form_driver.h) one form: its controls by name, read and operated
+//   window.h, items.h, input.h, picture.h   the means of both: what windows, lists, devices, screen
+//   give
+//
+//   TUser user(process);
+//   TFormDriver form = user.WaitForForm("TDlgSyntax");
+//   form.Select("BoxType", "Compte"); form.Press(VK_RETURN); form.WaitGone();
 #pragma once
 
 #include <windows.h>
