@@ -1,10 +1,24 @@
 #include "forms/modal_run.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "forms/form.h"
 #include "platform/common_controls.h"
 #include "platform/guard.h"
+
+namespace {
+
+/// A message box over the form; its answer is a no.
+BOOL CALLBACK EndBox(HWND window, LPARAM form) {
+  char name[8] = {};
+  GetClassNameA(window, name, sizeof name);
+  const bool over = GetWindow(window, GW_OWNER) == reinterpret_cast<HWND>(form);
+  if (over && std::string_view(name) == "#32770") EndDialog(window, IDCANCEL);
+  return TRUE;
+}
+
+}  // namespace
 
 TModalRun::TModalRun(TForm& form) : FForm(form), FFocus(GetFocus()) {
   auto& application = Application();
@@ -33,6 +47,12 @@ void TModalRun::End() {
   }
   FForm.FActiveControl = FForm.FFirstActive;
   FMasks.reset();
+}
+
+void TModalRun::Abandon() {
+  FAbandoned = true;
+  const HWND form = FForm.FHandle;
+  if (form) EnumThreadWindows(GetCurrentThreadId(), EndBox, reinterpret_cast<LPARAM>(form));
 }
 
 void TModalRun::Serve() {

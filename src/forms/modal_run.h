@@ -24,8 +24,9 @@ class TModalRun {
   ~TModalRun() { End(); }
 
   TForm& Form() const { return FForm; }
-  /// Ends the run as soon as it gets the word: used when the form is freed under its caller.
-  void Abandon() { FAbandoned = true; }
+  /// Ends the run as soon as it gets the word: used when the form is freed under its caller. A
+  /// message box that the form asks by is taken away, or the run would wait for its answer.
+  void Abandon();
   bool Abandoned() const { return FAbandoned; }
 
   /// Serves messages until the form has a modal result and its close query agrees, or the run is
