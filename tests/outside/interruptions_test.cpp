@@ -1,0 +1,141 @@
+#include "outside/situations.h"
+#include "user/say.h"
+
+/// What may happen to a dialog from without, at rest and in the middle of an action: every
+/// interruption in every situation.
+class Interruptions : public TSituations {
+ protected:
+  enum class TEffect { EndsSingletons, EndsModals, Stays, Unloads };
+  struct TInterruption {
+    const char* Name;
+    TEffect Effect;
+    void (Interruptions::*Happen)();
+  };
+  static const std::vector<TInterruption> All;
+
+  void Interrupt(const TSituation& situation, const TInterruption& interruption);
+
+  void Free() { Library->VCLFree(); }
+  void DestroyOwner() { DestroyWindow(Owner); }
+  void Quit() { PostQuitMessage(7); }
+  void LetGo() {
+    Library.reset();
+    Server.reset();  // a fetch holds the library
+  }
+  void Disturb();
+  void CallEverything();
+  void EndSession() {
+    Broadcast(WM_QUERYENDSESSION, 0, 0, TRUE);
+    Broadcast(WM_ENDSESSION, TRUE, 0);
+  }
+  void ChangeDisplay();
+  void ChangeTheme() {
+    for (const UINT message : {WM_THEMECHANGED, WM_SYSCOLORCHANGE, WM_SETTINGCHANGE, WM_FONTCHANGE})
+      Broadcast(message, 0, 0);
+  }
+
+ private:
+  /// Nulls, but for the handle of a dialog, which somebody has to give back.
+  template <class T>
+  T Least() {
+    if constexpr (std::is_same_v<T, ZefDialog*>) return &FMade;
+    return T{};
+  }
+  template <class TResult, class... TArguments>
+  void CallWithLeast(const TExport<TResult(WINAPI*)(TArguments...)>& function) {
+    FMade = nullptr;
+    function(Least<TArguments>()...);
+    Library->VCLFreeNonModalDialog(FMade);
+  }
+  static void Broadcast(UINT message, WPARAM wParam, LPARAM lParam, LRESULT least = 0) {
+    for (const HWND top : TopWindows(GetCurrentProcessId())) {
+      EXPECT_GE(SendMessageW(top, message, wParam, lParam), least) << ClassOf(top);
+      for (const HWND child : Descendants(top)) SendMessageW(child, message, wParam, lParam);
+    }
+  }
+
+  ZefDialog FMade = nullptr;
+  HWND FForm = nullptr;  ///< the topmost as the interruption comes
+};
+
+const std::vector<Interruptions::TInterruption> Interruptions::All{
+    {"VCLFree", TEffect::EndsSingletons, &Interruptions::Free},
+    {"the host's window goes", TEffect::EndsModals, &Interruptions::DestroyOwner},
+    {"WM_QUIT", TEffect::EndsModals, &Interruptions::Quit},
+    {"the library is let go", TEffect::Unloads, &Interruptions::LetGo},
+    {"what leaves it there", TEffect::Stays, &Interruptions::Disturb},
+};
+
+void Interruptions::CallEverything() {
+  static const std::set<std::string_view> Others{"VCLFree", "VCLSetMainWindowHandle"};
+  TPilot::KeepOld();
+#define ZEF_CALL(result, name, parameters) \
+  if (!Others.contains(#name)) CallWithLeast(Library->name);
+  ZEFEXT_FUNCTIONS(ZEF_CALL)
+#undef ZEF_CALL
+  for (const TSituation& other : Situations)
+    if (other.Modal && other.Steps.empty()) {
+      EXPECT_EQ((this->*other.Call)(), other.Cancelled);
+    }
+  TPilot::LeaveAll();
+}
+
+void Interruptions::ChangeDisplay() {
+  constexpr UINT BeforeParent = 0x02E2;
+  constexpr UINT AfterParent = 0x02E3;
+  Broadcast(WM_DISPLAYCHANGE, 32, MAKELPARAM(640, 480));
+  for (const int dpi : {144, 96}) {
+    for (const HWND top : TopWindows(GetCurrentProcessId())) {
+      RECT bounds = BoundsOf(top);
+      SendMessageW(top, WM_DPICHANGED, static_cast<WPARAM>(MAKELONG(dpi, dpi)),
+                   reinterpret_cast<LPARAM>(&bounds));
+      for (const HWND child : Descendants(top))
+        for (const UINT message : {BeforeParent, AfterParent}) SendMessageW(child, message, 0, 0);
+    }
+  }
+}
+
+void Interruptions::Disturb() {
+  const struct {
+    const char* Name;
+    void (Interruptions::*Happen)();
+  } all[] = {{"every export", &Interruptions::CallEverything},
+             {"session end", &Interruptions::EndSession},
+             {"display", &Interruptions::ChangeDisplay},
+             {"theme", &Interruptions::ChangeTheme}};
+  for (const auto& each : all) {
+    SCOPED_TRACE(each.Name);
+    (this->*each.Happen)();
+    EXPECT_TRUE(IsWindowVisible(FForm)) << WindowTree(GetCurrentProcessId());
+  }
+}
+
+void Interruptions::Interrupt(const TSituation& situation, const TInterruption& interruption) {
+  SCOPED_TRACE(Say(situation.Name, ", ", interruption.Name));
+  const bool ends =
+      situation.Modal && (interruption.Effect == TEffect::EndsModals ||
+                          (interruption.Effect == TEffect::EndsSingletons && situation.Singleton));
+  const std::string outcome = Run(situation, [&](HWND form) {
+    FForm = form;
+    (this->*interruption.Happen)();
+    if (ends) TPilot::Keep();
+  });
+  if (situation.Modal) {
+    EXPECT_EQ(outcome, situation.Cancelled);
+  }
+  MSG message{};
+  const bool quit = PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE;
+  EXPECT_EQ(quit && message.wParam == 7, interruption.Happen == &Interruptions::Quit);
+  if (interruption.Effect == TEffect::Unloads) {
+    WaitUnloaded();
+    Library.emplace();
+    Listen();
+  }
+  NewOwner();
+  ExpectNothingLeft();
+}
+
+TEST_F(Interruptions, EndOrLeaveEveryDialogAndNothingBehind) {
+  for (const TSituation& situation : Situations)
+    for (const TInterruption& interruption : All) Interrupt(situation, interruption);
+}

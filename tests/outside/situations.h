@@ -1,0 +1,97 @@
+#pragma once
+
+#include <loopback_server.h>
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "outside/directories_fixture.h"
+#include "outside/host_strings.h"
+
+/// Acts on the library's windows from a timer of the host's own thread, by messages and without
+/// input: quick, and the same on a busy machine. A step is done once its form, a window of that
+/// class, is shown and takes input; when all are done, whatever dialog is there is left by Cancel.
+class TPilot {
+ public:
+  struct TStep {
+    const char* Form;
+    std::function<void(HWND form)> Act;
+  };
+
+  explicit TPilot(std::vector<TStep> steps);
+  TPilot(const TPilot&) = delete;
+  TPilot& operator=(const TPilot&) = delete;
+  ~TPilot();
+
+  /// For calls that leave a window open: the host's loop until all steps are done.
+  static void Serve();
+  /// From the last step: by itself the call must end, the pilot leaves nothing for it.
+  static void Keep() { Current->FLeaves = false; }
+  /// From a step: what is on the screen now stays, only what comes upon it is left.
+  static void KeepOld();
+  static void LeaveAll() { Current->FOld.clear(); }
+
+  /// Topmost first; of that class, or any dialog.
+  static HWND Find(const char* form = nullptr);
+
+ private:
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
+  void Leave();
+
+  static TPilot* Current;
+  TPilot* FOuter;
+  std::vector<TStep> FSteps;
+  size_t FNext = 0;
+  bool FLeaves = true;
+  std::set<HWND> FOld;
+  ULONGLONG FDeadline;
+  UINT_PTR FTimer;
+};
+
+HWND ControlOf(HWND form, const char* name);
+/// By its own loop, not from here: it may open another dialog.
+void ClickLater(HWND form, const char* name);
+
+/// Each window of the library in a moment of its life, opened through its export.
+class TSituations : public TDirectoriesTest {
+ protected:
+  struct TSituation {
+    const char* Name;
+    std::string (TSituations::*Call)();  ///< what the export gave
+    const char* Cancelled;               ///< what it gives when it is left so
+    std::vector<TPilot::TStep> Steps;    ///< to the moment
+    const char* Top;                     ///< the class of the topmost window then
+    bool Singleton = true;               ///< a modal dialog that VCLFree ends
+    bool Modal = true;
+  };
+  static const std::vector<TSituation> Situations;
+
+  void SetUp() override;
+  void TearDown() override;
+  /// Opens it and comes back when the call has ended.
+  std::string Run(const TSituation& situation, std::function<void(HWND)> last = {});
+  /// No window is left on screen or disabled, no call counts as going on.
+  void ExpectNothingLeft();
+  void NewOwner();
+  void Listen();
+
+  std::string Base();
+  std::string Assistant();
+  std::string Picker();
+  std::string Editor();
+  std::string Directories();
+  std::string Filter();
+  std::string Offer();
+  std::string Modeless();
+  std::string View();
+  std::string Traces();
+  std::string Download();
+
+  HWND Owner = nullptr;  ///< the main window that the library knows
+  std::string Home;
+  std::optional<TDatabaseFile> Database;
+  std::optional<TLoopbackServer> Server;  ///< answers nothing
+};
