@@ -21,12 +21,7 @@ bool TComboBox::Accepts(std::string_view property) const {
 
 void TComboBox::SetBounds(const RECT& bounds) {
   TControl::SetBounds(bounds);
-  FitList();
-}
-
-void TComboBox::SetFont(HFONT font) {
-  TControl::SetFont(font);
-  FitList();
+  FDropDown.Fit(Handle(), bounds.bottom - bounds.top, Number("list-lines", kDropDownLines));
 }
 
 const TNativeItemsControl::TMessages& TComboBox::Messages() const {

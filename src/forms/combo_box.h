@@ -11,7 +11,6 @@ class TComboBox : public TNativeItemsControl {
 
   void HandleCommand(WORD code) override;
   void SetBounds(const RECT& bounds) override;
-  void SetFont(HFONT font) override;
   std::wstring CutText(POINT at) const override;
 
  protected:
@@ -21,7 +20,6 @@ class TComboBox : public TNativeItemsControl {
 
  private:
   bool Typed() const { return Word("style", "drop-down") == "drop-down"; }
-  void FitList() const { FDropDown.Fit(Handle(), Number("list-lines", kDropDownLines)); }
 
   TDropDown FDropDown{*this};
 };

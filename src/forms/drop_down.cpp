@@ -7,13 +7,34 @@
 #include "forms/dpi.h"
 #include "forms/text_fit.h"
 
-void TDropDown::Fit(HWND combo, int lines) const {
-  // The newer controls count lines, by default thirty.
-  SendMessageW(combo, CB_SETMINVISIBLE, static_cast<WPARAM>(lines), 0);
-  // For the older ones the height given to the window counts the open list in; the closed part
-  // takes its own.
+namespace {
+
+LONG HeightOf(HWND window) {
+  RECT bounds{};
+  GetWindowRect(window, &bounds);
+  return bounds.bottom - bounds.top;
+}
+
+/// The system makes a closed box as high as its font needs. What can be set is the height of the
+/// field in it; what the frame adds to that differs with theme and system.
+void SetClosedHeight(HWND combo, LONG height) {
+  const auto setField = [&](LONG field) {
+    SendMessageW(combo, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(field, 1L));
+  };
+  if (HeightOf(combo) == height) return;
+  setField(height);
+  setField(height - (HeightOf(combo) - height));
+}
+
+}  // namespace
+
+void TDropDown::Fit(HWND combo, LONG height, int lines) const {
+  SetClosedHeight(combo, height);
   RECT closed{};
   GetWindowRect(combo, &closed);
+  // The newer controls count lines, by default thirty.
+  SendMessageW(combo, CB_SETMINVISIBLE, static_cast<WPARAM>(lines), 0);
+  // For the older ones the height given to the window counts the open list in.
   const auto line = static_cast<int>(SendMessageW(combo, CB_GETITEMHEIGHT, 0, 0));
   // Its two borders, and a little that some kinds take off again.
   const int borders = 4 * GetSystemMetrics(SM_CYBORDER);

@@ -13,8 +13,9 @@ class TDropDown {
   TDropDown(const TDropDown&) = delete;
   TDropDown& operator=(const TDropDown&) = delete;
 
-  /// Gives the list its height. The combo box has its place, its font and its images.
-  void Fit(HWND combo, int lines) const;
+  /// Gives the closed box its height, in device pixels, and the list that of its lines. The combo
+  /// box has its place, its font and its images.
+  void Fit(HWND combo, LONG height, int lines) const;
   /// Takes a notification of the combo box. True when the user has chosen.
   bool Chosen(HWND combo, WORD code);
   /// The user has moved the selection. True when that is a choice already.

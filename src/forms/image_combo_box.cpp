@@ -22,24 +22,21 @@ bool TImageComboBox::Accepts(std::string_view property) const {
   return property == "list-lines" || property == "change" || TControl::Accepts(property);
 }
 
+// The outer window takes its height from the inner one, which in turn gets no more than that closed
+// height from it: its list would open with no room.
 void TImageComboBox::SetBounds(const RECT& bounds) {
+  const auto fit = [&] {
+    FDropDown.Fit(Inner(), bounds.bottom - bounds.top, Number("list-lines", kDropDownLines));
+  };
+  fit();
   TControl::SetBounds(bounds);
-  FitList();
-}
-
-void TImageComboBox::SetFont(HFONT font) {
-  TControl::SetFont(font);
-  FitList();
+  fit();
 }
 
 void TImageComboBox::SetImages(const TImageList* images) {
+  const RECT bounds = Bounds();
   Send(CBEM_SETIMAGELIST, 0, images ? reinterpret_cast<LPARAM>(images->Handle()) : 0);
-  FitList();
-}
-
-// The outer window gives the inner one its closed height only: its list would open with no room.
-void TImageComboBox::FitList() const {
-  FDropDown.Fit(Inner(), Number("list-lines", kDropDownLines));
+  SetBounds(bounds);
 }
 
 int TImageComboBox::ImageWidth() const {

@@ -25,7 +25,6 @@ class TImageComboBox : public TItemsControl {
 
   void HandleCommand(WORD code) override;
   void SetBounds(const RECT& bounds) override;
-  void SetFont(HFONT font) override;
   std::wstring CutText(POINT at) const override;
 
  protected:
@@ -36,7 +35,6 @@ class TImageComboBox : public TItemsControl {
 
  private:
   HWND Inner() const;
-  void FitList() const;
   int ImageWidth() const;
   void TypeAhead(wchar_t typed);
 

@@ -209,6 +209,10 @@ void ExpectSoundPlaces(const TForm& form) {
         << " x " << client.bottom;
     EXPECT_LT(bounds.left, bounds.right);
     EXPECT_LT(bounds.top, bounds.bottom);
+    const TLayoutItem& layout = form.FindControl(child)->Layout();
+    if (layout.Kind.ends_with("combo") || layout.Kind.starts_with("combo")) {
+      EXPECT_EQ(bounds.bottom - bounds.top, form.Scaled(*layout.Bounds[3])) << "beside edits";
+    }
     EXPECT_LE(NeededWidth(child, form.Dpi()), bounds.right - bounds.left) << TextOf(child);
     for (const HWND other : children) {
       const RECT others = InContent(form.Handle(), other);
