@@ -5,9 +5,34 @@
 #include "forms/application.h"
 #include "forms/modal_world.h"
 #include "platform/floating_point.h"
+#include "platform/unwind_notice.h"
 
 TBffolder::TBffolder(std::string name)
     : TComponent(std::move(name)), FShellVersion(ShellVersion()) {}
+
+/// What an execution changes around it.
+class TBffolder::TExecution {
+ public:
+  explicit TExecution(TBffolder& picker) : FPicker(picker) { FPicker.FRunning = true; }
+  TExecution(const TExecution&) = delete;
+  TExecution& operator=(const TExecution&) = delete;
+  ~TExecution() { End(); }
+
+  void LeaveWorld() { FWorld.reset(); }
+
+ private:
+  void End() {
+    LeaveWorld();
+    FMasks.reset();
+    FPicker.FRunning = false;
+  }
+
+  TBffolder& FPicker;
+  // The owner is not the dialog that the picker serves: that one must not take input either.
+  std::optional<TModalWorld> FWorld{std::in_place, nullptr};
+  std::optional<TFloatingPointMasks> FMasks{std::in_place};
+  TUnwindNotice FNotice{[](void* self) { static_cast<TExecution*>(self)->End(); }, this};
+};
 
 bool TBffolder::Execute() {
   if (FRunning) return false;
@@ -18,8 +43,7 @@ bool TBffolder::Execute() {
   request.SpecialFolder = SpecialFolder(FRootDir).value_or(0);
   if (FRootDir == TBffRootDir::rdUseSelectedDir) request.RootPath = FSelectedDir;
 
-  // The owner is not the dialog that the picker serves: that one must not take input either.
-  std::optional<TModalWorld> world(std::in_place, nullptr);
+  std::optional<TExecution> execution(std::in_place, *this);
   TFolderPicker::TEvents events;
   events.Initialized = [this] { Initialized(); };
   events.SelectionChanged = OnSelectionChanged;
@@ -30,12 +54,9 @@ bool TBffolder::Execute() {
       return goOn;
     };
   }
-  events.Closing = [&world] { world.reset(); };
-
-  FRunning = true;
-  const TFloatingPointMasks masks;
+  events.Closing = [&execution] { execution->LeaveWorld(); };
   const auto chosen = FPicker.Run(request, std::move(events));
-  FRunning = false;
+  execution.reset();
   if (!chosen) return false;
   FSelectedDir = *chosen;
   return true;

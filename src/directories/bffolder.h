@@ -45,6 +45,8 @@ class TBffolder : public TComponent {
   std::function<void(const std::string& typed, bool& goOn)> OnValidateFailed;
 
  private:
+  class TExecution;
+
   void Initialized();
 
   std::string FTitle;

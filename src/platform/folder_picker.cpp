@@ -15,6 +15,7 @@
 #include "platform/guard.h"
 #include "platform/quiet_disks.h"
 #include "platform/system_library.h"
+#include "platform/unwind_notice.h"
 
 namespace {
 
@@ -175,6 +176,36 @@ struct TFolderPicker::TCallbacks {
   }
 };
 
+/// What a picker is while the shell shows it.
+class TFolderPicker::TShowing {
+ public:
+  TShowing(TFolderPicker& picker, const TShell& shell, TEvents events) : FPicker(picker) {
+    FPicker.FShell = &shell;
+    FPicker.FEvents = std::move(events);
+  }
+  TShowing(const TShowing&) = delete;
+  TShowing& operator=(const TShowing&) = delete;
+  ~TShowing() { End(); }
+
+ private:
+  void End() {
+    FPicker.FWindow = nullptr;
+    FPicker.FShell = nullptr;
+    FPicker.FEvents = {};
+    FPicker.FSelection.clear();
+    FPicker.FReached = false;
+  }
+  // The shell's loop is gone, and would leave its window behind.
+  static void Unwound(void* self) {
+    auto& showing = *static_cast<TShowing*>(self);
+    if (showing.FPicker.Open()) DestroyWindow(static_cast<HWND>(showing.FPicker.FWindow));
+    showing.End();
+  }
+
+  TFolderPicker& FPicker;
+  TUnwindNotice FNotice{Unwound, this};
+};
+
 std::optional<std::string> TFolderPicker::Run(const TRequest& request, TEvents events) {
   const TComSession ole(TComSession::TKind::Ole);
   const TQuietDisks quiet;
@@ -192,14 +223,11 @@ std::optional<std::string> TFolderPicker::Run(const TRequest& request, TEvents e
   info.ulFlags = FlagsFor(ole, request.Flags);
   info.lpfn = TCallbacks::Browse;
   info.lParam = reinterpret_cast<LPARAM>(this);
-  FShell = &shell;
-  FEvents = std::move(events);
-  const TItems chosen(shell.Browse(&info));
-  FWindow = nullptr;
-  FShell = nullptr;
-  FEvents = {};
-  FSelection.clear();
-  FReached = false;
+  TItems chosen;
+  {
+    const TShowing showing(*this, shell, std::move(events));
+    chosen.reset(shell.Browse(&info));
+  }
   if (!chosen) return std::nullopt;
   return shell.PathOf(chosen.get()).value_or(std::string());
 }

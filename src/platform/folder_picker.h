@@ -48,6 +48,7 @@ class TFolderPicker {
 
  private:
   struct TShell;
+  class TShowing;
   struct TCallbacks;
 
   void Select(const std::wstring& folder);
