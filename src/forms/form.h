@@ -219,9 +219,11 @@ class TForm : public TComponent {
   void FitTo(const RECT& workArea);
   void KeepInside(const RECT& workArea);
   void KeepOnScreen();
+  void Restored();
   void RememberSize();
   void ScaleTo(int dpi);
   void Scroll(int bar, int position);
+  void ScrollBy(int bar, int wheel);
   void HandleScrollBar(int bar, int request);
   void Reveal(const TControl& control);
   void LimitTracking(MINMAXINFO& limits) const;
@@ -246,8 +248,9 @@ class TForm : public TComponent {
   std::vector<TControl*> FControls;
   std::vector<TControl*> FArranged;  ///< the items of FArrangement, in Tab order
   TArrangement FArrangement;         ///< device pixels
-  SIZE FWantedClient{};  ///< what the form would have where there is room, device pixels
-  SIZE FGivenClient{};   ///< what it was given of it
+  SIZE FWantedClient{};    ///< what the form would have where there is room, device pixels
+  SIZE FGivenClient{};     ///< what it was given of it
+  bool FSetAside = false;  ///< minimised or maximised
   bool FCentred = true;
   int FNextControlId = 0;
   bool FPlaced = false;

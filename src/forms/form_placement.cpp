@@ -3,13 +3,15 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "forms/dpi.h"
 #include "forms/form.h"
 #include "platform/code_page.h"
 #include "platform/kept.h"
 
-#ifndef WM_DPICHANGED_AFTERPARENT
+#ifndef WM_DPICHANGED_BEFOREPARENT
+#define WM_DPICHANGED_BEFOREPARENT 0x02E2
 #define WM_DPICHANGED_AFTERPARENT 0x02E3
 #endif
 
@@ -26,6 +28,8 @@ std::map<std::string, TChosenSize>& ChosenSizes() {
 }
 
 SIZE SizeOf(const RECT& bounds) { return {bounds.right - bounds.left, bounds.bottom - bounds.top}; }
+
+bool Same(SIZE a, SIZE b) { return a.cx == b.cx && a.cy == b.cy; }
 
 SIZE ScaleSize(SIZE size, int dpi, int from) {
   return {MulDiv(size.cx, dpi, from), MulDiv(size.cy, dpi, from)};
@@ -128,7 +132,7 @@ void TForm::RememberSize() {
   if (!HasStyle(FHandle, WS_THICKFRAME) || Embedded()) return;
   if (HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE) || FGivenClient.cx == 0) return;
   const SIZE client = FullClient();
-  if (client.cx == FGivenClient.cx && client.cy == FGivenClient.cy) return;
+  if (Same(client, FGivenClient)) return;
   // A side that only the screen made short is still wanted as it was.
   if (client.cx != FGivenClient.cx) FWantedClient.cx = client.cx;
   if (client.cy != FGivenClient.cy) FWantedClient.cy = client.cy;
@@ -161,7 +165,6 @@ void TForm::ScaleTo(int dpi) {
   const int before = FDpi;
   if (dpi == before) return;
   RememberSize();
-  const SIZE client = ScaleSize(FullClient(), dpi, before);
   FWantedClient = ScaleSize(FWantedClient, dpi, before);
   FDpi = dpi;
   TFontHandle font = MakeFont();
@@ -172,10 +175,11 @@ void TForm::ScaleTo(int dpi) {
   FFont = std::move(font);
   DpiChanged();
   MeasureControls();
-  if (Embedded()) {
-    SetClientSize(client);
-  } else {
+  if (!Embedded()) {
     FitTo(WorkAreaOf(WindowBounds()));
+  } else if (const SIZE client = FullClient(); Same(client, FGivenClient)) {
+    // Else the host has given it its new size already.
+    SetClientSize(ScaleSize(client, dpi, before));
   }
   ArrangeControls();
 }
@@ -221,6 +225,18 @@ void TForm::KeepOnScreen() {
   const RECT area = WorkAreaOf(WindowBounds());
   FitTo(area);
   KeepInside(area);
+}
+
+// The screen may have become smaller meanwhile. What the system then leaves of the form is not a
+// size that the user chose.
+void TForm::Restored() {
+  const SIZE size = SizeOf(WindowBounds());
+  const SIZE room = SizeOf(WorkAreaOf(WindowBounds()));
+  // The frame of one that the user put against an edge of the screen may reach beyond it.
+  const LONG frame = 2 * GetSystemMetrics(SM_CXSIZEFRAME);
+  if (Embedded() || (size.cx <= room.cx + frame && size.cy <= room.cy + frame)) return;
+  FGivenClient = FullClient();
+  KeepOnScreen();
 }
 
 // ---- controls ----
@@ -289,6 +305,11 @@ void TForm::Scroll(int bar, int position) {
   if (GetScrollPos(FHandle, bar) != before) ArrangeControls();
 }
 
+/// By what the wheel was turned.
+void TForm::ScrollBy(int bar, int wheel) {
+  Scroll(bar, GetScrollPos(FHandle, bar) + MulDiv(Scaled(60), wheel, WHEEL_DELTA));
+}
+
 void TForm::HandleScrollBar(int bar, int request) {
   SCROLLINFO info{};
   info.cbSize = sizeof info;
@@ -321,6 +342,8 @@ void TForm::Reveal(const TControl& control) {
   const SIZE client = ClientSize();
   const RECT bounds = control.Bounds();
   const auto reveal = [&](int bar, LONG start, LONG end, LONG length) {
+    // One that fills the view from its middle on is seen: more of it would hide its label.
+    if (start >= 0 && start < length / 2 && end - start > length / 2) return;
     // Its start counts more than its end.
     const LONG by = start < 0 ? start : std::min(std::max(end - length, 0L), start);
     if (by != 0) Scroll(bar, GetScrollPos(FHandle, bar) + static_cast<int>(by));
@@ -335,6 +358,8 @@ bool TForm::HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_SIZE:
       if (wParam != SIZE_MINIMIZED) ArrangeControls();
+      if (wParam == SIZE_RESTORED && std::exchange(FSetAside, false)) Restored();
+      if (wParam != SIZE_RESTORED) FSetAside = true;
       return false;
     case WM_GETMINMAXINFO:
       LimitTracking(*reinterpret_cast<MINMAXINFO*>(lParam));
@@ -357,13 +382,19 @@ bool TForm::HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam) {
       FitTo(WorkAreaOf(WindowBounds()));
       return true;
     }
+    case WM_DPICHANGED_BEFOREPARENT:
+      FGivenClient = FullClient();
+      return false;
     case WM_DPICHANGED_AFTERPARENT:
       ScaleTo(DpiOf(FHandle));
       return false;
     case WM_MOUSEWHEEL:
       if (!HasStyle(FHandle, WS_VSCROLL)) return false;
-      Scroll(SB_VERT, GetScrollPos(FHandle, SB_VERT) -
-                          MulDiv(Scaled(60), static_cast<short>(HIWORD(wParam)), WHEEL_DELTA));
+      ScrollBy(SB_VERT, -static_cast<short>(HIWORD(wParam)));
+      return true;
+    case WM_MOUSEHWHEEL:
+      if (!HasStyle(FHandle, WS_HSCROLL)) return false;
+      ScrollBy(SB_HORZ, static_cast<short>(HIWORD(wParam)));
       return true;
     default:
       return false;

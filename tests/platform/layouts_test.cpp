@@ -230,21 +230,21 @@ struct TScreen {
   int Dpi;
 };
 
+void SetDesktop(DWORD width, DWORD height) {
+  DEVMODEW mode{};
+  mode.dmSize = sizeof mode;
+  mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT | DM_BITSPERPEL;
+  mode.dmBitsPerPel = 32;
+  mode.dmPelsWidth = width;
+  mode.dmPelsHeight = height;
+  ASSERT_EQ(ChangeDisplaySettingsW(&mode, 0), DISP_CHANGE_SUCCESSFUL);
+  ASSERT_EQ(GetSystemMetrics(SM_CXSCREEN), static_cast<int>(width));
+}
+
 class Layouts : public testing::TestWithParam<TScreen> {
  protected:
   Layouts() { SetDesktop(GetParam().Width, GetParam().Height); }
   ~Layouts() override { ChangeDisplaySettingsW(nullptr, 0); }
-
-  static void SetDesktop(DWORD width, DWORD height) {
-    DEVMODEW mode{};
-    mode.dmSize = sizeof mode;
-    mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT | DM_BITSPERPEL;
-    mode.dmBitsPerPel = 32;
-    mode.dmPelsWidth = width;
-    mode.dmPelsHeight = height;
-    ASSERT_EQ(ChangeDisplaySettingsW(&mode, 0), DISP_CHANGE_SUCCESSFUL);
-    ASSERT_EQ(GetSystemMetrics(SM_CXSCREEN), static_cast<int>(width));
-  }
 };
 
 TEST_P(Layouts, HaveRoomForEverything) {
@@ -271,6 +271,28 @@ INSTANTIATE_TEST_SUITE_P(Screens, Layouts,
                                          TScreen{"FineLaptop", 1366, 768, 144},
                                          TScreen{"Tiny", 640, 480, 144}),
                          [](const auto& screen) { return screen.param.Name; });
+
+// Open, hidden or minimised while the screen changes: always inside it, and in the end as large as
+// the user made it.
+TEST(LayoutSizes, OutlastASmallerScreen) {
+  SetDesktop(1600, 1200);
+  const auto form = CreateForm<TAnyForm>("TDLGSELECTTYPOP");
+  form->Show();
+  SetWindowPos(form->Handle(), nullptr, 100, 50, 1300, 1000, SWP_NOZORDER);
+  SendMessageW(form->Handle(), WM_EXITSIZEMOVE, 0, 0);
+  for (const int aside : {SW_SHOW, SW_HIDE, SW_MINIMIZE}) {
+    SCOPED_TRACE(aside);
+    aside == SW_HIDE ? form->Hide() : void(ShowWindow(form->Handle(), aside));
+    SetDesktop(800, 600);
+    aside == SW_HIDE ? form->Show() : void(ShowWindow(form->Handle(), SW_RESTORE));
+    ExpectSoundPlaces(*form);
+    SetDesktop(1600, 1200);
+    const RECT bounds = form->WindowBounds();
+    EXPECT_EQ(bounds.right - bounds.left, 1300);
+    EXPECT_EQ(bounds.bottom - bounds.top, 1000);
+  }
+  ChangeDisplaySettingsW(nullptr, 0);
+}
 
 /// What the button that a key presses does: its result, its handler; nothing when it presses none.
 void ExpectPressed(TAnyForm& form, const TButton* button) {
