@@ -3,32 +3,36 @@
 #include <windows.h>
 
 #include <atomic>
-#include <utility>
+
+#include "platform/kept.h"
+#include "platform/owned.h"
 
 namespace {
 std::atomic<DWORD> number = 0;
-HANDLE thread = nullptr;  ///< while the number stands for it
+
+/// While the number stands for it.
+struct TRunningThread {
+  TKernelHandle Handle;
+};
 }  // namespace
 
 bool TWindowThread::IsCurrent() { return number == GetCurrentThreadId(); }
 
 bool TWindowThread::Running() {
   // One that was terminated did not tell.
-  return number != 0 && WaitForSingleObject(thread, 0) == WAIT_TIMEOUT;
+  return number != 0 && WaitForSingleObject(Kept<TRunningThread>().Handle.Get(), 0) == WAIT_TIMEOUT;
 }
 
 unsigned long TWindowThread::Id() { return number; }
 
 void TWindowThread::Claim() {
   Forget();
-  thread = OpenThread(SYNCHRONIZE, FALSE, GetCurrentThreadId());
+  Kept<TRunningThread>().Handle =
+      TKernelHandle(OpenThread(SYNCHRONIZE, FALSE, GetCurrentThreadId()));
   number = GetCurrentThreadId();
 }
 
-void TWindowThread::Forget() {
-  number = 0;
-  if (const HANDLE before = std::exchange(thread, nullptr)) CloseHandle(before);
-}
+void TWindowThread::Forget() { number = 0; }
 
 void TWindowThread::ThreadEnds() {
   if (IsCurrent()) number = 0;

@@ -4,6 +4,7 @@
 
 #include <ole2.h>
 
+#include "platform/com_ptr.h"
 #include "platform/system_library.h"
 
 /// COM on this thread for as long as the object lives. What initialised the thread stays
@@ -36,6 +37,15 @@ class TComSession {
   bool Apartment() const { return SUCCEEDED(FResult); }
   /// Components can be made, if they take the threading model that the host chose.
   bool Usable() const { return Apartment() || FResult == RPC_E_CHANGED_MODE; }
+  /// A component that runs in this process, or null. To be released before the session ends.
+  template <class TInterface>
+  TComPtr<TInterface> Make(REFCLSID component, REFIID id) const {
+    const auto create = Function<decltype(&CoCreateInstance)>("CoCreateInstance");
+    void* made = nullptr;
+    if (!Usable() || !create || FAILED(create(component, nullptr, CLSCTX_INPROC_SERVER, id, &made)))
+      return nullptr;
+    return TComPtr<TInterface>(static_cast<TInterface*>(made));
+  }
   /// A function of ole32.dll by its pointer type, or null.
   template <class TFunction>
   TFunction Function(const char* name) const {

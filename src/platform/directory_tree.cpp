@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/code_page.h"
+#include "platform/full_path.h"
 #include "platform/handle.h"
 #include "platform/quiet_disks.h"
 
@@ -37,12 +38,8 @@ TKernelHandle OpenExisting(const std::wstring& path, DWORD access, DWORD share) 
 /// Absolute, without an end slash, and free of the usual limit on a path's length: at the target
 /// the paths of a tree may be longer. Nothing when there is no such path.
 std::optional<std::wstring> LongPath(const std::string& path) {
-  const std::wstring given = ToWide(path);
-  std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
-  const DWORD length =
-      GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-  if (length == 0 || length >= full.size()) return std::nullopt;
-  full.resize(length);
+  std::wstring full = FullPath(path);
+  if (full.empty()) return std::nullopt;
   while (full.ends_with(L'\\')) full.pop_back();
   if (full.starts_with(L"\\\\?\\")) return full;
   if (full.starts_with(L"\\\\")) return L"\\\\?\\UNC" + full.substr(1);

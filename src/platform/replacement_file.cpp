@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/code_page.h"
+#include "platform/handle.h"
 #include "platform/rules/temporary_name.h"
 
 namespace {
@@ -23,14 +23,13 @@ std::wstring NewName(const std::wstring& target) {
 /// Deletes what was left beside the target; what another process still writes to, it holds.
 void ClearAway(const std::wstring& target) {
   WIN32_FIND_DATAW found;
-  const HANDLE search = FindFirstFileW((target + L".*").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return;
+  const TSearchHandle search(FindFirstFileW((target + L".*").c_str(), &found));
+  if (!search) return;
   const auto folder = target.substr(0, NameStart(target));
   const auto name = target.substr(folder.size());
   do {
     if (IsTemporaryName(found.cFileName, name)) DeleteFileW((folder + found.cFileName).c_str());
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
+  } while (FindNextFileW(search.Get(), &found));
 }
 
 /// A file that is to stay as it is, or a directory.
@@ -49,16 +48,8 @@ bool SetVanishing(HANDLE file, bool vanishing) {
 
 }  // namespace
 
-std::wstring FullPath(std::string_view name) {
-  const std::wstring wide = ToWide(name);
-  std::wstring path(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
-  path.resize(
-      GetFullPathNameW(wide.c_str(), static_cast<DWORD>(path.size()), path.data(), nullptr));
-  return path;
-}
-
 TReplacementFile::~TReplacementFile() {
-  if (FHandle) CloseHandle(FHandle);
+  FHandle.Reset();
   // Gone already, but on a disk whose files cannot vanish by themselves.
   if (!FPath.empty()) DeleteFileW(FPath.c_str());
 }
@@ -73,13 +64,12 @@ bool TReplacementFile::Create() {
   ClearAway(FTarget);
   const std::wstring path = NewName(FTarget);
   // Shared with nobody, so that others can neither clear it away nor slip something in.
-  const HANDLE file =
+  FHandle = TKernelHandle(
       CreateFileW(path.c_str(), GENERIC_WRITE | DELETE | (exists ? WRITE_DAC : 0), 0, nullptr,
-                  CREATE_NEW, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return false;
-  FHandle = file;
+                  CREATE_NEW, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (!FHandle) return false;
   FPath = path;
-  SetVanishing(file, true);
+  SetVanishing(FHandle.Get(), true);
   return !exists || TakeRights();
 }
 
@@ -89,24 +79,24 @@ bool TReplacementFile::TakeRights() const {
   if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) return true;  // a disk without rights
   std::vector<char> rights(size);
   return GetFileSecurityW(FTarget.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size) &&
-         (SetKernelObjectSecurity(FHandle, DACL_SECURITY_INFORMATION, rights.data()) ||
+         (SetKernelObjectSecurity(FHandle.Get(), DACL_SECURITY_INFORMATION, rights.data()) ||
           GetLastError() == ERROR_NOT_SUPPORTED);
 }
 
 bool TReplacementFile::Write(std::span<const char> data) {
   DWORD written = 0;
   const auto size = static_cast<DWORD>(data.size());
-  return WriteFile(FHandle, data.data(), size, &written, nullptr) && written == size;
+  return WriteFile(FHandle.Get(), data.data(), size, &written, nullptr) && written == size;
 }
 
-bool TReplacementFile::Flush() { return FlushFileBuffers(FHandle) != FALSE; }
+bool TReplacementFile::Flush() { return FlushFileBuffers(FHandle.Get()) != FALSE; }
 
 bool TReplacementFile::Replace() {
   if (IsProtected(FTarget)) return false;
-  SetVanishing(FHandle, false);
-  const HANDLE file = std::exchange(FHandle, nullptr);
-  if (!CloseHandle(file) || !MoveFileExW(FPath.c_str(), FTarget.c_str(),
-                                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+  SetVanishing(FHandle.Get(), false);
+  FHandle.Reset();
+  if (!MoveFileExW(FPath.c_str(), FTarget.c_str(),
+                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
     return false;
   }
   FPath.clear();
@@ -114,16 +104,15 @@ bool TReplacementFile::Replace() {
 }
 
 bool TReplacementFile::CopyOld() {
-  const HANDLE old = CreateFileW(FTarget.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                 OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-  if (old == INVALID_HANDLE_VALUE) return false;
+  const TKernelHandle old(CreateFileW(FTarget.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (!old) return false;
   std::vector<char> block(kBlock);
   DWORD size = 0;
   bool done = Create();
-  while (done && (done = ReadFile(old, block.data(), kBlock, &size, nullptr)) && size > 0) {
+  while (done && (done = ReadFile(old.Get(), block.data(), kBlock, &size, nullptr)) && size > 0) {
     done = Write({block.data(), size});
   }
-  CloseHandle(old);
   return done;
 }
 

@@ -2,10 +2,8 @@
 
 #include <span>
 #include <string>
-#include <string_view>
 
-/// The full path of a file that is named in the ANSI code page, from the current directory of now.
-std::wstring FullPath(std::string_view name);
+#include "platform/owned.h"
 
 /// A new content for a file, written beside it and put in its place only when it is whole. Until
 /// then the old content stays, and an object that is given up, or whose process dies, leaves
@@ -36,7 +34,7 @@ class TReplacementFile {
 
   std::wstring FTarget;
   std::wstring FPath;  ///< of the new content; empty when there is none
-  void* FHandle = nullptr;
+  TKernelHandle FHandle;
 };
 
 /// Puts two contents in place, or neither.

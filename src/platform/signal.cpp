@@ -9,8 +9,6 @@ TSignal::TSignal(TReset reset)
   if (!FHandle) throw std::runtime_error("no event");
 }
 
-TSignal::~TSignal() { CloseHandle(FHandle); }
+void TSignal::Set() const { SetEvent(Handle()); }
 
-void TSignal::Set() const { SetEvent(FHandle); }
-
-bool TSignal::Wait(unsigned ms) const { return WaitForSingleObject(FHandle, ms) == WAIT_OBJECT_0; }
+bool TSignal::Wait(unsigned ms) const { return WaitForSingleObject(Handle(), ms) == WAIT_OBJECT_0; }

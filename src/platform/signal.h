@@ -3,6 +3,8 @@
 #include <functional>
 #include <memory>
 
+#include "platform/owned.h"
+
 /// As a time to wait: for ever.
 constexpr unsigned kForEver = ~0u;
 
@@ -15,18 +17,15 @@ class TSignal {
   };
   /// Throws std::runtime_error when the system has none to give.
   explicit TSignal(TReset reset);
-  TSignal(const TSignal&) = delete;
-  TSignal& operator=(const TSignal&) = delete;
-  ~TSignal();
 
   void Set() const;
   /// False when the time (milliseconds) is over.
   bool Wait(unsigned ms) const;
   /// The system's handle.
-  void* Handle() const { return FHandle; }
+  void* Handle() const { return FHandle.Get(); }
 
  private:
-  void* FHandle;
+  TKernelHandle FHandle;
 };
 
 /// How to wait for a signal: as TSignal::Wait does, or while doing something useful.

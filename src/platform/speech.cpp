@@ -20,32 +20,18 @@ class TSpeech::TVoice {
   std::string Name(ISpObjectToken& token) const;
 
  private:
-  template <class TInterface>
-  TComPtr<TInterface> Make(REFCLSID component, REFIID id) const;
-
   TComSession FSession{TComSession::TKind::Com};
   TComPtr<ISpVoice> FVoice;
 };
 
-template <class TInterface>
-TComPtr<TInterface> TSpeech::TVoice::Make(REFCLSID component, REFIID id) const {
-  const auto create = FSession.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
-  void* made = nullptr;
-  if (!FSession.Usable() || !create ||
-      FAILED(create(component, nullptr, CLSCTX_INPROC_SERVER, id, &made))) {
-    return nullptr;
-  }
-  return TComPtr<TInterface>(static_cast<TInterface*>(made));
-}
-
 bool TSpeech::TVoice::Create() {
-  FVoice = Make<ISpVoice>(__uuidof(SpVoice), __uuidof(ISpVoice));
+  FVoice = FSession.Make<ISpVoice>(__uuidof(SpVoice), __uuidof(ISpVoice));
   return FVoice != nullptr;
 }
 
 TComPtr<IEnumSpObjectTokens> TSpeech::TVoice::Tokens() const {
-  const auto category = Make<ISpObjectTokenCategory>(__uuidof(SpObjectTokenCategory),
-                                                     __uuidof(ISpObjectTokenCategory));
+  const auto category = FSession.Make<ISpObjectTokenCategory>(__uuidof(SpObjectTokenCategory),
+                                                              __uuidof(ISpObjectTokenCategory));
   IEnumSpObjectTokens* tokens = nullptr;
   if (!category || FAILED(category->SetId(SPCAT_VOICES, FALSE)) ||
       FAILED(category->EnumTokens(nullptr, nullptr, &tokens))) {

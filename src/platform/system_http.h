@@ -5,7 +5,8 @@
 #include <winhttp.h>
 
 #include <string>
-#include <utility>
+
+#include "platform/owned.h"
 
 /// The system's HTTP client, loaded on first use. Never unloaded: its threads may still be at work
 /// when a request of ours is long over. Any thread.
@@ -39,25 +40,10 @@ class TSystemHttp {
 /// The calling thread's last error; never none, for something did fail.
 unsigned long LastHttpFailure();
 
-class TInternetHandle {
- public:
-  TInternetHandle() = default;
-  explicit TInternetHandle(HINTERNET handle) : FHandle(handle) {}
-  TInternetHandle(TInternetHandle&& other) noexcept
-      : FHandle(std::exchange(other.FHandle, nullptr)) {}
-  TInternetHandle& operator=(TInternetHandle&& other) noexcept {
-    std::swap(FHandle, other.FHandle);
-    return *this;
-  }
-  ~TInternetHandle() {
-    if (FHandle) TSystemHttp::Get().CloseHandle(FHandle);
-  }
-  HINTERNET Get() const { return FHandle; }
-  explicit operator bool() const { return FHandle != nullptr; }
-
- private:
-  HINTERNET FHandle = nullptr;
+struct TCloseInternet {
+  void operator()(HINTERNET handle) const { TSystemHttp::Get().CloseHandle(handle); }
 };
+using TInternetHandle = TOwned<HINTERNET, TCloseInternet>;
 
 /// What the requests of one fetch share: settings and cookies. No logon data goes out by itself.
 class THttpSession {

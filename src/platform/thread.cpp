@@ -29,21 +29,19 @@ TThread::TThread() : FEnded(std::make_shared<TSignal>(TSignal::TReset::Never)) {
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCWSTR>(&Run),
                      &module);
   FModule = module;
-  FHandle = CreateThread(nullptr, 0, Run, this, CREATE_SUSPENDED, nullptr);
+  FHandle = TKernelHandle(CreateThread(nullptr, 0, Run, this, CREATE_SUSPENDED, nullptr));
   if (FHandle) return;
   FreeLibrary(module);
   throw std::runtime_error("no thread");
 }
 
-TThread::~TThread() { CloseHandle(FHandle); }
-
-void TThread::Resume() { ResumeThread(FHandle); }
+void TThread::Resume() { ResumeThread(FHandle.Get()); }
 
 void TThread::WaitFor() const {
   // The signal and not the thread's end, which the system holds up while a library is loaded or
   // unloaded, perhaps by the very thread that waits here. When the process ends, the system has
   // ended the thread in the middle of its body: then only its handle tells.
-  const HANDLE either[] = {FEnded->Handle(), FHandle};
+  const HANDLE either[] = {FEnded->Handle(), FHandle.Get()};
   WaitForMultipleObjects(2, either, FALSE, INFINITE);
 }
 

@@ -15,7 +15,7 @@ class TThread {
   TThread();
   TThread(const TThread&) = delete;
   TThread& operator=(const TThread&) = delete;
-  virtual ~TThread();
+  virtual ~TThread() = default;
 
   /// Lets it run; once.
   void Resume();
@@ -32,7 +32,7 @@ class TThread {
 
   std::shared_ptr<TSignal> FEnded;
   void* FModule = nullptr;  ///< the thread's own hold of the library
-  void* FHandle = nullptr;
+  TKernelHandle FHandle;
 };
 
 /// Names the calling thread for a debugger.

@@ -10,6 +10,7 @@
 
 #include "platform/code_page.h"
 #include "platform/com_ptr.h"
+#include "platform/com_session.h"
 #include "platform/floating_point.h"
 #include "platform/system_library.h"
 #include "platform/web_site.h"
@@ -17,35 +18,6 @@
 namespace {
 
 constexpr int kNoHistory = 2;
-
-/// OLE, loaded and initialised for this thread while the object lives.
-class TOleSession {
- public:
-  TOleSession() : FOle(L"ole32.dll"), FAutomation(L"oleaut32.dll") {
-    CreateInstance = FOle.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
-    AllocString = FAutomation.Function<decltype(&SysAllocString)>("SysAllocString");
-    FreeString = FAutomation.Function<decltype(&SysFreeString)>("SysFreeString");
-    const auto initialize = FOle.Function<decltype(&OleInitialize)>("OleInitialize");
-    FInitialized = initialize && SUCCEEDED(initialize(nullptr));
-  }
-  ~TOleSession() {
-    if (FInitialized) FOle.Function<decltype(&OleUninitialize)>("OleUninitialize")();
-  }
-  TOleSession(const TOleSession&) = delete;
-  TOleSession& operator=(const TOleSession&) = delete;
-
-  /// False also in a thread that the host gave a threading model without windows.
-  bool Usable() const { return FInitialized && CreateInstance && AllocString && FreeString; }
-
-  decltype(&CoCreateInstance) CreateInstance;
-  decltype(&SysAllocString) AllocString;
-  decltype(&SysFreeString) FreeString;
-
- private:
-  TSystemLibrary FOle;
-  TSystemLibrary FAutomation;
-  bool FInitialized;
-};
 
 VARIANT Missing() {
   VARIANT missing{};
@@ -72,7 +44,12 @@ class TWebControl::TBrowser {
  private:
   void HearEvents();
 
-  TOleSession FOle;
+  TComSession FOle{TComSession::TKind::Ole};
+  TSystemLibrary FAutomation{L"oleaut32.dll"};
+  decltype(&SysAllocString) FAllocString =
+      FAutomation.Function<decltype(&SysAllocString)>("SysAllocString");
+  decltype(&SysFreeString) FFreeString =
+      FAutomation.Function<decltype(&SysFreeString)>("SysFreeString");
   HWND FWindow;
   TComPtr<TWebSite> FSite;
   TComPtr<IOleObject> FObject;
@@ -89,12 +66,10 @@ TWebControl::TBrowser::~TBrowser() {
 }
 
 bool TWebControl::TBrowser::Create() {
-  void* object = nullptr;
-  if (!FOle.Usable() || FAILED(FOle.CreateInstance(CLSID_WebBrowser, nullptr, CLSCTX_INPROC_SERVER,
-                                                   IID_IOleObject, &object))) {
-    return false;
-  }
-  FObject.reset(static_cast<IOleObject*>(object));
+  // A thread that the host gave a threading model without windows has no place for it.
+  if (!FOle.Apartment() || !FAllocString || !FFreeString) return false;
+  FObject = FOle.Make<IOleObject>(CLSID_WebBrowser, IID_IOleObject);
+  if (!FObject) return false;
   const RECT place = FSite->Place();
   if (FAILED(FObject->SetClientSite(FSite.get())) ||
       FAILED(FObject->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, FSite.get(), 0, FWindow, &place))) {
@@ -125,7 +100,7 @@ void TWebControl::TBrowser::Navigate(std::string_view address) const {
   address = address.substr(0, address.find_last_not_of(blanks) + 1);
   const std::wstring page = ToWide(address);
   if (!IsWebPage(page)) return;
-  const BSTR url = FOle.AllocString(page.c_str());
+  const BSTR url = FAllocString(page.c_str());
   VARIANT flags{};
   flags.vt = VT_I4;
   flags.lVal = kNoHistory;
@@ -133,7 +108,7 @@ void TWebControl::TBrowser::Navigate(std::string_view address) const {
   VARIANT data = Missing();
   VARIANT headers = Missing();
   FBrowser->Navigate(url, &flags, &frame, &data, &headers);
-  FOle.FreeString(url);
+  FFreeString(url);
 }
 
 void TWebControl::TBrowser::Resize() const {

@@ -3,23 +3,10 @@
 #include <initguid.h>
 #include <oleacc.h>
 
-TWindowAnnotations::TWindowAnnotations() : FCom(L"ole32.dll") {
-  const auto initialize = FCom.Function<decltype(&CoInitializeEx)>("CoInitializeEx");
-  const auto create = FCom.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
-  if (!initialize || !create) return;
-  // A thread that the host gave the other threading model serves as well, but is not ours to end.
-  FInitialized = SUCCEEDED(initialize(nullptr, COINIT_APARTMENTTHREADED));
-  void* service = nullptr;
-  if (SUCCEEDED(create(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
-                       &service))) {
-    FService.reset(static_cast<IAccPropServices*>(service));
-  }
-}
+TWindowAnnotations::TWindowAnnotations()
+    : FService(FCom.Make<IAccPropServices>(CLSID_AccPropServices, IID_IAccPropServices)) {}
 
-TWindowAnnotations::~TWindowAnnotations() {
-  FService.reset();
-  if (FInitialized) FCom.Function<decltype(&CoUninitialize)>("CoUninitialize")();
-}
+TWindowAnnotations::~TWindowAnnotations() = default;
 
 void TWindowAnnotations::Set(HWND window, const std::wstring& name,
                              const std::wstring& description) const {

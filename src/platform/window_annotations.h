@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/com_ptr.h"
-#include "platform/system_library.h"
+#include "platform/com_session.h"
 
 struct IAccPropServices;
 
@@ -24,7 +24,6 @@ class TWindowAnnotations {
   void Clear(HWND window) const;
 
  private:
-  TSystemLibrary FCom;
-  bool FInitialized = false;
+  TComSession FCom{TComSession::TKind::Com};
   TComPtr<IAccPropServices> FService;
 };

@@ -196,19 +196,15 @@ class THandler final : public ISAXContentHandler, public ISAXLexicalHandler {
 };
 
 std::optional<std::string> ReadBytes(const std::string& path) {
-  const HANDLE file = CreateFileW(ToWide(path).c_str(), GENERIC_READ,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return std::nullopt;
-  const struct TCloser {
-    HANDLE File;
-    ~TCloser() { CloseHandle(File); }
-  } closer{file};
+  const TKernelHandle file(CreateFileW(ToWide(path).c_str(), GENERIC_READ,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                       nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (!file) return std::nullopt;
   LARGE_INTEGER size;
-  if (!GetFileSizeEx(file, &size) || size.QuadPart > MAXLONG) return std::nullopt;
+  if (!GetFileSizeEx(file.Get(), &size) || size.QuadPart > MAXLONG) return std::nullopt;
   std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
   DWORD read = 0;
-  if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) ||
+  if (!ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) ||
       read != bytes.size())
     return std::nullopt;
   return bytes;
@@ -279,13 +275,8 @@ TXmlReading ReadXmlFile(const std::string& path, TXmlSink& sink) {
 
   THandler handler(sink);
   const TComSession com(TComSession::TKind::Com);
-  const auto createInstance = com.Function<decltype(&CoCreateInstance)>("CoCreateInstance");
-  void* created = nullptr;
-  if (!com.Usable() || !createInstance ||
-      FAILED(createInstance(kSaxXmlReader60, nullptr, CLSCTX_INPROC_SERVER, kSaxXmlReaderInterface,
-                            &created)))
-    return TXmlReading::NoComponent;
-  const TComPtr<ISAXXMLReader> reader(static_cast<ISAXXMLReader*>(created));
+  const auto reader = com.Make<ISAXXMLReader>(kSaxXmlReader60, kSaxXmlReaderInterface);
+  if (!reader) return TXmlReading::NoComponent;
   SetUp(*reader, handler);
   const TSystemLibrary streams(L"shlwapi.dll");
   const TComPtr<IStream> stream = StreamOf(streams, *std::exchange(text, std::nullopt));

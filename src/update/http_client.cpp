@@ -1,5 +1,7 @@
 #include "update/http_client.h"
 
+#include "platform/full_path.h"
+
 void THttpClient::Prepare(std::string_view address) {
   TFetchOrder order;
   order.Address = address;
