@@ -14,11 +14,6 @@ TControl::TWindowParams TButton::WindowParams() const {
   return {WC_BUTTONW, BS_PUSHBUTTON | TabStopStyle(), 0};
 }
 
-bool TButton::Accepts(std::string_view property) const {
-  return property == "default" || property == "cancel" || property == "result" ||
-         TControl::Accepts(property);
-}
-
 void TButton::SetDefault() { Form().SetDefaultButton(*this); }
 
 void TButton::Click() {
@@ -39,10 +34,6 @@ TControl::TWindowParams TBitBtn::WindowParams() const {
   // then for screen readers only.
   if (AllPicture()) params.Style |= BS_OWNERDRAW;
   return params;
-}
-
-bool TBitBtn::Accepts(std::string_view property) const {
-  return property == "glyph" || TButton::Accepts(property);
 }
 
 void TBitBtn::Created() {

@@ -18,7 +18,6 @@ class TButton : public TControl {
 
  protected:
   TWindowParams WindowParams() const override;
-  bool Accepts(std::string_view property) const override;
 };
 
 /// A push button with a glyph before its caption. Without a caption it is all picture, its hint is
@@ -33,7 +32,6 @@ class TBitBtn : public TButton {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
   LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:

@@ -31,10 +31,6 @@ void TCheckListBox::Created() {
   FitColumn();
 }
 
-bool TCheckListBox::Accepts(std::string_view property) const {
-  return property == "click-check" || property == "dblclick" || TControl::Accepts(property);
-}
-
 TNotifyEvent* TCheckListBox::FindEvent(std::string_view property) {
   return property == "click-check" ? &OnClickCheck : TControl::FindEvent(property);
 }

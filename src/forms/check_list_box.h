@@ -44,7 +44,6 @@ class TCheckListBox : public TItemsControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
   LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:

@@ -14,11 +14,6 @@ TControl::TWindowParams TComboBox::WindowParams() const {
   return {WC_COMBOBOXW, style, 0};
 }
 
-bool TComboBox::Accepts(std::string_view property) const {
-  return property == "sorted" || property == "style" || property == "list-lines" ||
-         property == "change" || TControl::Accepts(property);
-}
-
 void TComboBox::SetBounds(const RECT& bounds) {
   TControl::SetBounds(bounds);
   FDropDown.Fit(Handle(), bounds.bottom - bounds.top, Number("list-lines", kDropDownLines));

@@ -15,7 +15,6 @@ class TComboBox : public TNativeItemsControl {
 
  protected:
   TWindowParams WindowParams() const override;
-  bool Accepts(std::string_view property) const override;
   const TMessages& Messages() const override;
 
  private:

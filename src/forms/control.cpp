@@ -17,10 +17,6 @@ namespace {
 constexpr wchar_t kNameProperty[] = L"ControlName";
 constexpr UINT_PTR kSubclassId = 1;
 
-constexpr std::string_view kCommonProperties[] = {
-    "anchors", "caption", "color", "cursor", "disabled", "enter",      "exit",
-    "help",    "hidden",  "hint",  "tab",    "click",    "no-tab-stop"};
-
 int SystemColor(const std::string& name) {
   if (name == "window") return COLOR_WINDOW;
   if (name == "info") return COLOR_INFOBK;
@@ -65,11 +61,6 @@ TControl::~TControl() {
 }
 
 void TControl::Create(const RECT& bounds, HFONT font) {
-  for (const auto& property : FLayout.Properties) {
-    if (!Accepts(property.Name)) {
-      throw TLayoutError(Name() + " does not take " + property.Name);
-    }
-  }
   const auto params = WindowParams();
   DWORD style = params.Style | WS_CHILD | WS_GROUP;
   if (!HasFlag("hidden")) style |= WS_VISIBLE;
@@ -218,10 +209,6 @@ TNotifyEvent* TControl::FindEvent(std::string_view property) {
 }
 
 int TControl::TabOrder() const { return Number("tab", INT_MAX); }
-
-bool TControl::Accepts(std::string_view property) const {
-  return std::ranges::find(kCommonProperties, property) != std::end(kCommonProperties);
-}
 
 std::string TControl::Word(std::string_view property, std::string_view fallback) const {
   const auto* found = FLayout.Find(property);

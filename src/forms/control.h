@@ -104,8 +104,6 @@ class TControl : public TComponent {
   virtual void EnableWindows(bool enabled);
   /// Messages on their way to a native window of this control.
   virtual LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  /// True for the properties that this kind takes; others are refused as unknown.
-  virtual bool Accepts(std::string_view property) const;
 
   bool HasFlag(std::string_view property) const { return FLayout.Find(property) != nullptr; }
   /// First value of a property, or the fallback when it is not given.

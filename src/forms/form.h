@@ -204,6 +204,7 @@ class TForm : public TComponent {
   static LRESULT CALLBACK FormProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void CreateFormWindow();
   void CreateControls(const TLayout& layout);
+  TNotifyEvent* FindEvent(std::string_view property);
   void BindEvents(const TFormBinder& binder);
   TFontHandle MakeFont() const;
   // form_placement.cpp

@@ -16,6 +16,7 @@
 #include "forms/memo.h"
 #include "forms/radio_group.h"
 #include "forms/resource.h"
+#include "forms/rules/layout_words.h"
 #include "forms/std_controls.h"
 #include "forms/web_view.h"
 #include "forms/window_class.h"
@@ -29,12 +30,12 @@ std::unique_ptr<TControl> Make(TForm& form, const TLayoutItem& layout) {
   return std::make_unique<T>(form, layout);
 }
 
-struct TKind {
-  std::string_view Name;
+struct TMaker {
+  std::string_view Kind;
   std::unique_ptr<TControl> (*Make)(TForm&, const TLayoutItem&);
 };
 
-constexpr TKind kKinds[] = {
+constexpr TMaker kMakers[] = {
     {"bitmap-button", Make<TBitBtn>},
     {"button", Make<TButton>},
     {"check-box", Make<TCheckBox>},
@@ -53,6 +54,7 @@ constexpr TKind kKinds[] = {
     {"up-down", Make<TUpDown>},
     {"web", Make<TWebView>},
 };
+static_assert(std::ranges::equal(kMakers, kControlKinds, {}, &TMaker::Kind));
 
 /// The layout of a class over those of the classes it inherits.
 TLayout LoadLayout(const std::string& name) {
@@ -177,9 +179,8 @@ void TForm::CreateFormWindow() {
 
 void TForm::CreateControls(const TLayout& layout) {
   for (const auto& item : layout.Controls) {
-    const auto kind = std::ranges::find(kKinds, item.Kind, &TKind::Name);
-    if (kind == std::end(kKinds)) throw TLayoutError("unknown kind " + item.Kind);
-    FControls.push_back(&Adopt(kind->Make(*this, item)));
+    const auto maker = std::ranges::find(kMakers, item.Kind, &TMaker::Kind);
+    FControls.push_back(&Adopt(maker->Make(*this, item)));
   }
   FArranged = TabSequence(FControls);
   MeasureControls();
@@ -195,36 +196,42 @@ void TForm::CreateControls(const TLayout& layout) {
   ArrangeControls();
 }
 
-void TForm::BindEvents(const TFormBinder& binder) {
-  const auto handlerName = [](const TLayoutItem& item, std::string_view property) {
-    const auto* found = item.Find(property);
-    return found ? found->Values[0] : std::string();
-  };
+TNotifyEvent* TForm::FindEvent(std::string_view property) {
   const struct {
-    const char* Property;
+    std::string_view Property;
     TNotifyEvent* Event;
-  } formEvents[] = {{"click", &OnClick},  {"dblclick", &OnDblClick}, {"close", &OnClose},
-                    {"paint", &OnPaint},  {"show", &OnShow},         {"hide", &OnHide},
-                    {"create", &OnCreate}};
-  for (const auto& each : formEvents) {
-    const auto name = handlerName(FLayout, each.Property);
-    if (!name.empty()) *each.Event = TFormBinder::Find(binder.FHandlers, name);
-  }
-  if (const auto name = handlerName(FLayout, "close-query"); !name.empty()) {
-    OnCloseQuery = TFormBinder::Find(binder.FCloseQueryHandlers, name);
-  }
-  if (const auto name = handlerName(FLayout, "help-event"); !name.empty()) {
-    OnHelp = TFormBinder::Find(binder.FHelpHandlers, name);
-  }
-  for (TControl* control : FControls) {
-    for (const auto& property : control->Layout().Properties) {
-      if (TNotifyEvent* event = control->FindEvent(property.Name)) {
-        Naming(control->Name(),
-               [&] { *event = TFormBinder::Find(binder.FHandlers, property.Values[0]); });
+  } events[] = {{"click", &OnClick},  {"dblclick", &OnDblClick}, {"close", &OnClose},
+                {"paint", &OnPaint},  {"show", &OnShow},         {"hide", &OnHide},
+                {"create", &OnCreate}};
+  const auto found =
+      std::ranges::find(events, property, &std::decay_t<decltype(*events)>::Property);
+  return found == std::end(events) ? nullptr : found->Event;
+}
+
+void TForm::BindEvents(const TFormBinder& binder) {
+  const auto bindAll = [&](const TLayoutItem& item, auto findEvent) {
+    for (const auto& property : item.Properties) {
+      if (!FindLayoutWord(property.Name)->Event) continue;
+      const std::string& handler = property.Values[0];
+      if (property.Name == "close-query") {
+        OnCloseQuery = TFormBinder::Find(binder.FCloseQueryHandlers, handler);
+      } else if (property.Name == "help-event") {
+        OnHelp = TFormBinder::Find(binder.FHelpHandlers, handler);
+      } else if (TNotifyEvent* event = findEvent(property.Name)) {
+        *event = TFormBinder::Find(binder.FHandlers, handler);
+      } else {
+        throw std::logic_error("no event behind " + property.Name);
       }
     }
-    if (control->Layout().Find("default")) FDefaultButton = dynamic_cast<TButton*>(control);
-    if (control->Layout().Find("cancel")) FCancelButton = dynamic_cast<TButton*>(control);
+  };
+  bindAll(FLayout, [&](const std::string& property) { return FindEvent(property); });
+  for (TControl* control : FControls) {
+    const TLayoutItem& layout = control->Layout();
+    Naming(control->Name(), [&] {
+      bindAll(layout, [&](const std::string& property) { return control->FindEvent(property); });
+    });
+    if (layout.Find("default")) FDefaultButton = dynamic_cast<TButton*>(control);
+    if (layout.Find("cancel")) FCancelButton = dynamic_cast<TButton*>(control);
   }
   if (FDefaultButton) SetDefaultButton(*FDefaultButton);
 }

@@ -18,10 +18,6 @@ void TImageComboBox::Created() { Attach(Inner()); }
 
 HWND TImageComboBox::Inner() const { return reinterpret_cast<HWND>(Send(CBEM_GETCOMBOCONTROL)); }
 
-bool TImageComboBox::Accepts(std::string_view property) const {
-  return property == "list-lines" || property == "change" || TControl::Accepts(property);
-}
-
 // The outer window takes its height from the inner one, which in turn gets no more than that closed
 // height from it: its list would open with no room.
 void TImageComboBox::SetBounds(const RECT& bounds) {

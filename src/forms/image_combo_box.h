@@ -30,7 +30,6 @@ class TImageComboBox : public TItemsControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
   LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:

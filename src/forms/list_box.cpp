@@ -12,10 +12,6 @@ TControl::TWindowParams TListBox::WindowParams() const {
   return {WC_LISTBOXW, style, WS_EX_CLIENTEDGE};
 }
 
-bool TListBox::Accepts(std::string_view property) const {
-  return property == "sorted" || property == "dblclick" || TControl::Accepts(property);
-}
-
 const TNativeItemsControl::TMessages& TListBox::Messages() const {
   static constexpr TMessages messages{
       LB_GETCOUNT,     LB_GETTEXTLEN,   LB_GETTEXT,   LB_ADDSTRING, LB_INSERTSTRING,

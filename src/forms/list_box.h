@@ -12,7 +12,6 @@ class TListBox : public TNativeItemsControl {
 
  protected:
   TWindowParams WindowParams() const override;
-  bool Accepts(std::string_view property) const override;
   const TMessages& Messages() const override;
 
  private:

@@ -33,10 +33,6 @@ LRESULT TMemo::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPara
   return result & ~(DLGC_WANTALLKEYS | DLGC_WANTTAB);
 }
 
-bool TMemo::Accepts(std::string_view property) const {
-  return property == "lines" || property == "scroll" || TEdit::Accepts(property);
-}
-
 std::wstring TMemo::WithLineEnds(std::wstring_view text) {
   std::wstring result;
   result.reserve(text.size());

@@ -16,7 +16,6 @@ class TMemo : public TEdit {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
   LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
   static std::wstring WithLineEnds(std::wstring_view text);
 

@@ -11,11 +11,6 @@
 
 TControl::TWindowParams TRadioGroup::WindowParams() const { return {WC_BUTTONW, BS_GROUPBOX, 0}; }
 
-bool TRadioGroup::Accepts(std::string_view property) const {
-  return property == "items" || property == "columns" || property == "item" ||
-         TControl::Accepts(property);
-}
-
 void TRadioGroup::Created() {
   const auto* items = Layout().Find("items");
   if (!items) return;

@@ -25,7 +25,6 @@ class TRadioGroup : public TControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
   void EnableWindows(bool enabled) override;
 
  private:

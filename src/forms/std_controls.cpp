@@ -15,10 +15,6 @@ TControl::TWindowParams TLabel::WindowParams() const {
   return {WC_STATICW, SS_LEFT | SS_NOTIFY, 0};
 }
 
-bool TLabel::Accepts(std::string_view property) const {
-  return property == "bevel" || TControl::Accepts(property);
-}
-
 TControl::TWindowParams TStaticText::WindowParams() const {
   const DWORD bevel = Word("bevel", "none") == "sunken" ? SS_SUNKEN : 0;
   return {WC_STATICW,
@@ -42,11 +38,6 @@ TControl::TWindowParams TEdit::WindowParams() const {
 
 // The native default of 30,000 characters would cut long lines short.
 void TEdit::Created() { Send(EM_SETLIMITTEXT, 0); }
-
-bool TEdit::Accepts(std::string_view property) const {
-  return property == "read-only" || property == "show-selection" || property == "change" ||
-         TControl::Accepts(property);
-}
 
 bool TEdit::Modified() const { return Send(EM_GETMODIFY) != 0; }
 
@@ -91,10 +82,6 @@ void TCheckBox::Created() {
   if (HasFlag("checked")) SetChecked(true);
 }
 
-bool TCheckBox::Accepts(std::string_view property) const {
-  return property == "checked" || TControl::Accepts(property);
-}
-
 TCheckBox::TState TCheckBox::State() const {
   switch (Send(BM_GETCHECK)) {
     case BST_CHECKED:
@@ -130,10 +117,6 @@ void TUpDown::Created() {
   Send(UDM_SETRANGE32, static_cast<WPARAM>(range ? LayoutNumber(range->Values[0]) : 0),
        range ? LayoutNumber(range->Values[1]) : 100);
   FTold = Position();
-}
-
-bool TUpDown::Accepts(std::string_view property) const {
-  return property == "range" || TControl::Accepts(property);
 }
 
 int TUpDown::Position() const { return static_cast<int>(Send(UDM_GETPOS32)); }
@@ -192,10 +175,6 @@ void TProgressBar::Created() {
   const auto* range = Layout().Find("range");
   Send(PBM_SETRANGE32, static_cast<WPARAM>(range ? LayoutNumber(range->Values[0]) : 0),
        range ? LayoutNumber(range->Values[1]) : 100);
-}
-
-bool TProgressBar::Accepts(std::string_view property) const {
-  return property == "range" || TControl::Accepts(property);
 }
 
 int TProgressBar::Position() const { return static_cast<int>(Send(PBM_GETPOS)); }

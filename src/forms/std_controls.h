@@ -11,7 +11,6 @@ class TLabel : public TControl {
 
  protected:
   TWindowParams WindowParams() const override;
-  bool Accepts(std::string_view property) const override;
 };
 
 /// A text that stands for a value, in a sunken frame when the layout says so.
@@ -44,7 +43,6 @@ class TEdit : public TControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
 };
 
 /// A check box of two or three states.
@@ -66,7 +64,6 @@ class TCheckBox : public TControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
 };
 
 /// Small arrows that step a position. OnClick when the user changed it.
@@ -82,7 +79,6 @@ class TUpDown : public TControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
   LRESULT WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
@@ -102,5 +98,4 @@ class TProgressBar : public TControl {
  protected:
   TWindowParams WindowParams() const override;
   void Created() override;
-  bool Accepts(std::string_view property) const override;
 };

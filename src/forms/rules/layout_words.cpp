@@ -6,24 +6,19 @@ namespace {
 
 using enum TLayoutWord::TToken;
 
-constexpr std::string_view kKinds[] = {
-    "bitmap-button", "button",       "check-box",   "check-list", "combo-box", "edit",
-    "image-combo",   "label",        "list-box",    "log-memo",   "memo",      "progress-bar",
-    "radio-group",   "speed-button", "static-text", "up-down",    "web"};
-
 /// Nothing for a word that is no kind: a wrong one in the tables below does not compile.
 consteval unsigned Kinds(std::initializer_list<std::string_view> names) {
   unsigned bits = 0;
   for (const auto name : names) {
-    const auto found = std::ranges::find(kKinds, name);
-    if (found == std::end(kKinds)) throw "no such kind";
-    bits |= 1u << (found - kKinds);
+    const auto found = std::ranges::find(kControlKinds, name);
+    if (found == std::end(kControlKinds)) throw "no such kind";
+    bits |= 1u << (found - kControlKinds);
   }
   return bits;
 }
 
-constexpr unsigned kControls = (1u << std::size(kKinds)) - 1;
-constexpr unsigned kForm = 1u << std::size(kKinds);
+constexpr unsigned kControls = (1u << std::size(kControlKinds)) - 1;
+constexpr unsigned kForm = 1u << std::size(kControlKinds);
 constexpr unsigned kTexts = Kinds({"label", "static-text"});
 constexpr unsigned kMemos = Kinds({"log-memo", "memo"});
 constexpr unsigned kEdits = kMemos | Kinds({"edit"});
@@ -104,11 +99,11 @@ constexpr TLayoutWord kWords[] = {
 }  // namespace
 
 bool TLayoutWord::FitsKind(std::string_view kind) const {
-  const auto found = std::ranges::find(kKinds, kind);
+  const auto found = std::ranges::find(kControlKinds, kind);
   const unsigned bit = kind == "form" ? kForm
-                       : found == std::end(kKinds)
+                       : found == std::end(kControlKinds)
                            ? 0
-                           : 1u << static_cast<unsigned>(found - std::begin(kKinds));
+                           : 1u << static_cast<unsigned>(found - std::begin(kControlKinds));
   return (Kinds & bit) != 0;
 }
 
@@ -122,5 +117,5 @@ const TLayoutWord* FindLayoutWord(std::string_view name) {
 }
 
 bool IsControlKind(std::string_view kind) {
-  return std::ranges::find(kKinds, kind) != std::end(kKinds);
+  return std::ranges::find(kControlKinds, kind) != std::end(kControlKinds);
 }

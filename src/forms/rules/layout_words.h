@@ -20,8 +20,13 @@ struct TLayoutWord {
   bool Allows(std::string_view value) const;
 };
 
+/// The kinds of controls: what may stand in a form, which itself is none of them.
+inline constexpr std::string_view kControlKinds[] = {
+    "bitmap-button", "button",       "check-box",   "check-list", "combo-box", "edit",
+    "image-combo",   "label",        "list-box",    "log-memo",   "memo",      "progress-bar",
+    "radio-group",   "speed-button", "static-text", "up-down",    "web"};
+
 /// Null when no kind has such a property.
 const TLayoutWord* FindLayoutWord(std::string_view name);
 
-/// True for what may stand in a form; a form itself is none.
 bool IsControlKind(std::string_view kind);
