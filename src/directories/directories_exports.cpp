@@ -1,4 +1,5 @@
 #include "directories/dlg_dir_select.h"
+#include "forms/while_set.h"
 #include "frame/exported.h"
 #include "frame/singletons.h"
 #include "zefext.h"
@@ -7,14 +8,6 @@ namespace {
 
 /// Whether a choice is going on: its boxes keep serving the host's messages.
 bool choosing = false;
-
-class TChoosing {
- public:
-  TChoosing() { choosing = true; }
-  TChoosing(const TChoosing&) = delete;
-  TChoosing& operator=(const TChoosing&) = delete;
-  ~TChoosing() { choosing = false; }
-};
 
 /// Opens a directory of the list; true when the current directory has changed.
 bool ChooseDirectory(const char* name, bool showList, bool& cancelled) {
@@ -49,7 +42,7 @@ int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList,
   bool leftWithoutChoice = true;
   const int changed = Exported(0, [&] {
     if (choosing) return 0;
-    const TChoosing scope;
+    const TWhileSet scope(choosing);
     leftWithoutChoice = false;
     return ChooseDirectory(OrEmpty(name), showList != 0, leftWithoutChoice) ? 1 : 0;
   });

@@ -4,6 +4,7 @@
 #include "directories/rules/directory_move.h"
 #include "forms/input_box.h"
 #include "forms/message_box.h"
+#include "forms/while_set.h"
 #include "platform/code_page.h"
 #include "platform/system_message.h"
 
@@ -18,18 +19,6 @@ void ShowNameExists(const std::string& name) {
 }
 
 }  // namespace
-
-/// Marks the changes made while it lives as the dialog's own.
-class TDlgDirSelect::TUpdate {
- public:
-  explicit TUpdate(TDlgDirSelect& dialog) : FDialog(dialog) { FDialog.FUpdating = true; }
-  TUpdate(const TUpdate&) = delete;
-  TUpdate& operator=(const TUpdate&) = delete;
-  ~TUpdate() { FDialog.FUpdating = false; }
-
- private:
-  TDlgDirSelect& FDialog;
-};
 
 void TDlgDirSelect::Bind(TFormBinder& binder) {
   TDlgBase::Bind(binder);
@@ -70,7 +59,7 @@ void TDlgDirSelect::InitDialog() {
 
 void TDlgDirSelect::LoadList() {
   {
-    const TUpdate update(*this);
+    const TWhileSet update(FUpdating);
     TUserSettings settings;
     SettleMove(FFiles, settings);
     FList.Load(settings);
@@ -120,7 +109,7 @@ void TDlgDirSelect::ListRepClick() {
   const int selected = Selected();
   if (FUpdating || selected < 0) return;
   EnableForSelection();
-  const TUpdate update(*this);
+  const TWhileSet update(FUpdating);
   EditRep->SetText(FList.Entry(selected).Path);
   BoxDefault->SetChecked(FList.IsDefault(selected));
 }
@@ -146,7 +135,7 @@ void TDlgDirSelect::BtnAddClick() {
   if (name.empty()) return;
   const auto added = FList.Add(name);
   if (!added) return ShowNameExists(name);
-  const TUpdate update(*this);
+  const TWhileSet update(FUpdating);
   ListRep->InsertItem(*added, name);
   ListRep->SetItemIndex(*added);
   EditRep->SetText({});
@@ -166,7 +155,7 @@ void TDlgDirSelect::BtnRenameClick() {
   if (name == before || name.empty()) return;
   const auto renamed = FList.Rename(selected, name);
   if (!renamed) return ShowNameExists(name);
-  const TUpdate update(*this);
+  const TWhileSet update(FUpdating);
   ListRep->DeleteItem(selected);
   ListRep->InsertItem(*renamed, name);
   ListRep->SetItemIndex(*renamed);
@@ -178,7 +167,7 @@ void TDlgDirSelect::BtnDelClick() {
   const std::string& name = FList.Entry(selected).Name;
   if (!AskYesNo("Confirmes vous la suppresion de " + name + " ?")) return;
   FList.Remove(selected);
-  const TUpdate update(*this);
+  const TWhileSet update(FUpdating);
   ListRep->DeleteItem(selected);
   // The button that was pressed is about to be disabled.
   ListRep->SetFocus();
@@ -214,7 +203,7 @@ void TDlgDirSelect::BtnMoveClick() {
   const TMoveOutcome outcome = MoveWatched(path, Brownse->SelectedDir());
   if (outcome.MovedTo) {
     FList.Repoint(path, *outcome.MovedTo);
-    const TUpdate update(*this);
+    const TWhileSet update(FUpdating);
     EditRep->SetText(*outcome.MovedTo);
   } else if (!outcome.Cancelled) {
     ShowError(Utf8ToAnsi("Erreur, impossible de déplacer !"));

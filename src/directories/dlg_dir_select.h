@@ -27,8 +27,6 @@ class TDlgDirSelect : public TDlgBase {
   void Bind(TFormBinder& binder) override;
 
  private:
-  class TUpdate;
-
   void ListRepClick();
   void EditRepChange();
   void BoxDefaultClick();

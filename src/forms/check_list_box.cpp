@@ -6,6 +6,7 @@
 
 #include "forms/form.h"
 #include "forms/text_fit.h"
+#include "forms/while_set.h"
 #include "platform/code_page.h"
 
 namespace {
@@ -77,9 +78,8 @@ void TCheckListBox::DeleteItem(int index) {
 void TCheckListBox::ClearItems() {
   FRows.clear();
   // At once, so that no item is selected and the list begins at its top again.
-  FUpdating = true;
+  const TWhileSet updating(FUpdating);
   Send(LVM_SETITEMCOUNT, 0);
-  FUpdating = false;
 }
 
 int TCheckListBox::ItemIndex() const {
@@ -93,9 +93,8 @@ void TCheckListBox::SetItemIndex(int index) {
   LVITEMW item{};
   item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
   item.state = index < 0 ? 0 : item.stateMask;
-  FUpdating = true;
+  const TWhileSet updating(FUpdating);
   Send(LVM_SETITEMSTATE, static_cast<WPARAM>(target), reinterpret_cast<LPARAM>(&item));
-  FUpdating = false;
   if (index >= 0) Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
 }
 

@@ -1,26 +1,12 @@
 // The assistant's controls, written from its model.
 
 #include <algorithm>
-#include <utility>
 
+#include "forms/while_set.h"
 #include "platform/code_page.h"
 #include "syntax/dlg_syntax.h"
 
 namespace {
-
-/// Marks the controls as being written by the assistant itself, so that their change events are
-/// not taken for the user's.
-class TShowing {
- public:
-  explicit TShowing(bool& flag) : FFlag(flag), FBefore(std::exchange(flag, true)) {}
-  TShowing(const TShowing&) = delete;
-  TShowing& operator=(const TShowing&) = delete;
-  ~TShowing() { FFlag = FBefore; }
-
- private:
-  bool& FFlag;
-  bool FBefore;
-};
 
 /// Writes only a text that differs: an edit keeps its caret and a memo its place that way.
 void ShowText(TControl& control, std::string_view text) {
@@ -55,7 +41,7 @@ TCheckBox::TState BoxState(TCheckState state) {
 }  // namespace
 
 void TDlgSyntax::ShowState() {
-  const TShowing showing(FShowing);
+  const TWhileSet showing(FShowing);
   const unsigned changes = FModel.TakeChanges();
   ShowLine(changes);
   ShowType();

@@ -1,24 +1,9 @@
 #include "update/dlg_dwnld.h"
 
 #include "forms/painting_wait.h"
+#include "forms/while_set.h"
+#include "platform/guard.h"
 #include "update/rules/download_progress.h"
-
-namespace {
-
-/// Sets a flag that is to be taken back whatever happens.
-template <class TFlag>
-class TWhileSet {
- public:
-  explicit TWhileSet(TFlag& flag) : FFlag(flag) { FFlag = true; }
-  TWhileSet(const TWhileSet&) = delete;
-  TWhileSet& operator=(const TWhileSet&) = delete;
-  ~TWhileSet() { FFlag = false; }
-
- private:
-  TFlag& FFlag;
-};
-
-}  // namespace
 
 TDlgDwnld::~TDlgDwnld() { StopThread(); }
 
@@ -94,9 +79,10 @@ void TDlgDwnld::StartThread() {
 }
 
 void TDlgDwnld::FetchInBackground() {
-  // To take it back is the last that the worker does with this object.
-  const TWhileSet running(FRunning);
-  HTTPClient.Get([](const TSignal& signal, unsigned ms) { return signal.Wait(ms); });
+  Guarded(
+      [&] { HTTPClient.Get([](const TSignal& signal, unsigned ms) { return signal.Wait(ms); }); });
+  // The last that the worker does with this object.
+  FRunning = false;
 }
 
 void TDlgDwnld::WaitThread() {
