@@ -106,6 +106,14 @@ void TCheckBox::HandleCommand(WORD code) {
   Raise(OnClick);
 }
 
+// ---- what has a range ----
+
+void TRangeControl::SetRange(UINT message) const {
+  const auto* range = Layout().Find("range");
+  Send(message, static_cast<WPARAM>(range ? LayoutNumber(range->Values[0]) : 0),
+       range ? LayoutNumber(range->Values[1]) : 100);
+}
+
 // ---- up-down ----
 
 TControl::TWindowParams TUpDown::WindowParams() const {
@@ -113,9 +121,7 @@ TControl::TWindowParams TUpDown::WindowParams() const {
 }
 
 void TUpDown::Created() {
-  const auto* range = Layout().Find("range");
-  Send(UDM_SETRANGE32, static_cast<WPARAM>(range ? LayoutNumber(range->Values[0]) : 0),
-       range ? LayoutNumber(range->Values[1]) : 100);
+  SetRange(UDM_SETRANGE32);
   FTold = Position();
 }
 
@@ -171,11 +177,7 @@ LRESULT TUpDown::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 
 TControl::TWindowParams TProgressBar::WindowParams() const { return {PROGRESS_CLASSW, 0, 0}; }
 
-void TProgressBar::Created() {
-  const auto* range = Layout().Find("range");
-  Send(PBM_SETRANGE32, static_cast<WPARAM>(range ? LayoutNumber(range->Values[0]) : 0),
-       range ? LayoutNumber(range->Values[1]) : 100);
-}
+void TProgressBar::Created() { SetRange(PBM_SETRANGE32); }
 
 int TProgressBar::Position() const { return static_cast<int>(Send(PBM_GETPOS)); }
 

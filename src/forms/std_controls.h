@@ -66,10 +66,19 @@ class TCheckBox : public TControl {
   void Created() override;
 };
 
-/// Small arrows that step a position. OnClick when the user changed it.
-class TUpDown : public TControl {
- public:
+/// What shows a position within a range: that of the layout, or 0 to 100.
+class TRangeControl : public TControl {
+ protected:
   using TControl::TControl;
+
+  /// By the control's own message for it.
+  void SetRange(UINT message) const;
+};
+
+/// Small arrows that step a position. OnClick when the user changed it.
+class TUpDown : public TRangeControl {
+ public:
+  using TRangeControl::TRangeControl;
 
   int Position() const;
   void SetPosition(int position);
@@ -88,9 +97,9 @@ class TUpDown : public TControl {
 };
 
 /// A progress bar; the position may be set from any thread.
-class TProgressBar : public TControl {
+class TProgressBar : public TRangeControl {
  public:
-  using TControl::TControl;
+  using TRangeControl::TRangeControl;
 
   int Position() const;
   void SetPosition(int position);
