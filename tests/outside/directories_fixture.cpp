@@ -42,15 +42,15 @@ void FixAccessTime(const fs::path& directory) {
 
 TPickerDriver::TPickerDriver(TUser& user) : Form(user, WaitForPicker(user)), FUser(user) {}
 
-std::string TPickerDriver::Status() const { return TextOf(GetDlgItem(Form.Handle(), StatusText)); }
-
-std::string TPickerDriver::SelectedName() const {
-  return TextOf(GetDlgItem(Form.Handle(), NameEdit));
-}
-
 void TPickerDriver::WaitSelected(std::string_view name) const {
   FUser.WaitUntil("the folder " + std::string(name) + " to be selected",
-                  [&] { return SelectedName().ends_with(name); });
+                  [&] { return TextOf(GetDlgItem(Form.Handle(), NameEdit)).ends_with(name); });
+}
+
+void TPickerDriver::WaitShown(std::string_view caption, std::string_view status) const {
+  FUser.WaitUntil("the caption " + std::string(caption), [&] {
+    return Form.Caption() == caption && TextOf(GetDlgItem(Form.Handle(), StatusText)) == status;
+  });
 }
 
 void TPickerDriver::Select(const std::string& path, std::string_view shownName) {

@@ -15,19 +15,15 @@ class TPickerDriver {
 
   TFormDriver Form;
 
-  std::string Status() const;
   /// Waits until the selected folder shows this name, or a label before it.
   void WaitSelected(std::string_view name) const;
-  void Ok() { Leave("#1"); }
-  void Cancel() { Leave("#2"); }
+  void WaitShown(std::string_view caption, std::string_view status) const;
+  void Leave(const char* button);
   /// As a program that opened the picker does, and a click on the folder would.
   void Select(const std::string& path, std::string_view shownName);
   void TypeName(std::string_view utf8);
 
  private:
-  void Leave(const char* button);
-  std::string SelectedName() const;
-
   TUser& FUser;
 };
 

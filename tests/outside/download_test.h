@@ -12,33 +12,31 @@
 class TDownload {
  public:
   explicit TDownload(const TLibrary& library, ZefDialog owner = nullptr) : FLibrary(library) {
-    EXPECT_EQ(Library().VCLNewURL(owner, nullptr, &FHandle), 1);
+    EXPECT_EQ(FLibrary.VCLNewURL(owner, nullptr, &Handle), 1);
   }
-  TDownload(TDownload&& other) noexcept
-      : FLibrary(other.FLibrary), FHandle(std::exchange(other.FHandle, nullptr)) {}
-  ~TDownload() {
-    if (FHandle) Do(ZEF_DOWNLOAD_DESTROY);
-  }
+  TDownload(const TDownload&) = delete;
+  TDownload& operator=(const TDownload&) = delete;
+  ~TDownload() { Do(ZEF_DOWNLOAD_DESTROY); }
 
   int Do(int command, const char* text = nullptr, int* value = nullptr) const {
-    return Library().VCLCmdURL(FHandle, static_cast<signed char>(command), const_cast<char*>(text),
-                               value);
+    return FLibrary.VCLCmdURL(Handle, static_cast<signed char>(command), const_cast<char*>(text),
+                              value);
   }
-  int StatusNow() const {
+  int Status() const {
     int status = 99;
-    EXPECT_EQ(Do(ZEF_DOWNLOAD_GET_STATUS, nullptr, &status), 1);
+    Do(ZEF_DOWNLOAD_GET_STATUS, nullptr, &status);
     return status;
   }
-  void SetUp(const std::string& address, const char* file) const {
+  /// In the background; a null file keeps the document in memory.
+  void Start(const std::string& address, const char* file) const {
     Do(ZEF_DOWNLOAD_SET_ADDRESS, address.c_str());
     Do(ZEF_DOWNLOAD_SET_FILE, file);
-  }
-  /// Fetches in the background and waits.
-  int StatusAfter(const std::string& address, const char* file) const {
-    SetUp(address, file);
     Do(ZEF_DOWNLOAD_START);
+  }
+  int StatusAfter(const std::string& address, const char* file) const {
+    Start(address, file);
     Do(ZEF_DOWNLOAD_WAIT);
-    return StatusNow();
+    return Status();
   }
   /// The start of the body kept in memory; the size as the library leaves it.
   std::string Body(int& size) const {
@@ -46,22 +44,23 @@ class TDownload {
     EXPECT_EQ(Do(ZEF_DOWNLOAD_COPY_BODY, body.data(), &size), 1);
     return body;
   }
-  ZefDialog Handle() const { return FHandle; }
-  void Forget() { FHandle = nullptr; }
+
+  ZefDialog Handle = nullptr;
 
  private:
-  const TLibrary& Library() const { return FLibrary; }
-
   const TLibrary& FLibrary;
-  ZefDialog FHandle = nullptr;
 };
 
-/// A folder for downloads, empty at first, in which no rubbish may be left.
+/// A server that does, good and bad, what the path says, and a folder for downloads, empty at
+/// first, in which no rubbish may be left.
 class TDownloadTest : public TOutsideTest {
  protected:
+  static constexpr char Whole[] = "0123456789abcdefghijklmnopqrstuvwxyz";
+
   void SetUp() override;
   void TearDown() override;
 
+  std::string At(std::string_view path) const { return Server.Address(path); }
   std::string File(const std::string& name) const { return (FFolder / name).string(); }
   std::string Write(const std::string& name, std::string_view content) const;
   /// Nothing when there is no such file.
@@ -69,9 +68,10 @@ class TDownloadTest : public TOutsideTest {
   /// Names of all files in the folder, in their order, once those that were given up are gone.
   std::string Files() const;
 
+  const TLoopbackServer Server{Serve};
+
  private:
+  static void Serve(TConnection& connection);
+
   std::filesystem::path FFolder;
 };
-
-/// Milliseconds that the call takes.
-ULONGLONG Duration(const std::function<void()>& call);

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <csetjmp>
 #include <fstream>
 #include <iterator>
@@ -11,25 +10,14 @@
 #include "outside/outside_test.h"
 
 namespace {
-std::string ReadBesideProgram(std::string_view name) {
-  std::ifstream file(BesideProgram(name), std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  std::erase(text, '\r');
-  return text;
-}
-
-std::set<std::string> AllMatches(const std::string& text, const std::regex& pattern) {
+std::set<std::string> AllMatches(const char* file, const char* pattern) {
+  std::ifstream stream(BesideProgram(file), std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(stream), {}};
+  const std::regex regex(pattern);
   std::set<std::string> names;
-  for (std::sregex_iterator match(text.begin(), text.end(), pattern), end; match != end; ++match)
+  for (std::sregex_iterator match(text.begin(), text.end(), regex), end; match != end; ++match)
     names.insert((*match)[1]);
   return names;
-}
-
-/// The names between "EXPORTS" and the end, quoted or not, without what they stand for.
-std::set<std::string> DefinitionNames(const std::string& text) {
-  const std::string exports = text.substr(std::min(text.size(), text.find("EXPORTS") + 7));
-  const std::regex name("(?:^|\\n)[ \\t]*\"?([A-Za-z_@?][^\"=; \\t\\n]*)");
-  return AllMatches(exports, name);
 }
 
 std::set<std::string> ExportedNames(HMODULE module) {
@@ -52,26 +40,14 @@ std::string PlainName(const std::string& name) {
 }
 }  // namespace
 
-/// Without a host around it.
-TEST(BareLibrary, TellsItsVersionBeforeAnythingElse) {
+TEST(BareLibrary, ServesWithoutAHostWhatTheHeaderSays) {
   const TLibrary library;
-  EXPECT_EQ(library.VCLGetVersion(), 1102U);
   EXPECT_EQ(library.VCLGetVersion(), static_cast<unsigned>(ZEF_INTERFACE_VERSION));
-}
-
-TEST(BareLibrary, HeaderDefinitionAndExportTableAgree) {
-  const TLibrary library;
   const std::set<std::string> exported = ExportedNames(library.Module);
-  EXPECT_EQ(exported, DefinitionNames(ReadBesideProgram("zefext.def")));
+  EXPECT_EQ(exported, AllMatches("zefext.def", "\n[ \t]+\"?([A-Za-z_@?][^\"=; \t\r\n]*)"));
   std::set<std::string> plain;
   std::ranges::transform(exported, std::inserter(plain, plain.end()), PlainName);
-  const std::regex declaration("ZEFEXT_API\\s+(\\w+)\\s*\\(");
-  EXPECT_EQ(plain, AllMatches(ReadBesideProgram("zefext.h"), declaration));
-  EXPECT_TRUE(plain.contains("VCLGetVersion"));
-}
-
-TEST(BareLibrary, ServesWithoutAHost) {
-  const TLibrary library;
+  EXPECT_EQ(plain, AllMatches("zefext.h", "ZEFEXT_API\\s+(\\w+)\\s*\\("));
   library.VCLSetMainHelpFile(nullptr);
   library.VCLFree();
   TScriptedUser().During([&] { EXPECT_EQ(library.VCLInvokeModalDialog(nullptr) & 0xFF, 0); },
@@ -83,16 +59,10 @@ TEST(BareLibrary, ServesWithoutAHost) {
                          });
 }
 
-constexpr char Database[] =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?><objects>"
-    "<object name=\"Panier\"><method name=\"Ajouter\"/><data name=\"Total\"/></object>"
-    "<method name=\"Vérifier\"/><list name=\"Jours\"><listconst "
-    "name=\"jrLundi\"/></list></objects>";
-
 class LoadedLibrary : public TOutsideTest {
  protected:
-  void UseADialog(const TLibrary& library) {
-    During([&] { library.VCLInvokeModalDialog(nullptr); },
+  void UseADialog() {
+    During([&] { Library->VCLInvokeModalDialog(nullptr); },
            [](TScriptedUser& user) {
              TFormDriver form = user.WaitForForm("TDlgBase");
              form.Press(VK_RETURN);
@@ -101,120 +71,23 @@ class LoadedLibrary : public TOutsideTest {
   }
 };
 
-TEST_F(LoadedLibrary, KnowsTheWordsOfTheDatabaseBesideTheHost) {
-  EXPECT_EQ(Library->VCLSyntaxIsMethod(".Ajouter"), 0);
-  Library->VCLFree();
-  const TDatabaseFile database(Database);
-  const struct {
-    const char* Word;
-    int IsMethod;
-    int IsConstant;
-  } words[] = {{".Ajouter", 1, 0}, {".TOTAL", 1, 0}, {"Ajouter", 0, 0}, {"vérifier", 1, 0},
-               {"JrLundi", 0, 1},  {"Panier", 0, 0}, {"", 0, 0}};
-  for (const auto& [word, isMethod, isConstant] : words) {
-    SCOPED_TRACE(word);
-    EXPECT_EQ(Library->VCLSyntaxIsMethod(Ansi(word).c_str()), isMethod);
-    EXPECT_EQ(Library->VCLSyntaxIsConstant(Ansi(word).c_str()), isConstant);
-  }
-  EXPECT_EQ(Library->VCLSyntaxIsMethod(nullptr), 0);
-  EXPECT_EQ(Library->VCLSyntaxIsConstant(nullptr), 0);
-}
-
 TEST_F(LoadedLibrary, ServesUntilTheLastUnloadHoweverOftenItIsFreed) {
+  EXPECT_EQ(Library->VCLSyntaxIsMethod(".Ajouter"), 0);
   {
     const TLibrary second;
     EXPECT_EQ(second.Module, Library->Module);
     second.VCLFree();
     second.VCLFree();
   }
-  UseADialog(*Library);
-}
-
-/// What a process runs out of or grows by.
-struct THoldings {
-  DWORD ThreadLocalIndex;  ///< the next that the system gives
-  std::size_t HeapBytes;
-
-  static THoldings Take() {
-    THoldings holdings{TlsAlloc(), 0};
-    TlsFree(holdings.ThreadLocalIndex);
-    std::array<HANDLE, 64> heaps{};
-    const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
-    for (DWORD index = 0; index < count; ++index) {
-      PROCESS_HEAP_ENTRY entry{};
-      while (HeapWalk(heaps[index], &entry))
-        if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) holdings.HeapBytes += entry.cbData;
-    }
-    return holdings;
-  }
-};
-
-TEST_F(LoadedLibrary, LoadsAndUnloadsAndLeavesNothing) {
-  const TDatabaseFile database(Database);
-  Library.reset();
-  const auto round = [&](bool withDialog, bool freed) {
-    {
-      const TLibrary library;
-      library.VCLSetMainWindowHandle(MainWindow);
-      if (withDialog) UseADialog(library);
-      library.VCLShowDebugText("");
-      EXPECT_EQ(library.VCLSyntaxIsMethod(".ajouter"), 1);
-      if (freed) library.VCLFree();
-    }
-    WaitUnloaded();
-  };
-  // The system makes and keeps things of its own at first.
-  for (int count = 0; count < 4; ++count) round(true, count % 2);
-  const TCensus early = TCensus::Take();
-  const DWORD index = THoldings::Take().ThreadLocalIndex;
-  for (int count = 0; count < 30; ++count) round(count % 3 == 0, count % 2);
-  const TCensus late = TCensus::Take();
-  EXPECT_EQ(late.NewSince(early), "");
-  EXPECT_EQ(late.Modules, early.Modules);
-  // The system caches a few; what each round lost would be many more.
-  EXPECT_LT(late.GdiObjects, early.GdiObjects + 20);
-  EXPECT_EQ(THoldings::Take().ThreadLocalIndex, index);
-}
-
-TEST_F(LoadedLibrary, GivesBackWhatItsRuntimeTakesForEachLoad) {
-  Library.reset();
-  const auto rounds = [](int count) {
-    while (count--) {
-      const TLibrary library;
-      ZefString text = nullptr;
-      library.VCLAnsiStringCreate(&text);
-    }
-  };
-  rounds(20);
-  const THoldings early = THoldings::Take();
-  rounds(300);
-  const THoldings late = THoldings::Take();
-  EXPECT_EQ(late.ThreadLocalIndex, early.ThreadLocalIndex);
-  // The thread library's locks are what is left.
-  EXPECT_LT(late.HeapBytes - early.HeapBytes, 300U * 1024);
-}
-
-TEST_F(LoadedLibrary, MayBeLetGoWhereItIsInUse) {
-  void* view = nullptr;
-  Library->CreateExampleView(MainWindow, nullptr, &view);
-  Library->VCLDialogShow(static_cast<ZefDialog>(view));
-  Library->VCLShowDebugText("last");
-  During([this] { Library->VCLInvokeModalDialog(nullptr); },
-         [this](TScriptedUser& user) {
-           TFormDriver form = user.WaitForForm("TDlgBase");
-           InHost([this] { Library.reset(); });
-           SendMessageW(form.Handle(), WM_CLOSE, 0, 0);
-           form.WaitGone();
-         });
-  // By now the last to hold it is a thread of the system's, which has none of its windows.
-  WaitUnloaded();
-  EXPECT_TRUE(Descendants(MainWindow).empty());
-  // From its next load on it makes its windows anew.
-  const TLibrary again;
-  again.VCLShowDebugText("first");
-  WhileIdle([](TScriptedUser& user) {
-    EXPECT_EQ(user.WaitForForm("TDlgDebug").Text("Memo"), "0001 : first");
-  });
+  // From now on it reads the database anew.
+  const TDatabaseFile database(
+      "<objects><object name=\"Panier\"><method name=\"Ajouter\"/></object>"
+      "<list name=\"Jours\"><listconst name=\"jrLundi\"/></list></objects>");
+  EXPECT_EQ(Library->VCLSyntaxIsMethod(".ajouter"), 1);
+  EXPECT_EQ(Library->VCLSyntaxIsMethod("Panier"), 0);
+  EXPECT_EQ(Library->VCLSyntaxIsConstant("JrLundi"), 1);
+  EXPECT_EQ(Library->VCLSyntaxIsConstant(".ajouter"), 0);
+  UseADialog();
 }
 
 TEST_F(LoadedLibrary, BelongsToTheThreadOfItsWindowsWhileThatRuns) {
@@ -225,22 +98,8 @@ TEST_F(LoadedLibrary, BelongsToTheThreadOfItsWindowsWhileThatRuns) {
     int Refused;
   } calls[] = {
       {"VCLInvokeModalDialog", [&] { return Library->VCLInvokeModalDialog(nullptr) & 0xFF; }, 0},
-      {"VCLInvokeNonModalDialog",
-       [&] {
-         ZefDialog out = reinterpret_cast<ZefDialog>(8);
-         Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &out);
-         return out ? 1 : 0;
-       },
-       0},
       {"VCLShowDebugText", [&] { return Library->VCLShowDebugText("theirs"), 0; }, 0},
       {"VCLStringListCount", [&] { return Library->VCLStringListCount(nullptr); }, -1},
-      {"VCLSyntaxHelpBox",
-       [&] {
-         const char* out = nullptr;
-         Library->VCLSyntaxHelpBox("a.b", nullptr, &out, nullptr);
-         return std::string_view(out).compare("a.b");
-       },
-       0},
       {"VCLSelectDirList",
        [&] {
          unsigned char cancelled = 0;
@@ -347,6 +206,6 @@ TEST_F(LoadedLibrary, LeavesTheHostAsItWasHoweverADialogEnds) {
     Library->VCLShowDebugText("");
     Library->VCLFree();
     EXPECT_EQ(FindWindowA("TDlgDebug", nullptr), nullptr);
-    UseADialog(*Library);
+    UseADialog();
   }
 }

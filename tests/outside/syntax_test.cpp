@@ -1,9 +1,5 @@
 #include "outside/syntax_test.h"
 
-namespace {
-constexpr int OpeningMs = 60000;  ///< the database may be large
-}  // namespace
-
 const char TSyntaxTest::SampleDatabase[] = R"xml(<?xml version="1.0" encoding="UTF-8"?>
 <objects>
   <object name="Agence"><comment>Une agence.</comment><data name="Nom" type="String"/></object>
@@ -42,24 +38,6 @@ const char TSyntaxTest::SampleDatabase[] = R"xml(<?xml version="1.0" encoding="U
 </objects>
 )xml";
 
-const std::vector<TSyntaxTest::TWayOut> TSyntaxTest::WaysOut{
-    {"OK", true, [](TFormDriver& form) { form.Click("ButtonOK"); }},
-    {"Enter on OK", true,
-     [](TFormDriver& form) {
-       form.TabTo("ButtonOK");
-       form.Press(VK_RETURN);
-     }},
-    {"Cancel", false, [](TFormDriver& form) { form.Click("ButtonCancel"); }},
-    {"Escape", false, [](TFormDriver& form) { form.Press(VK_ESCAPE); }},
-    {"close box", false, [](TFormDriver& form) { form.CloseBox(); }},
-    {"Alt+F4", false,
-     [](TFormDriver& form) {
-       // Not every system's combo boxes pass this key on.
-       form.TabTo("ButtonOK");
-       form.Press(VK_F4, mdAlt);
-     }},
-};
-
 void TSyntaxTest::SetUp() {
   TOutsideTest::SetUp();
   Database.emplace(SampleDatabase);
@@ -70,9 +48,10 @@ void TSyntaxTest::TearDown() {
   TOutsideTest::TearDown();
 }
 
-void TSyntaxTest::WithDialog(const char* className, const TCall& call, const TScript& script) {
+void TSyntaxTest::WithDialog(const char* className, const std::function<void()>& call,
+                             const TScript& script) {
   During(call, [&](TScriptedUser& user) {
-    TFormDriver form = user.WaitForForm(className, OpeningMs);
+    TFormDriver form = user.WaitForForm(className);
     script(user, form);
     if (!form.Gone()) form.Click("ButtonOK");
     form.WaitGone();
@@ -112,32 +91,4 @@ std::optional<std::string> TSyntaxTest::NewTypes() {
     return std::nullopt;
   }
   return result ? FromAnsi(result) : "(null)";
-}
-
-// ---- interruptions ----
-
-namespace {
-TInterruption* Interruption = nullptr;
-}  // namespace
-
-TInterruption::TInterruption(std::function<void()> work)
-    : FWork(std::move(work)), FTimer(SetTimer(nullptr, 0, 20, Tick)) {
-  Interruption = this;
-}
-
-TInterruption::~TInterruption() {
-  KillTimer(nullptr, FTimer);
-  Interruption = nullptr;
-}
-
-void TInterruption::Happen(TUser& user) {
-  FDone = false;
-  FWanted = true;
-  user.WaitUntil("the interruption", [this] { return FDone.load(); });
-}
-
-void CALLBACK TInterruption::Tick(HWND, UINT, UINT_PTR, DWORD) {
-  if (!Interruption || !Interruption->FWanted.exchange(false)) return;
-  Interruption->FWork();
-  Interruption->FDone = true;
 }

@@ -4,7 +4,6 @@
 #include "outside/outside_test.h"
 
 namespace {
-
 HWND OwnWindow(std::string_view className) {
   for (const HWND window : TopWindows(GetCurrentProcessId()))
     if (ClassOf(window) == className) return window;
@@ -12,17 +11,12 @@ HWND OwnWindow(std::string_view className) {
 }
 
 HWND Bubble() { return OwnWindow("THintWindow"); }
-int Width(const RECT& bounds) { return bounds.right - bounds.left; }
-int Height(const RECT& bounds) { return bounds.bottom - bounds.top; }
 
 HWND OtherWindow() {
   return CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200,
                          nullptr, nullptr, nullptr, nullptr);
 }
-
 }  // namespace
-
-// ---- the bubble ----
 
 class HintBubble : public TOutsideTest {};
 
@@ -37,56 +31,42 @@ TEST_F(HintBubble, StandsOnTheMonitorWithinTheWidthGiven) {
     POINT At;
     int MaxWidth;
   } bubbles[] = {
-      {text, {300, 250}, 1000},
-      {text, {300, 250}, 100},
-      {text, {300, 250}, 0},
-      {text, {300, 250}, INT_MIN},
-      {text, {300, 250}, INT_MAX},
-      {"abc", {300, 250}, 1},
-      {std::string(200, 'm'), {9, 9}, 300},
-      {words, {0, 0}, 300},
-      {words, {0, 0}, 0},
-      {"Annuler", {-500, -500}, 200},
-      {"Annuler", {9000, 9000}, 200},
-      {"", {300, 250}, 200},
-      {"Annuler", {INT_MAX, INT_MIN}, 0},
+      {text, {300, 250}, 1000},    {text, {300, 250}, 100},
+      {text, {300, 250}, INT_MIN}, {text, {300, 250}, INT_MAX},
+      {"abc", {300, 250}, 1},      {std::string(200, 'm'), {9, 9}, 300},
+      {words, {0, 0}, 0},          {"Annuler", {9000, 9000}, 200},
+      {"", {300, 250}, 200},       {"Annuler", {INT_MAX, INT_MIN}, 0},
   };
   const HWND active = GetForegroundWindow();
   for (const auto& [said, at, maxWidth] : bubbles) {
     SCOPED_TRACE(said.substr(0, 20) + " within " + std::to_string(maxWidth));
     Library->VCLShowHint(MainWindow, Ansi(said).c_str(), at.x, at.y, maxWidth);
-    const HWND bubble = Bubble();
-    ASSERT_TRUE(Shown(bubble));
-    const RECT bounds = BoundsOf(bubble);
+    ASSERT_TRUE(Shown(Bubble()));
+    const RECT bounds = BoundsOf(Bubble());
     RECT common;
     IntersectRect(&common, &bounds, &screen);
     EXPECT_TRUE(EqualRect(&common, &bounds));
-    if (PtInRect(&screen, at)) {
-      EXPECT_EQ(bounds.left, at.x);
-      EXPECT_EQ(bounds.top, at.y);
-    }
-    if (maxWidth > 20) {
-      EXPECT_LE(Width(bounds), maxWidth);
-    }
-    EXPECT_EQ(TextOf(bubble), said);
-    EXPECT_EQ(GetWindow(bubble, GW_OWNER), MainWindow);
+    EXPECT_TRUE(!PtInRect(&screen, at) || (bounds.left == at.x && bounds.top == at.y));
+    EXPECT_TRUE(maxWidth <= 20 || bounds.right - bounds.left <= maxWidth);
+    EXPECT_EQ(TextOf(Bubble()), said);
     EXPECT_EQ(GetForegroundWindow(), active);
   }
   // Moved to a monitor of twice the DPI.
   Library->VCLShowHint(MainWindow, Ansi(text).c_str(), 100, 100, 200);
   const RECT before = BoundsOf(Bubble());
   SendMessageW(Bubble(), WM_DPICHANGED, MAKEWPARAM(192, 192), reinterpret_cast<LPARAM>(&before));
-  EXPECT_NEAR(Height(BoundsOf(Bubble())), 2 * Height(before), 40);
-  EXPECT_NEAR(Width(BoundsOf(Bubble())), 2 * Width(before), 80);
+  const RECT after = BoundsOf(Bubble());
+  EXPECT_NEAR(after.bottom - after.top, 2 * (before.bottom - before.top), 40);
+  EXPECT_NEAR(after.right - after.left, 2 * (before.right - before.left), 80);
 }
 
 TEST_F(HintBubble, IsReplacedByTheNextAndNeverHidden) {
   Library->VCLHideHint();
   Library->VCLShowHint(MainWindow, "un", 100, 100, 200);
   const HWND first = Bubble();
+  EXPECT_EQ(GetWindow(first, GW_OWNER), MainWindow);
   Library->VCLHideHint();
   EXPECT_TRUE(Shown(first));
-
   Library->VCLShowHint(MainWindow, "deux", 300, 300, 200);
   EXPECT_FALSE(IsWindow(first));
   const HWND second = Bubble();
@@ -95,10 +75,8 @@ TEST_F(HintBubble, IsReplacedByTheNextAndNeverHidden) {
   EXPECT_EQ(Bubble(), second);
   EXPECT_EQ(TextOf(second), "trois");
   EXPECT_EQ(BoundsOf(second).left, 400);
-
   Library->VCLFree();
   EXPECT_EQ(Bubble(), nullptr);
-  Library->VCLHideHint();
 
   const HWND other = OtherWindow();
   Library->VCLShowHint(other, nullptr, 100, 100, 0);
@@ -109,8 +87,6 @@ TEST_F(HintBubble, IsReplacedByTheNextAndNeverHidden) {
   Library->VCLShowHint(nullptr, "deux", 100, 100, 200);
   EXPECT_EQ(TextOf(Bubble()), "deux");
 }
-
-// ---- the debug window ----
 
 class DebugWindow : public TOutsideTest {
  protected:
@@ -145,50 +121,41 @@ class DebugWindow : public TOutsideTest {
 };
 
 TEST_F(DebugWindow, IsHiddenOrMinimisedAndShownWhereTheUserLeftIt) {
-  enum TOutcome { toHidden, toMinimised };
   using TForm = TFormDriver;
   const struct {
     const char* What;
     std::function<void(TForm&)> Act;
-    TOutcome Outcome;
+    bool Minimised;
   } acts[] = {
-      {"OK", [](TForm& form) { form.Click("ButtonOK"); }, toHidden},
-      {"Enter", [](TForm& form) { form.Press(VK_RETURN); }, toHidden},
-      {"close box", [](TForm& form) { form.CloseBox(); }, toHidden},
-      {"Cancel", [](TForm& form) { form.Click("ButtonCancel"); }, toMinimised},
-      {"Escape", [](TForm& form) { form.Press(VK_ESCAPE); }, toMinimised},
-      {"in the memo", [](TForm& form) { form.Click("Memo"), form.Press(VK_ESCAPE); }, toMinimised},
-      {"main", [this](TForm&) { SendMessageW(MainWindow, WM_SYSCOMMAND, SC_MINIMIZE, 0); },
-       toHidden},
+      {"OK", [](TForm& form) { form.Click("ButtonOK"); }, false},
+      {"close box", [](TForm& form) { form.CloseBox(); }, false},
+      {"Cancel", [](TForm& form) { form.Click("ButtonCancel"); }, true},
+      {"Escape", [](TForm& form) { form.Click("Memo"), form.Press(VK_ESCAPE); }, true},
+      {"main", [this](TForm&) { SendMessageW(MainWindow, WM_SYSCOMMAND, SC_MINIMIZE, 0); }, false},
   };
   const HWND edit = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 200, 20,
                                     MainWindow, nullptr, nullptr, nullptr);
   POINT left{50, 60};
-  for (const auto& [what, act, outcome] : acts) {
+  for (const auto& [what, act, minimised] : acts) {
     SCOPED_TRACE(what);
     SetFocus(edit);
     Add(1);
-    if (Window()) ShowWindow(Window(), SW_RESTORE);
+    ShowWindow(Window(), SW_RESTORE);
     SetWindowPos(Window(), nullptr, left.x, left.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     WhileIdle([&, act = act](TScriptedUser& user) {
       TFormDriver form = user.WaitForForm("TDlgDebug");
       act(form);
       user.WaitUntil("it to go", [&] { return form.Gone() || IsIconic(form.Handle()); });
     });
-    EXPECT_EQ(IsIconic(Window()) != FALSE, outcome == toMinimised);
     const bool withOwner = IsIconic(MainWindow) != FALSE;
-    if (outcome == toHidden && !withOwner) {
-      EXPECT_EQ(GetFocus(), edit);
-    }
+    EXPECT_TRUE(minimised || withOwner || GetFocus() == edit);
     Add(1);
-    EXPECT_EQ(IsIconic(Window()) != FALSE, outcome == toMinimised);
+    EXPECT_EQ(IsIconic(Window()) != FALSE, minimised);
     EXPECT_NE(Shown(Window()), withOwner);
     if (withOwner) SendMessageW(MainWindow, WM_SYSCOMMAND, SC_RESTORE, 0);
     EXPECT_TRUE(Shown(Window()));
-    if (outcome == toHidden) {
-      EXPECT_EQ(BoundsOf(Window()).left, left.x);
-      EXPECT_EQ(BoundsOf(Window()).top, left.y);
-    }
+    EXPECT_TRUE(minimised ||
+                (BoundsOf(Window()).left == left.x && BoundsOf(Window()).top == left.y));
     left.x += 10;
   }
   DestroyWindow(edit);
@@ -199,12 +166,19 @@ TEST_F(DebugWindow, NumbersItsLinesUntilItIsEmptiedOrFreed) {
   Library->VCLShowDebugText(nullptr);
   Library->VCLShowDebugText(Ansi("100 % été\ndeux").c_str());
   EXPECT_EQ(Text(), "0001 : abc\r\n0002 : \r\n0003 : 100 % été\r\ndeux");
-  WhileIdle([](TScriptedUser& user) { user.WaitForForm("TDlgDebug").Click("Clear"); });
-  Add(2);
-  EXPECT_EQ(Text(), "0001 : ligne\r\n0002 : ligne");
-  Library->VCLFree();
-  EXPECT_EQ(Window(), nullptr);
+  WhileIdle([this](TScriptedUser& user) {
+    TFormDriver form = user.WaitForForm("TDlgDebug");
+    form.Click("Clear");
+    // Without a question mark, F1 does as a Help button would.
+    form.Press(VK_F1);
+    const THelpServer::TRequest asked{form.Handle(), HELP_CONTEXT, 0, HelpFile};
+    user.WaitUntil("the help", [&] { return !HelpServer->Requests().empty(); });
+    EXPECT_EQ(HelpServer->Requests().back(), asked);
+  });
+  Add(1);
+  EXPECT_EQ(Text(), "0001 : ligne");
   // Its owner goes, and takes the window with it.
+  Library->VCLFree();
   const HWND other = OtherWindow();
   Library->VCLSetMainWindowHandle(other);
   Add(2);
@@ -216,7 +190,9 @@ TEST_F(DebugWindow, NumbersItsLinesUntilItIsEmptiedOrFreed) {
 }
 
 TEST_F(DebugWindow, FollowsTheNewestLineUnlessTheUserScrolledBack) {
-  Add(100);
+  Add(10);
+  EXPECT_EQ(LinesShown(), 10);  // with no message served: the host may hang now
+  Add(90);
   EXPECT_TRUE(FollowsNewest());
   Ask(WM_VSCROLL, SB_TOP);
   Ask(EM_SETSEL, 7, 12);
@@ -226,35 +202,16 @@ TEST_F(DebugWindow, FollowsTheNewestLineUnlessTheUserScrolledBack) {
   EXPECT_EQ(Ask(EM_GETSEL), MAKELONG(7, 12));
   Ask(WM_VSCROLL, SB_BOTTOM);
   Library->VCLShowDebugText(std::string(300, 'x').c_str());
-  Add(100);
+  Add(80000);
+  EXPECT_EQ(Ask(EM_GETLINECOUNT), 80201);
   EXPECT_TRUE(FollowsNewest());
   // A long line does not push the numbers out of view.
   EXPECT_EQ(GetScrollPos(Memo(), SB_HORZ), 0);
-}
-
-TEST_F(DebugWindow, TakesLinesWithoutEnd) {
-  constexpr int Lines = 100000;
-  constexpr int Burst = 10;
-  constexpr int Flood = 500;
-  Add(Burst);
-  EXPECT_EQ(LinesShown(), Burst);  // with no message served: the host may hang now
-  Add(Flood - Burst);
-  WhileIdle([this](TScriptedUser& user) {
-    user.WaitUntil("the newest lines", [this] { return LinesShown() == Flood; });
-  });
-  Add(Lines - Flood);
-  EXPECT_EQ(Ask(EM_GETLINECOUNT), Lines);
-  EXPECT_TRUE(FollowsNewest());
-  wchar_t line[40] = {39};
-  const auto length = SendMessageW(Memo(), EM_GETLINE, 9999, reinterpret_cast<LPARAM>(line));
-  EXPECT_EQ(std::wstring(line, static_cast<std::size_t>(length)), L"10000 : ligne");
   // Back in the middle, past what 16 bits can count.
   Ask(EM_LINESCROLL, 0, 70000 - Ask(EM_GETFIRSTVISIBLELINE));
   Add(10);
   Ask(EM_GETLINECOUNT);
   EXPECT_EQ(Ask(EM_GETFIRSTVISIBLELINE), 70000);
-  Ask(WM_VSCROLL, MAKEWPARAM(SB_THUMBPOSITION, 40000));
-  EXPECT_EQ(Ask(EM_GETFIRSTVISIBLELINE), 40000);
 }
 
 TEST_F(DebugWindow, DropsTheOldestLinesAtTheControlsLimit) {
@@ -269,7 +226,6 @@ TEST_F(DebugWindow, DropsTheOldestLinesAtTheControlsLimit) {
   EXPECT_LE(text.size(), Limit);
   EXPECT_GE(text.size(), Limit / 3);
   EXPECT_TRUE(std::regex_match(text, std::regex("(\\d{4} : ligne\r\n)*2001 : ligne")));
-  EXPECT_TRUE(FollowsNewest());
   Library->VCLShowDebugText(std::string(2 * Limit, 'x').c_str());
   EXPECT_LE(Text().size(), Limit);
   EXPECT_TRUE(Text().ends_with("xxx"));
