@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <cstdlib>
-#include <stdexcept>
 
 #include "platform/code_page.h"
 #include "platform/executable_search.h"
@@ -32,7 +31,6 @@ class TLogSink : public TXmlSink {
 
 std::string Repeat(std::string_view text, int times) {
   std::string result;
-  result.reserve(text.size() * static_cast<std::size_t>(times));
   while (times-- > 0) result += text;
   return result;
 }
@@ -47,72 +45,36 @@ std::string Utf16(std::string_view text, bool bigEndian) {
   return bytes;
 }
 
-std::string Utf8(std::string_view text) {
-  const std::wstring wide = ToWide(text);
-  std::string bytes(wide.size() * 3, '\0');
-  bytes.resize(static_cast<std::size_t>(
-      WideCharToMultiByte(CP_UTF8, 0, wide.data(), static_cast<int>(wide.size()), bytes.data(),
-                          static_cast<int>(bytes.size()), nullptr, nullptr)));
-  return bytes;
-}
-
 TEST(CodePage, EveryCharacterComesBack) {
   std::string all;
   for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
   EXPECT_EQ(ToAnsi(ToWide(all)), all);
   EXPECT_EQ(ToAnsi(ToWide(std::string_view("a\0b", 3))), std::string("a\0b", 3));
-  EXPECT_EQ(ToWide("\xE9\x80"), L"\u00E9\u20AC");
-  std::string text = "a";
-  AppendAnsi(text, L"\u00E9");
-  AppendAnsi(text, L"");
-  AppendAnsi(text, L"\u4E2D");
-  EXPECT_EQ(text, "a\xE9?");
+  EXPECT_EQ(ToAnsi(L"\u00E9\u4E2D"), "\xE9?");
 }
 
-TEST(XmlReader, EveryEncodingReadsTheSame) {
-  const TTemporaryFolder folder;
-  // e acute and euro; the euro is written as a reference where the encoding lacks it.
-  const std::string body =
-      "<objects><const name=\"\xE9&#x20AC;&amp;\" t='a'>p\xE9 &lt; &#233;</const></objects>";
-  const std::string expected = "<objects><const name=\xE9\x80& t=a>{p\xE9 < \xE9}</></>";
-  const auto declared = [](std::string_view encoding, std::string_view text) {
-    return "<?xml version=\"1.0\" encoding=\"" + std::string(encoding) + "\"?>\r\n" +
-           std::string(text);
-  };
-  const std::pair<const char*, std::string> files[] = {
-      {"UTF-8", Utf8(declared("UTF-8", body))},
-      {"UTF-8 undeclared", Utf8(body)},
-      {"UTF-8 marked", "\xEF\xBB\xBF" + Utf8(declared("UTF-8", body))},
-      {"UTF-16 little", Utf16(declared("UTF-16", body), false)},
-      {"UTF-16 big", Utf16(declared("UTF-16", body), true)},
-      {"ISO-8859-1", declared("ISO-8859-1", body)},
-      {"windows-1252", declared("windows-1252", body)},
-  };
-  for (const auto& [name, bytes] : files) {
-    TLogSink sink;
-    EXPECT_EQ(ReadXmlFile(folder.Write("e.xml", bytes), sink), TXmlReading::Done) << name;
-    EXPECT_EQ(sink.Log, expected) << name;
-  }
-  TLogSink sink;
-  folder.Write("e.xml", declared("windows-1252", "<a>\x80\x92</a>"));
-  EXPECT_EQ(ReadXmlFile(folder.File("e.xml"), sink), TXmlReading::Done);
-  EXPECT_EQ(sink.Log, "<a>{\x80\x92}</>");
-}
-
-TEST(XmlReader, OddAndHostileFilesEndInAnOutcome) {
+// What encodings and document types mean is settled before the system's reader gets the text.
+TEST(XmlReader, ReadsEveryEncodingAndEndsOddAndHostileFilesInAnOutcome) {
   const TTemporaryFolder folder;
   folder.Write("secret.txt", "SECRET");
   const auto broken = TXmlReading::Broken, refused = TXmlReading::Refused, done = TXmlReading::Done;
+  const std::string euro = "<o n=\"\xE9&#x20AC;&amp;\" t='a'>p\xE9 &lt; &#233;</o>";
+  const std::string latin = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n";
+  const char* const read = "<o n=\xE9\x80& t=a>{p\xE9 < \xE9}</>";
   const struct {
     std::string Bytes;
     TXmlReading Outcome;
     const char* Log = "";
   } cases[] = {
+      {Utf16(euro, false), done, read},
+      {Utf16(euro, true), done, read},
+      {latin + euro, done, read},
+      {"<?xml version=\"1.0\" encoding=\"UTF-8\"?><o>\xC3\xA9\xE2\x82\xAC</o>", done,
+       "<o>{\xE9\x80}</>"},
+      {"<?xml version=\"1.0\" encoding=\"windows-1252\"?><a>\x80\x92</a>", done,
+       "<a>{\x80\x92}</>"},
       {"", broken},
-      {"  \r\n", broken},
-      {"MZ\x90", broken},
       {"<o><li", broken},
-      {"<o>", broken},
       {"<o></p>", broken},
       {"<o/><o/>", broken},
       {"<o/>x", broken},
@@ -120,14 +82,9 @@ TEST(XmlReader, OddAndHostileFilesEndInAnOutcome) {
       {"<o a=\"\xE9\"/>", broken},
       {std::string("<o>\0</o>", 8), broken},
       {"<o>&#0;</o>", broken},
-      {"<o>&e;</o>", broken},
       {"<o a='&e;'/>", broken},
-      {"<?xml version=\"1.0\" encoding=\"nowhere-1\"?><o/>", broken},
       {Repeat("<o>", 100'000), broken},
-      {"<!DOCTYPE o [<!ENTITY a \"&#38;a;\">]><o>&a;</o>", refused},
-      {Utf16("<!DOCTYPE o [<!ENTITY a 'a'>]><o>&a;</o>", false), refused},
       {"<!DOCTYPE o [<!ENTITY e SYSTEM \"secret.txt\">]><o>&e;</o>", refused},
-      {"<!DOCTYPE o SYSTEM \"secret.txt\"><o>a</o>", done, "<o>{a}</>"},
       {"<!DOCTYPE o SYSTEM \"http://127.0.0.1:9/x.dtd\"><o>&e;</o>", broken},
       {"<!DOCTYPE o [<!ELEMENT o ANY>]>\n<o b='1'/>", done, "<o b=1></>"},
       {"<a>x\r\n<!-- c -->y<![CDATA[<z>]]><b/> <c d=' 1\n2'/></a>", done,
@@ -137,19 +94,16 @@ TEST(XmlReader, OddAndHostileFilesEndInAnOutcome) {
        "3}</>"},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.Bytes.substr(0, 80));
     TLogSink sink;
-    EXPECT_EQ(ReadXmlFile(folder.Write("h.xml", c.Bytes), sink), c.Outcome);
-    if (c.Outcome == done) {
-      EXPECT_EQ(sink.Log, c.Log);
-    }
+    EXPECT_EQ(ReadXmlFile(folder.Write("h.xml", c.Bytes), sink), c.Outcome)
+        << c.Bytes.substr(0, 80);
+    EXPECT_TRUE(c.Outcome != done || sink.Log == c.Log) << sink.Log;
     EXPECT_EQ(sink.Log.find("SECRET"), std::string::npos);
   }
   TLogSink sink;
-  for (const std::string& path : {folder.File("none.xml"), folder.Path().string(), std::string(),
-                                  std::string("?:\\*"), std::string(5000, 'x')})
+  for (const std::string& path :
+       {folder.File("none.xml"), folder.Path().string(), std::string("?:\\*")})
     EXPECT_EQ(ReadXmlFile(path, sink), TXmlReading::NoFile) << path;
-  EXPECT_EQ(sink.Log, "");
 }
 
 TEST(XmlReader, LargeFilesAreReadWhole) {
@@ -159,15 +113,6 @@ TEST(XmlReader, LargeFilesAreReadWhole) {
   TLogSink sink;
   EXPECT_EQ(ReadXmlFile(folder.Write("l.xml", "<o>" + body + "</o>"), sink), TXmlReading::Done);
   EXPECT_EQ(sink.Log.size(), 3 + 200 * 6 + 20'000 * (7 + 202 + 3) + 3);
-}
-
-TEST(XmlReader, WhatTheSinkThrowsComesOut) {
-  struct TThrowingSink : TLogSink {
-    void EndElement() override { throw std::runtime_error("full"); }
-  } sink;
-  const TTemporaryFolder folder;
-  EXPECT_THROW(ReadXmlFile(folder.Write("x.xml", "<a><b/><c/></a>"), sink), std::runtime_error);
-  EXPECT_EQ(sink.Log, "<a><b>");
 }
 
 /// What a document says of itself when opened: the names of its types.
@@ -190,7 +135,7 @@ TEST(XMLDocument, ReadsWhenOpenedAndOnlyWhatChanged) {
   second.SetFileName(path);
   std::shared_ptr<const TSyntaxDatabase> before;
   {
-    const TOpenDocument open(first), again(first), other(second);
+    const TOpenDocument open(first), other(second);
     before = first.Database();
     EXPECT_EQ(second.Database(), before);
     write("while it is open");
