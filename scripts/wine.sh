@@ -90,6 +90,21 @@ RunWindows() {
   return $status
 }
 
+# TakeTour DIRECTORY [DPI | contrast]: gives the number of stops that could not be made.
+TakeTour() {
+  local arguments=() status=0 desktop='HKCU\Control Panel\Desktop'
+  case ${2:-} in
+    '') ;;
+    contrast) arguments=(--contrast) ;;
+    *) wine reg add "$desktop" /v LogPixels /t REG_DWORD /d "$2" /f >/dev/null && wineserver -k ;;
+  esac
+  RunWindows 240 "$root/build/win32/bin/tour.exe" "$(winepath -w "$(realpath "$1")" 2>/dev/null)" \
+    "${arguments[@]}" || status=$?
+  # A prefix is made for 96.
+  [[ ${2:-} != [0-9]* ]] || wine reg add "$desktop" /v LogPixels /t REG_DWORD /d 96 /f >/dev/null
+  return $status
+}
+
 StopWine() {
   [[ -d $WINEPREFIX ]] || return 0
   wineserver -k 2>/dev/null || true

@@ -1,18 +1,24 @@
-// Takes the example host through the library's dialogs as a user would, and leaves a picture of
-// each and the log of the host's calls: tour DIRECTORY [STOP]. The exit code is the number of stops
-// that could not be made.
+// Takes the example host through the library's dialogs as a user would, looks at each stop for what
+// is to be seen there, and leaves a picture of each and the log of the host's calls:
+//
+//   tour DIRECTORY [--contrast] [STOP]
+//
+// --contrast shows white on black meanwhile. Prints each stop with its outcome; the exit code is
+// the number of stops that could not be made.
 
 #include <windows.h>
 
 #include <commctrl.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "tour/tour_host.h"
 #include "user/items.h"
+#include "user/saved_settings.h"
 #include "user/window.h"
 
 namespace {
@@ -34,22 +40,38 @@ void Assistant(TTourHost& host) {
   host.Picture(host.Window(), "host");
   host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
-  form.WaitText("EditMethod", "SoldeAu(Date, zefPointee + zefRapprochee)");
-  host.Picture(form, "opened");
-
+  host.See(form, "opened",
+           {{"EditLigne", "courant.SoldeAu(Date, zefPointee + zefRapprochee) "},
+            {"EditObjet", "courant"},
+            {"BoxType", ""},
+            {"EditHelpType", " <--- Sélectionnez un type pour cet objet !"},
+            {"EditMethod", "SoldeAu(Date, zefPointee + zefRapprochee)"},
+            {"BoxMethod", "", false},
+            {"EditValue", "", false}});
   form.Select("BoxType", "Cpt");
-  host.User().WaitUntil("two parameters", [&] { return form.Items("ListParam").size() == 2; });
-  host.Picture(form, "type");
-  form.Select("ListParam", form.Items("ListParam")[1]);
-  form.WaitText("EditValue", "zefPointee + zefRapprochee");
-  host.Picture(form, "parameter");
+  host.WaitItems(form, "ListParam", {"date", "[etats]"});
+  host.See(form, "type",
+           {{"EditHelpType", "Un compte bancaire."},
+            {"BoxMethod", "SoldeAu()"},
+            {"TextReturnType", "Currency"},
+            {"EditHelpMethod",
+             "Calcule le solde à une date.Valeur retournée : Le solde à la fin de la journée."},
+            {"EditValue", "", false},
+            {"ButValue", form.Text("ButValue"), false}});
+  form.Select("ListParam", "[etats]");
+  host.See(form, "parameter",
+           {{"EditValue", "zefPointee + zefRapprochee"},
+            {"TextParamType", "Integer"},
+            {"TextDefVal", ""},
+            {"EditParamHelp", "États des écritures à compter ; tous s'ils sont omis."},
+            {"ButValue", form.Text("ButValue")}});
+  Expect(form.RadioItem("RadioParam") == "Falcutatif", "an optional parameter");
   form.Fill("EditValue", "zefPointee");
   form.WaitText("EditMethod", "SoldeAu(Date, zefPointee)");
   form.Click("ButtonOK");
   form.WaitGone();
-  host.User().WaitUntil("the rewritten line", [&] {
-    return host.Script().find("courant.SoldeAu(Date, zefPointee)") != std::string::npos;
-  });
+  host.WaitScript("courant.SoldeAu(Date, zefPointee)");
+  host.WaitScript("courant=Cpt");
   host.Picture(host.Window(), "rewritten");
 }
 
@@ -58,26 +80,61 @@ void Chain(TTourHost& host) {
   const std::string before = host.Script();
   host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
+  host.See(form, "opened",
+           {{"EditLigne",
+             "ZEF.Dossier.Comptes.Item(1).Ecritures.Derniere.Categorie.Budget.Periodes.Courante."
+             "Realise"},
+            {"EditObjet", "Derniere"},
+            {"BoxType", "Ecriture"},
+            {"EditMethod", "Categorie"},
+            {"TextReturnType", "Categorie"},
+            {"BoxUseReturn", "Utiliser la valeur retournée", false}});
   const int last = form.Position("UpDown");
-  host.Picture(form, "opened");
   form.StepDown("UpDown");
-  host.User().WaitUntil("the step back", [&] { return form.Position("UpDown") == last - 1; });
-  host.Picture(form, "stepped_back");
+  host.See(form, "stepped_back",
+           {{"EditObjet", "Ecritures"}, {"BoxType", "Ecritures"}, {"BoxMethod", "Derniere"}});
+  Expect(form.Position("UpDown") == last - 1, "one step back");
   form.Press(VK_ESCAPE);
   form.WaitGone();
   Expect(host.Script() == before, "Cancel leaves the script alone");
 }
 
-/// An object without a member yet: type and member are picked from their lists.
+/// An object without a member yet: type and member are picked from their lists, its parameters
+/// given and taken away, and the line gone on with.
 void Member(TTourHost& host) {
   const std::string before = host.Script();
   host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
   form.Select("BoxType", "Budget");
-  host.User().WaitUntil("members", [&] { return !form.Items("BoxMethod").empty(); });
+  form.WaitText("EditHelpMethod", " Sélectionnez une méthode ci-dessus !");
   form.Select("BoxMethod", "Depasse()");
-  host.User().WaitUntil("the parameters", [&] { return !form.Items("ListParam").empty(); });
-  host.Picture(form, "member");
+  host.WaitItems(form, "ListParam", {"[date]", "[tolerance]"});
+  host.See(form, "member", {{"EditLigne", "texte.Depasse"}, {"TextReturnType", "bool"}});
+  form.Select("ListParam", "[date]");
+  Expect(form.RadioItem("RadioParam") == "Falcutatif", "an optional parameter");
+  form.Fill("EditValue", "Date");
+  form.WaitText("EditLigne", "texte.Depasse Date");
+  form.ToggleItem("ListParam", "[tolerance]");
+  form.Fill("EditValue", "5");
+  form.WaitText("EditLigne", "texte.Depasse Date, 5");
+  form.Click("BoxUseReturn");
+  form.WaitText("EditLigne", "texte.Depasse(Date, 5)");
+  form.ToggleItem("ListParam", "[date]");
+  host.See(form, "", {{"EditLigne", "texte.Depasse(, 5)"}, {"EditValue", ""}});
+  form.Click("EditLigne");
+  form.Press(VK_HOME);
+  form.Press(VK_END, mdShift);
+  form.Type("texte.categorie.nomcomplet");
+  host.See(form, "", {{"ButUpdt", form.Text("ButUpdt")}});
+  form.Click("ButUpdt");
+  host.See(form, "", {{"ButUpdt", form.Text("ButUpdt"), false}});
+  form.StepUp("UpDown");
+  host.See(form, "typed",
+           {{"EditLigne", "texte.Categorie.NomComplet"},
+            {"ButUpdt", form.Text("ButUpdt"), false},
+            {"BoxType", "Categorie"}});
+  form.Click("ButDelete");
+  form.WaitText("EditLigne", "texte.Categorie");
   form.Click("ButtonCancel");
   form.WaitGone();
   Expect(host.Script() == before, "Cancel leaves the script alone");
@@ -87,7 +144,14 @@ void Member(TTourHost& host) {
 void FunctionCall(TTourHost& host) {
   host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
-  host.Picture(form, "opened");
+  host.See(form, "opened",
+           {{"EditHelpType", "Fonction Visual Basic"},
+            {"BoxType", "", false},
+            {"BoxMethod", "MsgBox()"},
+            {"ButDelete", form.Text("ButDelete"), false},
+            {"TextReturnType", "Integer"}});
+  host.WaitItems(form, "ListParam",
+                 {"message", "[boutons]", "[titre]", "[fichierAide]", "[contexte]"});
   form.TabTo("ListParam");
   form.Press(VK_F1);
   host.User().WaitForBubble();
@@ -104,36 +168,73 @@ void Constants(TTourHost& host) {
   form.WaitText("EditValue", "vbExclamation + vbOKOnly");
   form.Click("ButValue");
   TFormDriver picker = host.User().WaitForForm("TDlgSyntaxConst");
-  picker.WaitText("EditResult", "vbExclamation + vbOKOnly");
-  host.Picture(picker, "opened");
+  host.See(picker, "opened",
+           {{"EditResult", "vbExclamation + vbOKOnly"},
+            {"BoxCat", "StyleMsgBox"},
+            {"EditType", "Integer"},
+            {"EditConstHelp", ""}});
   picker.ToggleItem("ListConst", "vbYesNo");
   picker.Select("ListConst", "vbYesNo");
-  host.Picture(picker, "ticked");
+  host.See(
+      picker, "ticked",
+      {{"EditResult", "vbOKOnly+vbYesNo+vbExclamation"}, {"EditConstHelp", "Boutons Oui et Non."}});
   picker.Click("ButtonOK");
   picker.WaitGone();
-  host.User().WaitUntil(
-      "the value", [&] { return form.Text("EditValue").find("vbYesNo") != std::string::npos; });
-  host.Picture(form, "value");
+  host.See(form, "value",
+           {{"EditValue", "vbOKOnly+vbYesNo+vbExclamation"},
+            {"EditLigne", "MsgBox texte, vbOKOnly+vbYesNo+vbExclamation, \"Budgets dépassés\""}});
+  form.DoubleClickItem("ListParam", "[boutons]");  // another way to it
+  picker = host.User().WaitForForm("TDlgSyntaxConst");
+  picker.Click("ButClear");
+  picker.WaitText("EditResult", "");
+  picker.Press(VK_RETURN);
+  picker.WaitGone();
+  host.See(form, "", {{"EditValue", ""}});
   form.Press(VK_ESCAPE);
   form.WaitGone();
 }
 
-/// The types of the script's variables: one more is added, then all is left as it was.
+/// The types of the script's variables: one is added, renamed, given a type, and one is deleted;
+/// first left as they were, then kept.
 void Types(TTourHost& host) {
   const std::string before = host.Script();
-  host.Window().Press(VK_F3);
-  TFormDriver form = host.User().WaitForForm("TDlgSyntaxTypes");
-  host.Picture(form, "opened");
-  form.Select("BoxConst", "unBudget");
-  form.WaitText("EditModif", "unBudget");
-  host.Picture(form, "selected");
-  form.Fill("EditNew", "texte");
-  host.User().WaitUntil("the button", [&] { return form.Enabled("BtnAdd"); });
-  host.Picture(form, "new");
-  form.Click("BtnAdd");
-  form.Click("ButtonCancel");
-  form.WaitGone();
-  Expect(host.Script() == before, "Cancel leaves the script alone");
+  for (const bool confirm : {false, true}) {
+    host.Window().Press(VK_F3);
+    TFormDriver form = host.User().WaitForForm("TDlgSyntaxTypes");
+    host.WaitItems(form, "BoxConst", {"rapport", "unBudget"});
+    host.See(form, "opened",
+             {{"BtnAdd", "Ajouter", false},
+              {"EditModif", "", false},
+              {"BtnValidNom", form.Text("BtnValidNom"), false},
+              {"BtnDel", form.Text("BtnDel"), false}});
+    form.Select("BoxConst", "unBudget");
+    host.See(form, "selected",
+             {{"EditModif", "unBudget"},
+              {"BoxTypes", "Budget"},
+              {"BtnValidNom", form.Text("BtnValidNom"), false},
+              {"BtnDel", form.Text("BtnDel")}});
+    form.Fill("EditNew", "RAPPORT");
+    form.WaitText("EditNew", "RAPPORT");
+    host.See(form, "", {{"BtnAdd", "Ajouter", false}});
+    form.Fill("EditNew", "texte");
+    host.See(form, "new", {{"BtnAdd", "Ajouter"}});
+    form.Click("BtnAdd");
+    host.WaitItems(form, "BoxConst", {"rapport", "texte", "unBudget"});
+    form.Select("BoxTypes", "Budgets");
+    form.WaitText("BoxTypes", "Budgets");
+    form.Fill("EditModif", "texte2");
+    host.See(form, "", {{"BtnValidNom", form.Text("BtnValidNom")}});
+    form.Click("BtnValidNom");
+    host.See(form, "", {{"BoxConst", "texte2"}, {"BoxTypes", "Budgets"}});
+    form.Select("BoxConst", "rapport");
+    form.WaitText("EditModif", "rapport");
+    form.Click("BtnDel");
+    host.WaitItems(form, "BoxConst", {"texte2", "unBudget"});
+    form.Click(confirm ? "ButtonOK" : "ButtonCancel");
+    form.WaitGone();
+    Expect(confirm || host.Script() == before, "Cancel leaves the script alone");
+  }
+  host.WaitScript("'types: unBudget=Budget,texte2=Budgets");
 }
 
 /// The base dialog, modal and inside a window of the host, then a view; their calls traced.
@@ -175,6 +276,8 @@ void Dialogs(TTourHost& host) {
   for (const char* call :
        {"0001 : VCLGetVersion() = 1102", "VCLFreeNonModalDialog(", "VCLDialogHasChanged("})
     Expect(lines.find(call) != std::string::npos, call);
+  trace.Click("Clear");
+  trace.WaitText("Memo", "");
 }
 
 /// The help of the word under the mouse.
@@ -213,22 +316,24 @@ void Filter(TTourHost& host) {
   };
 
   TFormDriver form = open();
-  host.Picture(form, "nothing");
+  host.WaitItems(form, "ListTypOp", {"Virement", "Prélèvement", "CB/Chq", "Espèces", "Dépôt"});
+  host.WaitItems(form, "ListCB", {"Carte bleue Léa", "Carte bleue Paul", "Chéquier n° 102"});
+  host.See(form, "nothing", {{"ListTypOp", ""}, {"ListCB", "", false}});
   form.Select("ListTypOp", "Prélèvement");
-  host.Picture(form, "type");
+  host.See(form, "type", {{"ListTypOp", "Prélèvement"}, {"ListCB", "", false}});
   form.Select("ListTypOp", "CB/Chq");
-  host.Picture(form, "card_type");
+  host.See(form, "card_type", {{"ListTypOp", "CB/Chq"}, {"ListCB", "Carte bleue Léa"}});
   form.Select("ListCB", "Chéquier n° 102");
-  host.Picture(form, "card");
+  host.See(form, "card", {{"ListCB", "Chéquier n° 102"}});
   form.Select("ListTypOp", "Espèces");
-  host.Picture(form, "card_kept");
+  host.See(form, "card_kept", {{"ListTypOp", "Espèces"}, {"ListCB", "Chéquier n° 102", false}});
   form.Select("ListTypOp", "CB/Chq");
   form.Click("ButtonOK");
   form.WaitGone();
   host.Picture(entries("Écritures - filtre : Chéquier n° 102", 2), "filtered");
 
   form = open();
-  Expect(form.SelectedItem("ListCB") == "Chéquier n° 102", "the earlier choice");
+  host.See(form, "", {{"ListTypOp", "CB/Chq"}, {"ListCB", "Chéquier n° 102"}});
   form.Select("ListTypOp", "Virement");
   form.Press(VK_RETURN);
   form.WaitGone();
@@ -261,16 +366,13 @@ void Place(TTourHost& host) {
   Expect(EqualRect(&found, &other), "the place where the window was left");
 }
 
-constexpr wchar_t SettingsKey[] = L"Software\\KAVEN\\ZEF";
-
 void SetSetting(const wchar_t* name, const std::wstring& value) {
-  RegSetKeyValueW(HKEY_CURRENT_USER, SettingsKey, name, REG_SZ, value.c_str(),
+  RegSetKeyValueW(HKEY_CURRENT_USER, TSavedSettings::Product, name, REG_SZ, value.c_str(),
                   static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
 /// A user's list of one accounts directory, which opens by itself, or an empty list.
 void KeepDirectories(const std::wstring& directory) {
-  RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
   if (directory.empty()) return SetSetting(L"NbDirAlias", L"0");
   SetSetting(L"DirAliasName0", L"Comptes de la visite");
   SetSetting(L"DirAliasPath0", directory);
@@ -278,15 +380,32 @@ void KeepDirectories(const std::wstring& directory) {
   SetSetting(L"NbDirAlias", L"1");
 }
 
-void AddDirectory(TTourHost& host, TFormDriver& form, const char* name, const char* path) {
-  form.Click("BtnAdd");
+/// Gives a directory a name in the box that asks for one.
+void Name(TTourHost& host, TFormDriver& form, const char* button, const char* prompt,
+          const char* name) {
+  form.Click(button);
   TFormDriver box = host.User().WaitForForm("TInputBox");
+  box.WaitFocus("Value");
   box.Type(name);
-  host.Picture(box, "name");
+  host.See(box, "name", {{"Prompt", prompt}, {"Value", name}});
   box.Press(VK_RETURN);
   box.WaitGone();
-  host.User().WaitUntil("the new entry", [&] { return form.Enabled("EditRep"); });
+}
+
+void AddDirectory(TTourHost& host, TFormDriver& form, const char* name, const char* path) {
+  Name(host, form, "BtnAdd", "Nouveau répertoire", name);
+  host.User().WaitUntil("the new entry", [&] { return form.SelectedItem("ListRep") == name; });
   form.Fill("EditRep", path);
+}
+
+/// Leaves a message box that says so by a button: 1 OK, 6 yes, 7 no.
+void Answer(TTourHost& host, const char* caption, std::string_view text, const char* button) {
+  TFormDriver box = host.User().WaitForMessageBox(caption);
+  bool said = false;
+  for (const HWND child : Descendants(box.Handle())) said |= TextOf(child) == text;
+  Expect(said, caption);
+  box.Click(button);
+  box.WaitGone();
 }
 
 /// Nothing was ever kept: the program brings an accounts directory of its own, and F1 has something
@@ -301,19 +420,40 @@ void FirstStart(TTourHost& host) {
   form.WaitGone();
 }
 
-/// An empty list: one directory is added and opened. Then the list from the menu.
+/// An empty list: directories are added, renamed and deleted, one is opened. Then the list from the
+/// menu.
 void Directories(TTourHost& host) {
   TFormDriver form = host.User().WaitForForm("TDlgDirSelect");
-  host.Picture(form, "empty");
+  host.WaitItems(form, "ListRep", {});
+  host.See(form, "empty",
+           {{"BtnRename", "Renommer", false},
+            {"BtnDel", "Effacer", false},
+            {"BtnMove", "Déplacer", false},
+            {"EditRep", "", false},
+            {"BoxDefault", form.Text("BoxDefault"), false}});
+  form.Click("ButtonOK");
+  Answer(host, "Erreur", "Vous devez choisir un répertoire !", "#1");
   AddDirectory(host, form, "Maison", "C:\\users");
-  AddDirectory(host, form, "Association", "C:\\windows");
-  host.Picture(form, "filled");
+  Expect(form.Checked("BoxDefault") == BST_CHECKED, "the first one opens by itself");
+  AddDirectory(host, form, "Asso", "C:\\windows");
+  Expect(form.Checked("BoxDefault") == BST_UNCHECKED, "the second one does not");
+  Name(host, form, "BtnRename", "Nouveau Nom", "MAISON");
+  Answer(host, "Erreur", "Erreur, MAISON existe déja !", "#1");
+  Name(host, form, "BtnRename", "Nouveau Nom", "Association");
+  host.WaitItems(form, "ListRep", {"Association", "Maison"});
+  host.See(form, "filled", {{"ListRep", "Association"}, {"EditRep", "C:\\windows"}});
   form.Click("BtnBrowse");
   TFormDriver picker = host.User().WaitForMessageBox("Rechercher un dossier");
   host.User().WaitUntil("the folder", [&] { return picker.Text("#14149") == "windows"; });
   host.PictureOfAll("picker");
   picker.Click("#2");
   picker.WaitGone();
+  AddDirectory(host, form, "à jeter", "");
+  for (const char* button : {"#7", "#6"}) {
+    form.Click("BtnDel");
+    Answer(host, "Confirmation", "Confirmes vous la suppresion de à jeter ?", button);
+  }
+  host.See(form, "", {{"ListRep", ""}, {"BtnDel", "Effacer", false}, {"EditRep", "", false}});
   form.Select("ListRep", "Maison");
   form.Click("ButtonOK");
   form.WaitGone();
@@ -322,7 +462,9 @@ void Directories(TTourHost& host) {
   host.Picture(host.Window(), "opened");
   host.User().Press(VK_F4);
   form = host.User().WaitForForm("TDlgDirSelect");
-  host.Picture(form, "again");
+  host.WaitItems(form, "ListRep", {"Association", "Maison"});
+  host.See(form, "again", {{"ListRep", "Maison"}, {"EditRep", "C:\\users"}});
+  Expect(form.Checked("BoxDefault") == BST_CHECKED, "it opens by itself");
   form.Press(VK_ESCAPE);
   form.WaitGone();
 }
@@ -332,7 +474,8 @@ void Update(TTourHost& host) {
   host.Window().Mnemonic('A');
   host.User().Press('R');
   TFormDriver offer = host.User().WaitForForm("TDlgAskDwld");
-  host.Picture(offer, "offer");
+  Expect(offer.Caption() == "Mise à jour de Zefkor", "the caption");
+  host.See(offer, "offer", {{"STVerCur", "11.02"}, {"STVerWeb", "11.03"}});
   offer.Click("ButtonOK");
   offer.WaitGone();
   TFormDriver download = host.User().WaitForForm("TDlgDwnld");
@@ -359,38 +502,95 @@ constexpr TStop Stops[] = {
     {"update", 1, "SoldeAu", Update},
 };
 
+/// White on black, as those choose who see little, while there is an object of this kind.
+class THighContrast {
+ public:
+  THighContrast() {
+    for (const int element : Elements) FBefore.push_back(GetSysColor(element));
+    std::vector<COLORREF> colours;
+    for (const int element : Elements) colours.push_back(ColourOf(element));
+    Set(colours, HCF_HIGHCONTRASTON);
+  }
+  THighContrast(const THighContrast&) = delete;
+  THighContrast& operator=(const THighContrast&) = delete;
+  ~THighContrast() { Set(FBefore, 0); }
+
+ private:
+  static constexpr int Elements[] = {
+      COLOR_WINDOW,       COLOR_WINDOWTEXT,    COLOR_BTNFACE,       COLOR_BTNTEXT,
+      COLOR_BTNSHADOW,    COLOR_BTNHIGHLIGHT,  COLOR_3DLIGHT,       COLOR_3DDKSHADOW,
+      COLOR_GRAYTEXT,     COLOR_HIGHLIGHT,     COLOR_HIGHLIGHTTEXT, COLOR_MENU,
+      COLOR_MENUTEXT,     COLOR_MENUBAR,       COLOR_INFOBK,        COLOR_INFOTEXT,
+      COLOR_APPWORKSPACE, COLOR_ACTIVECAPTION, COLOR_CAPTIONTEXT};
+  static COLORREF ColourOf(int element) {
+    switch (element) {
+      case COLOR_GRAYTEXT:
+        return RGB(0, 255, 0);
+      case COLOR_HIGHLIGHT:
+        return RGB(0, 128, 255);
+      case COLOR_ACTIVECAPTION:
+        return RGB(128, 0, 128);
+      case COLOR_WINDOWTEXT:
+      case COLOR_BTNTEXT:
+      case COLOR_BTNSHADOW:
+      case COLOR_BTNHIGHLIGHT:
+      case COLOR_HIGHLIGHTTEXT:
+      case COLOR_MENUTEXT:
+      case COLOR_INFOTEXT:
+      case COLOR_CAPTIONTEXT:
+        return RGB(255, 255, 255);
+      default:
+        return RGB(0, 0, 0);
+    }
+  }
+  static void Set(const std::vector<COLORREF>& colours, DWORD flags) {
+    HIGHCONTRASTW contrast{};
+    contrast.cbSize = sizeof contrast;
+    contrast.dwFlags = flags | HCF_AVAILABLE;
+    SystemParametersInfoW(SPI_SETHIGHCONTRAST, sizeof contrast, &contrast, 0);
+    SetSysColors(static_cast<int>(colours.size()), Elements, colours.data());
+  }
+
+  std::vector<COLORREF> FBefore;
+};
+
 bool Make(const TStop& stop, const std::wstring& directory) {
-  std::printf("%s\n", stop.Name);
-  std::fflush(stdout);
+  const TSavedSettings saved;
   // A null text leaves the cursor where the program puts it; an empty one is for an empty list.
-  KeepDirectories(stop.Text && !*stop.Text ? L"" : directory);
-  if (!stop.Text) RegDeleteTreeW(HKEY_CURRENT_USER, SettingsKey);
+  if (stop.Text) KeepDirectories(*stop.Text ? directory : L"");
   try {
     TTourHost host(directory, stop.Name, L"--script " + std::to_wstring(stop.Script));
     try {
       if (stop.Text && *stop.Text) host.GoTo(stop.Text);
       stop.Make(host);
       host.Quit();
+      std::printf("%s: made\n", stop.Name);
+      std::fflush(stdout);
       return true;
     } catch (const TUserError& error) {
-      std::printf("  %s\nlast steps:\n%swindows:\n%s", error.what(),
+      std::printf("%s: %s\nlast steps:\n%swindows:\n%s", stop.Name, error.what(),
                   host.User().LastSteps().c_str(), WindowTree(host.User().Process()).c_str());
       host.PictureOfAll("failed");
     }
   } catch (const TUserError& error) {
-    std::printf("  %s\n", error.what());
+    std::printf("%s: %s\n", stop.Name, error.what());
   }
   return false;
 }
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc < 2) {
-    std::printf("tour DIRECTORY [STOP]\n");
+  const std::vector<std::wstring> arguments(argv + 1, argv + argc);
+  if (arguments.empty()) {
+    std::printf("tour DIRECTORY [--contrast] [STOP]\n");
     return 1;
   }
+  const bool contrast = arguments.size() > 1 && arguments[1] == L"--contrast";
+  std::optional<THighContrast> colours;
+  if (contrast) colours.emplace();
+  const std::wstring only = arguments.size() > (contrast ? 2 : 1) ? arguments.back() : L"";
   int failed = 0;
   for (const TStop& stop : Stops)
-    if (argc < 3 || Wide(stop.Name) == argv[2]) failed += Make(stop, argv[1]) ? 0 : 1;
+    if (only.empty() || Wide(stop.Name) == only) failed += Make(stop, arguments[0]) ? 0 : 1;
   return failed;
 }

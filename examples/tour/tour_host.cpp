@@ -8,7 +8,8 @@
 #include "user/window.h"
 
 namespace {
-constexpr DWORD QuitMs = 10000;
+constexpr DWORD QuitMs = 30000;
+constexpr int SightMs = 10000;
 
 std::wstring ProgramBesideTour() {
   std::wstring path(MAX_PATH, L'\0');
@@ -58,6 +59,32 @@ void TTourHost::GoTo(std::string_view text) {
   for (auto lines = std::ranges::count(before, '\n'); lines > 0; --lines) FUser->Press(VK_DOWN);
   for (size_t column = Wide(before.substr(lineStart)).size(); column > 0; --column)
     FUser->Press(VK_RIGHT);
+}
+
+void TTourHost::See(const TFormDriver& form, const std::string& picture,
+                    const std::vector<TSight>& sights) {
+  for (const TSight& sight : sights) {
+    const auto seen = [&] {
+      return form.Reading(sight.Control) == sight.Reading &&
+             form.Enabled(sight.Control) == sight.Enabled;
+    };
+    FUser->WaitUntil(
+        Say(sight.Control, sight.Enabled ? " enabled, reading \"" : " disabled, reading \"",
+            sight.Reading, "\""),
+        seen, SightMs);
+  }
+  if (!picture.empty()) Picture(form, picture);
+}
+
+void TTourHost::WaitItems(const TFormDriver& form, const char* list,
+                          const std::vector<std::string>& items) {
+  FUser->WaitUntil(
+      Say("all items of ", list), [&] { return form.Items(list) == items; }, SightMs);
+}
+
+void TTourHost::WaitScript(const std::string& text) {
+  FUser->WaitUntil("in the script: " + text,
+                   [&] { return Script().find(text) != std::string::npos; });
 }
 
 std::string TTourHost::FileFor(const std::string& name) const {

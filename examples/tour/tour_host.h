@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "user/form_driver.h"
 #include "user/user.h"
@@ -12,6 +13,13 @@
 /// The example host, started for one stop of the tour, with its user. Ended with this object.
 class TTourHost {
  public:
+  /// What the user is to read in a control, and whether it takes input.
+  struct TSight {
+    const char* Control;
+    std::string Reading;
+    bool Enabled = true;
+  };
+
   /// Pictures and the log of calls are written to the directory, their names begin with the stop's.
   /// Throws TUserError when the program does not start.
   TTourHost(const std::wstring& directory, const std::string& stop, const std::wstring& arguments);
@@ -28,6 +36,10 @@ class TTourHost {
   std::string Script() const;
   /// By keys, to the start of the text's first occurrence in the script.
   void GoTo(std::string_view text);
+  /// Waits until the form shows all of that, then takes a picture of it if that has a name.
+  void See(const TFormDriver& form, const std::string& picture, const std::vector<TSight>& sights);
+  void WaitItems(const TFormDriver& form, const char* list, const std::vector<std::string>& items);
+  void WaitScript(const std::string& text);
   void Picture(const TFormDriver& form, const std::string& name);
   /// Of the whole screen.
   void PictureOfAll(const std::string& name);

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "outside/outside_test.h"
-#include "outside/saved_settings.h"
+#include "user/saved_settings.h"
 
 /// The shell's folder picker under a user's hands.
 class TPickerDriver {

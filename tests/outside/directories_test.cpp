@@ -21,15 +21,6 @@ class Directories : public TDirectoriesTest {
     box.WaitGone();
     return text;
   }
-  /// Presses the button and answers the box that asks for a name.
-  static void Name(TScriptedUser& user, TFormDriver& form, const char* button, const char* name) {
-    form.Click(button);
-    TFormDriver box = user.WaitForForm("TInputBox");
-    box.WaitFocus("Value");
-    box.Type(name);
-    box.Press(VK_RETURN);
-    box.WaitGone();
-  }
   static void MoveInto(TScriptedUser& user, TFormDriver& form, const std::string& folder,
                        std::string_view shownName) {
     form.Click("BtnMove");
@@ -88,44 +79,6 @@ TEST_F(Directories, DataOfAnOlderProgramIsImported) {
                                    {"DirAliasName0", "Répertoire par défaut"},
                                    {"DirAliasPath0", old},
                                    {"DirAliasDefault", ""}}));
-}
-
-TEST_F(Directories, AddedRenamedRemovedAndStored) {
-  const std::string home = MakeDirectory("maison");
-  const auto outcome = Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
-    Name(user, form, "BtnAdd", "");
-    EXPECT_TRUE(form.Items("ListRep").empty());
-    Name(user, form, "BtnAdd", "Maison & jardin, \"été\" = 1");
-    EXPECT_EQ(form.Checked("BoxDefault"), BST_CHECKED) << "the first one";
-    form.WaitFocus("EditRep");
-    form.Type(home);
-    Name(user, form, "BtnAdd", "bureau");
-    EXPECT_EQ(form.Text("EditRep"), "");
-    Name(user, form, "BtnAdd", "BUREAU");
-    EXPECT_EQ(Answer(user, "Erreur"), "Erreur, BUREAU existe déja !");
-    form.Fill("EditRep", "\\\\serveur\\comptes");
-    form.Click("BoxDefault");
-    Name(user, form, "BtnRename", "Z");
-    EXPECT_EQ(form.SelectedItem("ListRep"), "Z");
-    Name(user, form, "BtnAdd", "à jeter");
-    form.Click("BtnDel");
-    EXPECT_EQ(Answer(user, "Confirmation", "#7"), "Confirmes vous la suppresion de à jeter ?");
-    form.Click("BtnDel");
-    Answer(user, "Confirmation", "#6");
-    EXPECT_EQ(form.SelectedItem("ListRep"), "");
-    EXPECT_FALSE(form.Enabled("BtnDel"));
-    form.WaitFocus("ListRep");
-    form.Select("ListRep", "Maison & jardin, \"été\" = 1");
-    form.Click("ButtonOK");
-  });
-  EXPECT_EQ(outcome, (TOutcome{1, 0}));
-  EXPECT_EQ(Current(), home);
-  EXPECT_EQ(Settings(), (TSettings{{"NbDirAlias", "2"},
-                                   {"DirAliasName0", "Maison & jardin, \"été\" = 1"},
-                                   {"DirAliasPath0", home},
-                                   {"DirAliasName1", "Z"},
-                                   {"DirAliasPath1", "\\\\serveur\\comptes"},
-                                   {"DirAliasDefault", "Z"}}));
 }
 
 TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "outside/library.h"
-#include "outside/saved_settings.h"
+#include "user/saved_settings.h"
 
 namespace {
 

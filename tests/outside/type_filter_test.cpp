@@ -43,32 +43,6 @@ class TypeFilter : public TOutsideTest {
   }
 };
 
-TEST_F(TypeFilter, OneDialogServesEveryCallAfresh) {
-  HWND first = nullptr;
-  const auto cancel = [&](TFormDriver& form) {
-    first = form.Handle();
-    EXPECT_EQ(form.Items("ListTypOp"), Types);
-    EXPECT_EQ(form.Items("ListCB"), Cards);
-    Shows(form, "CB/Chq", "Chéquier n° 2", true);
-    form.Select("ListTypOp", "Espèces");
-    Shows(form, "Espèces", "Chéquier n° 2", false);
-    form.Press(VK_ESCAPE);
-  };
-  EXPECT_EQ(Run(Types, Cards, "Chéquier n° 2", cancel), "(cancelled) Chéquier n° 2");
-  const auto choose = [&](TFormDriver& form) {
-    EXPECT_EQ(form.Handle(), first);
-    EXPECT_EQ(form.Items("ListCB"), TLines{"Carte"});
-    Shows(form, "", "", false);
-    form.WaitFocus("ListTypOp");
-    form.Select("ListTypOp", "CB/Chq");
-    Shows(form, "CB/Chq", "Carte", true);
-    form.Press(VK_RETURN);
-  };
-  EXPECT_EQ(Run({"Autre", "CB/Chq"}, {"Carte"}, "", choose), "Carte");
-  Library->VCLFree();
-  EXPECT_FALSE(IsWindow(first));
-}
-
 // One list is enabled, the other is not; a text that does not fit is told instead of the hint.
 TEST_F(TypeFilter, ListsExplainThemselves) {
   const std::string longName(80, 'm');

@@ -106,6 +106,13 @@ std::string TFormDriver::SelectedItem(std::string_view name) const {
   return index < 0 ? std::string() : ItemsOf(control).at(static_cast<size_t>(index));
 }
 
+std::string TFormDriver::Reading(std::string_view name) const {
+  const std::string text = Text(name);
+  const std::string kind = ClassOf(Control(name));
+  const bool list = kind.find("List") != kind.npos || kind.find("Combo") != kind.npos;
+  return text.empty() && list ? SelectedItem(name) : text;
+}
+
 int TFormDriver::Checked(std::string_view name) const {
   return static_cast<int>(Ask(Control(name), BM_GETCHECK));
 }

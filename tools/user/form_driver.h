@@ -39,6 +39,8 @@ class TFormDriver {
   std::vector<std::string> Items(std::string_view name) const;
   /// Empty when none is selected.
   std::string SelectedItem(std::string_view name) const;
+  /// What a user reads there: its text, or else the item selected in it.
+  std::string Reading(std::string_view name) const;
   /// BST_UNCHECKED, BST_CHECKED or BST_INDETERMINATE of a check box.
   int Checked(std::string_view name) const;
   bool ItemChecked(std::string_view name, std::string_view item) const;

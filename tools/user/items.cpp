@@ -8,6 +8,9 @@
 #include "user/window.h"
 
 namespace {
+constexpr int ListUncoveredMs = 3000;
+constexpr DWORD LookAgainMs = 5;
+
 /// Memory that a control of another process can be pointed to.
 template <class T>
 class TShared {
@@ -176,12 +179,17 @@ POINT PointOnItem(HWND control, int index) {
     return ToScreen(control, {rect.left + 4, (rect.top + rect.bottom) / 2});
   }
   const HWND list = kind == TKind::ListBox ? control : OpenList(control);
-  Ask(list, LB_SETTOPINDEX, item);
-  Ask(list, LB_GETITEMRECT, item, reinterpret_cast<LPARAM>(&rect));
-  const POINT point = ToScreen(list, {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
-  if (WindowFromPoint(point) != list)
-    throw TUserError("an item of " + NameOf(control) + " cannot be seen in its list");
-  return point;
+  // An open list may lie under its owner for a moment.
+  const ULONGLONG deadline = GetTickCount64() + ListUncoveredMs;
+  for (;; Sleep(LookAgainMs)) {
+    Ask(list, LB_SETTOPINDEX, item);
+    Ask(list, LB_GETITEMRECT, item, reinterpret_cast<LPARAM>(&rect));
+    const POINT point =
+        ToScreen(list, {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2});
+    if (WindowFromPoint(point) == list) return point;
+    if (GetTickCount64() > deadline)
+      throw TUserError("an item of " + NameOf(control) + " cannot be seen in its list");
+  }
 }
 
 POINT PointOnItemCheckBox(HWND control, int index) {

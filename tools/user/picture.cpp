@@ -6,7 +6,7 @@
 #include "user/user_error.h"
 
 namespace {
-constexpr DWORD CalmMs = 150;  ///< longer than a blinking or fading control takes to draw itself
+constexpr DWORD CalmMs = 100;  ///< longer than a fading control takes to draw itself
 constexpr int MaxLooks = 20;
 
 BITMAPINFOHEADER HeaderFor(LONG width, LONG height) {

@@ -4,8 +4,8 @@
 //
 //   TUser           someone at a process's windows: keys, clicks, and waits for what is to appear
 //   TFormDriver     (form_driver.h) one form: its controls by name, read and operated
-//   window.h, items.h, input.h, picture.h   the means of both: what windows, lists, devices, screen
-//   give
+//   TSavedSettings  (saved_settings.h) the real user's settings, out of the way meanwhile
+//   window.h, items.h, input.h, picture.h   the means of all: windows, lists, devices, screen
 //
 //   TUser user(process);
 //   TFormDriver form = user.WaitForForm("TDlgSyntax");

@@ -2,8 +2,9 @@
 
 #include <windows.h>
 
-/// Takes what is below the host's own registry keys out of the way, in both hives, and puts it back
-/// at the end of its life.
+/// The user's settings of the product are out of the way, in both hives, while a program that uses
+/// its dialogs has an object of this kind; then they are there again. Also when a program before
+/// this one crashed meanwhile.
 class TSavedSettings {
  public:
   static constexpr wchar_t Company[] = L"Software\\KAVEN";

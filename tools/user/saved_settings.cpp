@@ -1,4 +1,4 @@
-#include "outside/saved_settings.h"
+#include "user/saved_settings.h"
 
 #include <stdexcept>
 #include <string>
