@@ -4,6 +4,7 @@
 
 #include "forms/application.h"
 #include "forms/modal_world.h"
+#include "forms/while_set.h"
 #include "platform/floating_point.h"
 #include "platform/unwind_notice.h"
 
@@ -13,7 +14,7 @@ TBffolder::TBffolder(std::string name)
 /// What an execution changes around it.
 class TBffolder::TExecution {
  public:
-  explicit TExecution(TBffolder& picker) : FPicker(picker) { FPicker.FRunning = true; }
+  explicit TExecution(bool& running) : FRunning(running) {}
   TExecution(const TExecution&) = delete;
   TExecution& operator=(const TExecution&) = delete;
   ~TExecution() { End(); }
@@ -24,10 +25,9 @@ class TBffolder::TExecution {
   void End() {
     LeaveWorld();
     FMasks.reset();
-    FPicker.FRunning = false;
   }
 
-  TBffolder& FPicker;
+  TWhileSet<bool> FRunning;
   // The owner is not the dialog that the picker serves: that one must not take input either.
   std::optional<TModalWorld> FWorld{std::in_place, nullptr};
   std::optional<TFloatingPointMasks> FMasks{std::in_place};
@@ -43,7 +43,7 @@ bool TBffolder::Execute() {
   request.SpecialFolder = SpecialFolder(FRootDir).value_or(0);
   if (FRootDir == TBffRootDir::rdUseSelectedDir) request.RootPath = FSelectedDir;
 
-  std::optional<TExecution> execution(std::in_place, *this);
+  std::optional<TExecution> execution(std::in_place, FRunning);
   TFolderPicker::TEvents events;
   events.Initialized = [this] { Initialized(); };
   events.SelectionChanged = OnSelectionChanged;

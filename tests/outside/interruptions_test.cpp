@@ -1,3 +1,4 @@
+#include "outside/host_exception.h"
 #include "outside/situations.h"
 #include "user/say.h"
 
@@ -5,7 +6,7 @@
 /// interruption in every situation.
 class Interruptions : public TSituations {
  protected:
-  enum class TEffect { EndsSingletons, EndsModals, Stays, Unloads };
+  enum class TEffect { EndsSingletons, EndsModals, CutsOff, Stays, Unloads };
   struct TInterruption {
     const char* Name;
     TEffect Effect;
@@ -18,6 +19,12 @@ class Interruptions : public TSituations {
   void Free() { Library->VCLFree(); }
   void DestroyOwner() { DestroyWindow(Owner); }
   void Quit() { PostQuitMessage(7); }
+  void Raise() {
+    TPilot::Forget();  // nothing on the stack above is destroyed
+    // From a window's procedure: the system swallows what a timer's raises.
+    static const std::function<void()> raise = RaiseHostException;
+    PostMessageW(MainWindow, WM_APP, 0, reinterpret_cast<LPARAM>(&raise));
+  }
   void LetGo() {
     Library.reset();
     Server.reset();  // a fetch holds the library
@@ -62,6 +69,7 @@ const std::vector<Interruptions::TInterruption> Interruptions::All{
     {"VCLFree", TEffect::EndsSingletons, &Interruptions::Free},
     {"the host's window goes", TEffect::EndsModals, &Interruptions::DestroyOwner},
     {"WM_QUIT", TEffect::EndsModals, &Interruptions::Quit},
+    {"an exception of the host's", TEffect::CutsOff, &Interruptions::Raise},
     {"the library is let go", TEffect::Unloads, &Interruptions::LetGo},
     {"what leaves it there", TEffect::Stays, &Interruptions::Disturb},
 };
@@ -115,12 +123,16 @@ void Interruptions::Interrupt(const TSituation& situation, const TInterruption& 
   const bool ends =
       situation.Modal && (interruption.Effect == TEffect::EndsModals ||
                           (interruption.Effect == TEffect::EndsSingletons && situation.Singleton));
-  const std::string outcome = Run(situation, [&](HWND form) {
-    FForm = form;
-    (this->*interruption.Happen)();
-    if (ends) TPilot::Keep();
+  std::string outcome;
+  const bool cut = THostHandler::CutsOff([&] {
+    outcome = Run(situation, [&](HWND form) {
+      FForm = form;
+      (this->*interruption.Happen)();
+      if (ends) TPilot::Keep();
+    });
   });
-  if (situation.Modal) {
+  EXPECT_EQ(cut, interruption.Effect == TEffect::CutsOff);
+  if (situation.Modal && !cut) {
     EXPECT_EQ(outcome, situation.Cancelled);
   }
   MSG message{};
@@ -137,5 +149,9 @@ void Interruptions::Interrupt(const TSituation& situation, const TInterruption& 
 
 TEST_F(Interruptions, EndOrLeaveEveryDialogAndNothingBehind) {
   for (const TSituation& situation : Situations)
-    for (const TInterruption& interruption : All) Interrupt(situation, interruption);
+    for (const TInterruption& interruption : All) {
+      // The call of the others is over, and their host's loop is its own.
+      if (situation.Modal || interruption.Effect != TEffect::CutsOff)
+        Interrupt(situation, interruption);
+    }
 }

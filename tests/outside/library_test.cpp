@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <csetjmp>
 #include <fstream>
 #include <iterator>
 #include <regex>
@@ -7,6 +6,7 @@
 #include <thread>
 
 #include "outside/debug_listener.h"
+#include "outside/host_exception.h"
 #include "outside/outside_test.h"
 
 namespace {
@@ -134,38 +134,6 @@ TEST_F(LoadedLibrary, BelongsToTheThreadOfItsWindowsWhileThatRuns) {
   EXPECT_EQ(memo(), "0001 : mine again");
 }
 
-constexpr DWORD HostException = 0xE0000001;
-
-/// Ends a call by an exception as a host's own handler does: the system unwinds the stack, and the
-/// host goes on behind the call.
-class THostHandler {
- public:
-  /// True when the exception came out of the call.
-  static bool CutsOff(const std::function<void()>& call) {
-    THostHandler handler;
-    asm volatile("movl %%fs:0, %0" : "=r"(handler.FNext) : : "memory");
-    asm volatile("movl %0, %%fs:0" : : "r"(&handler) : "memory");
-    volatile bool cut = true;
-    if (setjmp(handler.FBack) == 0) {
-      call();
-      cut = false;
-    }
-    asm volatile("movl %0, %%fs:0" : : "r"(handler.FNext) : "memory");
-    return cut;
-  }
-
- private:
-  static EXCEPTION_DISPOSITION Handle(EXCEPTION_RECORD* record, void* frame, CONTEXT*, void*) {
-    const bool wanted = record->ExceptionCode == HostException && !(record->ExceptionFlags & 6);
-    if (wanted) longjmp(static_cast<THostHandler*>(frame)->FBack, 1);
-    return ExceptionContinueSearch;
-  }
-
-  void* FNext = nullptr;
-  EXCEPTION_DISPOSITION (*FHandler)(EXCEPTION_RECORD*, void*, CONTEXT*, void*) = Handle;
-  jmp_buf FBack{};
-};
-
 unsigned short FloatingPointControl() {
   unsigned short control = 0;
   asm volatile("fnstcw %0" : "=m"(control));
@@ -175,7 +143,7 @@ unsigned short FloatingPointControl() {
 TEST_F(LoadedLibrary, LeavesTheHostAsItWasHoweverADialogEnds) {
   const HWND edit = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20,
                                     MainWindow, nullptr, nullptr, nullptr);
-  const std::function<void()> raise = [] { RaiseException(HostException, 0, 0, nullptr); };
+  const std::function<void()> raise = RaiseHostException;
   const unsigned short unmasked = 0x37B;  // division by zero raises
   for (const bool byException : {false, true}) {
     SCOPED_TRACE(byException);

@@ -33,6 +33,11 @@ class TPilot {
   /// From a step: what is on the screen now stays, only what comes upon it is left.
   static void KeepOld();
   static void LeaveAll() { Current->FOld.clear(); }
+  /// From a step: the pilot is about to vanish with its stack.
+  static void Forget() {
+    KillTimer(nullptr, Current->FTimer);
+    Current = Current->FOuter;
+  }
 
   /// Topmost first; of that class, or any dialog.
   static HWND Find(const char* form = nullptr);
