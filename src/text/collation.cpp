@@ -72,15 +72,6 @@ class TUpperCopy {
   std::string FLong;
 };
 
-int UpperByteOrder(std::string_view a, std::string_view b) {
-  TUpperBytes left(a);
-  TUpperBytes right(b);
-  while (!left.AtEnd() && !right.AtEnd()) {
-    if (const int difference = left.Next() - right.Next()) return difference;
-  }
-  return static_cast<int>(right.AtEnd()) - static_cast<int>(left.AtEnd());
-}
-
 }  // namespace
 
 const TCollation& UserCollation() { return userCollation; }
@@ -108,13 +99,22 @@ std::string UpperText(std::string_view text) {
   return result;
 }
 
+int CompareUpperBytes(std::string_view a, std::string_view b) noexcept {
+  TUpperBytes left(a);
+  TUpperBytes right(b);
+  while (!left.AtEnd() && !right.AtEnd()) {
+    if (const int difference = left.Next() - right.Next()) return difference;
+  }
+  return static_cast<int>(right.AtEnd()) - static_cast<int>(left.AtEnd());
+}
+
 bool SameText(std::string_view a, std::string_view b) noexcept {
-  return (a.size() == b.size() || userCollation.UpperCharacter) && UpperByteOrder(a, b) == 0;
+  return (a.size() == b.size() || userCollation.UpperCharacter) && CompareUpperBytes(a, b) == 0;
 }
 
 int CompareText(std::string_view a, std::string_view b, bool caseSensitive) {
   // The bytes first: they are cheap, and equal texts then never reach the locale.
-  const int bytes = caseSensitive ? a.compare(b) : UpperByteOrder(a, b);
+  const int bytes = caseSensitive ? a.compare(b) : CompareUpperBytes(a, b);
   if (bytes == 0 || userCollation.LocaleOrder == nullptr) return bytes;
   const int order = caseSensitive
                         ? userCollation.LocaleOrder(a, b)

@@ -48,6 +48,9 @@ std::string UpperText(std::string_view text);
 /// Same text ignoring letter case. Allocates nothing.
 bool SameText(std::string_view a, std::string_view b) noexcept;
 
+/// Byte order of the upper-cased texts (negative, 0, positive). Allocates nothing.
+int CompareUpperBytes(std::string_view a, std::string_view b) noexcept;
+
 /// Total order (negative, 0, positive); 0 exactly when the texts are the same under the case rule.
 int CompareText(std::string_view a, std::string_view b, bool caseSensitive);
 

@@ -48,11 +48,12 @@ class TLazyIndex {
   std::optional<TLineIndex> FIndex;
 };
 
+/// Any order will do that needs no memory.
 struct TNameBefore {
   bool CaseSensitive;
   using is_transparent = void;
-  bool operator()(std::string_view a, std::string_view b) const {
-    return CompareText(a, b, CaseSensitive) < 0;
+  bool operator()(std::string_view a, std::string_view b) const noexcept {
+    return (CaseSensitive ? a.compare(b) : CompareUpperBytes(a, b)) < 0;
   }
 };
 
@@ -177,11 +178,15 @@ struct TStringList::TImpl {
   }
 
   void MoveToItsPlace(TLineId id, const std::string& line) {
-    const auto set = LastSet.insert_or_assign(line.substr(0, line.find('=')), id).first;
+    const std::string key = line.substr(0, line.find('='));
+    const auto set = LastSet.insert_or_assign(key, id).first;
     set->second = Sequence.At(Add(line));
-    const auto key = set->first;
     Delete(id);
-    if (Names.First(key) == LastSet.find(key)->second) LastSet.erase(key);
+    try {
+      if (Names.First(key) == LastSet.find(key)->second) LastSet.erase(key);
+    } catch (const std::exception&) {
+      // Noted without need, which changes nothing.
+    }
   }
 
   const TOptions Options;

@@ -8,7 +8,8 @@
 /// name=value pairs and which converts to and from comma text.
 ///
 /// Equality and order are those of text/collation.h. Adding, looking up a line and looking up a
-/// name do not scan the list. Not thread-safe.
+/// name do not scan the list. What runs out of memory throws std::bad_alloc and changes nothing.
+/// Not thread-safe.
 class TStringList {
  public:
   struct TOptions {

@@ -61,12 +61,13 @@ void TDirectoryList::Load(TSettingsStore& store) {
   const auto held = store.Hold();
   if (held) FinishPendingList(store);
   TStoredList stored = ReadStoredList(store);
+  std::ranges::stable_sort(stored.Entries, NameBefore);
+  TStoredList loaded = stored;
+  FLoaded = std::move(loaded.Entries);
+  FLoadedDefault = std::move(loaded.DefaultName);
   FEntries = std::move(stored.Entries);
   FDefaultName = std::move(stored.DefaultName);
   FNothingStored = stored.Count == 0;
-  std::ranges::stable_sort(FEntries, NameBefore);
-  FLoaded = FEntries;
-  FLoadedDefault = FDefaultName;
 }
 
 bool TDirectoryList::Save(TSettingsStore& store) {
@@ -140,17 +141,21 @@ int TDirectoryList::Import(const std::string& name, const std::string& path) {
 
 std::optional<int> TDirectoryList::Add(const std::string& name) {
   if (IndexOf(name) >= 0) return std::nullopt;
-  if (FEntries.empty()) FDefaultName = name;
-  return Insert({Count(), name, {}});
+  std::string defaultName = FEntries.empty() ? name : FDefaultName;
+  const int index = Insert({Count(), name, {}});
+  FDefaultName.swap(defaultName);
+  return index;
 }
 
 std::optional<int> TDirectoryList::Rename(int index, const std::string& name) {
   if (IndexOf(name) >= 0) return std::nullopt;
-  if (IsDefault(index)) FDefaultName = name;
+  std::string defaultName = IsDefault(index) ? name : FDefaultName;
   TDirectoryEntry entry = Entry(index);
   entry.Name = name;
-  FEntries.erase(FEntries.begin() + index);
-  return Insert(std::move(entry));
+  const int inserted = Insert(std::move(entry));
+  FEntries.erase(FEntries.begin() + (inserted <= index ? index + 1 : index));
+  FDefaultName.swap(defaultName);
+  return inserted <= index ? inserted : inserted - 1;
 }
 
 void TDirectoryList::Remove(int index) {

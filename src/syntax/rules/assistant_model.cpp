@@ -207,9 +207,9 @@ void TAssistantModel::SelectWrittenMember(TSyntaxView syntax) {
 void TAssistantModel::ChooseMember(TSyntaxView syntax, int item) {
   if (item < 0 || item >= FItems.Count()) return;
   const bool wasFunction = FAnalysis.FunctionMode();
+  FAnalysis.ReplaceMember(FItems.Name(item), syntax.Names);
   FFirstReplaced = FFirstReplaced || wasFunction;
   FSelectedItem = item;
-  FAnalysis.ReplaceMember(FItems.Name(item), syntax.Names);
   LineRewritten();
   if (wasFunction && !FAnalysis.FunctionMode()) ShowPosition(syntax);
   ShowMember(syntax);

@@ -56,7 +56,9 @@ struct TUseReturnBox {
 ///
 /// After each action the dialog copies the state into its controls; TakeChanges() says which of the
 /// costly or delicate ones must be written at all. A disabled member box takes the inactive colour.
-/// All texts are in the host's ANSI code page, indexes from 0 and -1 for none. Not thread-safe.
+/// All texts are in the host's ANSI code page, indexes from 0 and -1 for none. An action that runs
+/// out of memory throws std::bad_alloc and may have happened in part: the line is whole, and
+/// analysing one starts afresh. Not thread-safe.
 class TAssistantModel {
  public:
   enum TChange : unsigned {

@@ -34,19 +34,23 @@ int FindCategory(std::span<const TConstantCategory> categories, std::string_view
 }
 
 void TConstantChoice::Fill(const TSyntaxDatabase& database, std::string_view category) {
-  *this = TConstantChoice();
-  if (category.empty()) return;
+  TConstantChoice filled;
   for (const TSyntaxElement& element : database.Elements()) {
-    if (element.Kind != TSyntaxKind::List || element.Name != category) continue;
-    FType = element.Type;
-    FAdditive = FAdditive || IsAdditive(element);
-    FHelp.insert(FHelp.end(), element.Comments.begin(), element.Comments.end());
-    for (const TSyntaxConstant& constant : element.Constants) {
-      if (!constant.Listed) continue;
-      FByName[UpperText(constant.Name)].push_back(Count());
-      FNames.push_back(constant.Name);
-      FConstantHelp.push_back(constant.Help);
-    }
+    if (element.Kind == TSyntaxKind::List && element.Name == category && !category.empty())
+      filled.Take(element);
+  }
+  *this = std::move(filled);
+}
+
+void TConstantChoice::Take(const TSyntaxElement& list) {
+  FType = list.Type;
+  FAdditive = FAdditive || IsAdditive(list);
+  FHelp.insert(FHelp.end(), list.Comments.begin(), list.Comments.end());
+  for (const TSyntaxConstant& constant : list.Constants) {
+    if (!constant.Listed) continue;
+    FByName[UpperText(constant.Name)].push_back(Count());
+    FNames.push_back(constant.Name);
+    FConstantHelp.push_back(constant.Help);
   }
 }
 

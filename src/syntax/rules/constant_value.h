@@ -60,6 +60,7 @@ class TConstantChoice {
   std::string Value() const;
 
  private:
+  void Take(const TSyntaxElement& list);
   std::vector<int> Replace(std::vector<int> ticked);
 
   bool FAdditive = false;

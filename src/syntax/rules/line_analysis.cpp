@@ -40,18 +40,26 @@ std::string WithParameters(std::string_view head, std::string_view parameters, b
 void TLineAnalysis::CutHostLine(std::optional<std::string_view> line, int cursor,
                                 const TSyntaxNames& names) {
   const TLineCut cut = CutLine(line.value_or(std::string_view()), cursor);
-  FPrefix = cut.Prefix;
-  FSuffix = cut.Suffix;
-  FPosition = cut.Position;
-  SetExpression(std::string(cut.Expression), names);
+  std::string prefix(cut.Prefix), suffix(cut.Suffix);
+  Analyse(std::string(cut.Expression), cut.Position, names);
+  FPrefix = std::move(prefix);
+  FSuffix = std::move(suffix);
 }
 
 void TLineAnalysis::SetExpression(std::string expression, const TSyntaxNames& names) {
+  Analyse(std::move(expression), FPosition, names);
+}
+
+void TLineAnalysis::Analyse(std::string expression, int position, const TSyntaxNames& names) {
+  std::string signs = MaskDoubleBytes(expression);
+  // Room for all that can be found: from here on nothing fails, and what there was stayed whole.
+  FDots.reserve(static_cast<std::size_t>(std::ranges::count(expression, '.')));
+  FValues.reserve(static_cast<std::size_t>(std::ranges::count(expression, ',')) + 1);
   FExpression = std::move(expression);
-  FSigns = MaskDoubleBytes(FExpression);
+  FSigns = std::move(signs);
   TestFunction(names);
   FindSegments();
-  SelectSegment(FPosition);
+  SelectSegment(position);
 }
 
 void TLineAnalysis::TestFunction(const TSyntaxNames& names) {
@@ -201,6 +209,7 @@ std::string_view TLineAnalysis::Value(int index) const {
 
 std::vector<std::string> TLineAnalysis::Values() const {
   std::vector<std::string> values;
+  values.reserve(static_cast<std::size_t>(ValueCount()));
   for (int i = 0; i < ValueCount(); ++i) values.emplace_back(Value(i));
   return values;
 }
@@ -274,9 +283,10 @@ bool TLineAnalysis::RespellMemberAt(int position, std::string_view name) {
   // Letter case changes no delimiter, and a length only where characters have several bytes: else
   // all that was found out stays right.
   if (name.size() != MemberNameAt(position).size()) return false;
+  const std::string signs = MaskDoubleBytes(name);
   const std::size_t at =
       static_cast<std::size_t>(ScanNames(StartOfSegment(position)).ObjectEnd) + 2;
   FExpression.replace(at, name.size(), name);
-  FSigns.replace(at, name.size(), MaskDoubleBytes(name));
+  FSigns.replace(at, name.size(), signs);
   return true;
 }

@@ -20,7 +20,8 @@ struct TTextRange {
 /// member's parameters. All texts are in the host's ANSI code page; indexes are 0-based bytes, and
 /// an "end" is the index of the last character, one less than the start when there is none. Views
 /// stay valid until the next call that is not const. Every call costs at most in proportion to the
-/// line, and moving along the chain in proportion to what is moved over.
+/// line, and moving along the chain in proportion to what is moved over. One that runs out of
+/// memory throws std::bad_alloc and changes nothing.
 class TLineAnalysis {
  public:
   /// The parts of a call that stay in place while one of its parameters is retyped, so that a value
@@ -98,6 +99,7 @@ class TLineAnalysis {
     bool ParametersFollow = false;
   };
 
+  void Analyse(std::string expression, int position, const TSyntaxNames& names);
   void TestFunction(const TSyntaxNames& names);
   void FindSegments();
   int StartOfSegment(int position) const;

@@ -31,8 +31,9 @@ void TScriptVariables::Add(std::string_view name) { SetType(name, kFirstType); }
 void TScriptVariables::Rename(std::string_view name, std::string_view newName) {
   std::string entry(newName);
   entry.append(1, '=').append(Type(name));
-  DeleteEntry(name);
+  const int before = FEntries.IndexOfName(name);
   FEntries.Add(entry);
+  if (before >= 0) FEntries.Delete(before);
   FChanged = true;
 }
 
@@ -42,13 +43,9 @@ void TScriptVariables::SetType(std::string_view name, std::string_view type) {
 }
 
 void TScriptVariables::Delete(std::string_view name) {
-  DeleteEntry(name);
-  FChanged = true;
-}
-
-void TScriptVariables::DeleteEntry(std::string_view name) {
   const int index = FEntries.IndexOfName(name);
   if (index >= 0) FEntries.Delete(index);
+  FChanged = true;
 }
 
 TVariablesButtons ButtonsAfterNewName(const TScriptVariables& variables,

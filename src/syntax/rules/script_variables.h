@@ -37,8 +37,6 @@ class TScriptVariables {
   void Delete(std::string_view name);
 
  private:
-  void DeleteEntry(std::string_view name);
-
   TStringList FEntries{{.KeepDuplicates = true}};
   bool FChanged = false;
 };
