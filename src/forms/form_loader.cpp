@@ -75,6 +75,7 @@ std::vector<TControl*> TabSequence(const std::vector<TControl*>& controls) {
   std::ranges::reverse(keyed);
   std::ranges::stable_sort(keyed, {}, [](const auto& entry) { return entry.first; });
   std::vector<TControl*> sequence;
+  sequence.reserve(keyed.size());
   for (const auto& entry : keyed) sequence.push_back(entry.second);
   return sequence;
 }

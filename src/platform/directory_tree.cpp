@@ -25,7 +25,7 @@ constexpr std::uint64_t kCostOfFile = 20000;
 constexpr DWORD kPatience = 1500;
 constexpr DWORD kPause = 25;
 /// Of file times, in units of 100 ns: file systems differ in how exactly they keep them.
-constexpr std::int64_t kSameTime = 2 * 10'000'000;
+constexpr std::int64_t kSameTime = std::int64_t{2} * 10'000'000;
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 

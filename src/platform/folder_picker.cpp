@@ -54,7 +54,7 @@ std::string PathText(const std::wstring& path) {
       GetShortPathNameW(path.c_str(), shortPath.data(), static_cast<DWORD>(shortPath.size()));
   if (length > 0 && length < shortPath.size()) {
     shortPath.resize(length);
-    const std::string shortText = ToAnsi(shortPath);
+    std::string shortText = ToAnsi(shortPath);
     if (ToWide(shortText) == shortPath) return shortText;
   }
   return text;

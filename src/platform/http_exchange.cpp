@@ -37,7 +37,7 @@ struct TOpened {
 
 /// A name as the system's client wants it: it knows ASCII only.
 std::wstring HostName(const std::string& host) {
-  const std::wstring wide = Utf8ToWide(host);
+  std::wstring wide = Utf8ToWide(host);
   if (std::ranges::all_of(wide, [](wchar_t c) { return c < 0x80; })) return wide;
   const TSystemLibrary names(L"normaliz.dll");
   const auto toAscii = names.Function<decltype(&IdnToAscii)>("IdnToAscii");

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr LONGLONG kMoment = 250 * 10000;  // in units of 100 ns
+constexpr LONGLONG kMoment = LONGLONG{250} * 10000;  // in units of 100 ns
 
 void CALLBACK LetGo(PTP_CALLBACK_INSTANCE instance, void* module, PTP_TIMER timer) {
   FreeLibraryWhenCallbackReturns(instance, static_cast<HMODULE>(module));
@@ -49,7 +49,7 @@ void RunInBackground(std::function<void()> job) {
   auto owned = std::make_unique<TJob>();
   owned->Body = std::move(job);
   if (TrySubmitThreadpoolCallback(RunJob, owned.get(), nullptr)) {
-    owned.release();
+    static_cast<void>(owned.release());  // its own from here on
   } else {
     RunJob(nullptr, owned.release());
   }

@@ -44,7 +44,7 @@ std::string TSpeech::TVoice::Name(ISpObjectToken& token) const {
   const auto release = FSession.Function<decltype(&CoTaskMemFree)>("CoTaskMemFree");
   LPWSTR text = nullptr;
   if (!release || FAILED(token.GetStringValue(nullptr, &text)) || !text) return {};
-  const std::string name = ToAnsi(text);
+  std::string name = ToAnsi(text);
   release(text);
   return name;
 }

@@ -73,7 +73,7 @@ TReading OpenDatabase(const std::string& fileName) {
   if (last.Database && last.FileName == fileName && last.Stamp == stamp) return {last.Database};
   // The old model goes first, so that two large ones need not fit side by side.
   last = {};
-  const TReading reading = ReadDatabase(fileName);
+  TReading reading = ReadDatabase(fileName);
   if (reading.Known) last = {fileName, stamp, reading.Database};
   return reading;
 }

@@ -50,7 +50,7 @@ TGlyph ParseGlyph(std::string_view text) {
       glyph.Pixels.push_back(palette[static_cast<unsigned char>(c)]);
     }
   }
-  if (glyph.Pixels.size() != kSide * kSide) throw TLayoutError("a glyph has 16 rows");
+  if (glyph.Pixels.size() != std::size_t{kSide} * kSide) throw TLayoutError("a glyph has 16 rows");
   return glyph;
 }
 

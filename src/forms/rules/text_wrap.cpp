@@ -17,7 +17,8 @@ std::wstring_view WithoutBlanksBehind(std::wstring_view line) {
 std::size_t BreakOf(std::wstring_view paragraph, std::size_t fit) {
   const auto blank = paragraph.find_last_of(kBlanks, fit);
   // An indent is no place to break at.
-  if (blank != paragraph.npos && !WithoutBlanksBehind(paragraph.substr(0, blank)).empty()) {
+  if (blank != std::wstring_view::npos &&
+      !WithoutBlanksBehind(paragraph.substr(0, blank)).empty()) {
     return blank;
   }
   std::size_t cut = std::max<std::size_t>(fit, 1);
@@ -34,7 +35,7 @@ std::wstring_view TakeLine(std::wstring_view& text, const TFitting& fitting) {
     const auto line = paragraph.substr(0, BreakOf(paragraph, fit));
     const auto rest = paragraph.find_first_not_of(kBlanks, line.size());
     // Blanks at the very end of a paragraph make no line of their own.
-    if (rest != paragraph.npos) {
+    if (rest != std::wstring_view::npos) {
       text.remove_prefix(rest);
       return WithoutBlanksBehind(line);
     }

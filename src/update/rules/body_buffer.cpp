@@ -5,7 +5,7 @@
 
 namespace {
 constexpr std::size_t kFirstBlock = 4096;
-constexpr std::size_t kLargestBlock = 1024 * 1024;
+constexpr std::size_t kLargestBlock = std::size_t{1024} * 1024;
 }  // namespace
 
 bool TBodyBuffer::Append(std::span<const char> data) {

@@ -10,7 +10,7 @@
 class TBodyBuffer {
  public:
   /// Bytes that a body may have: a server that never ends must not starve the host.
-  static constexpr std::size_t kMost = 256 * 1024 * 1024;
+  static constexpr std::size_t kMost = std::size_t{256} * 1024 * 1024;
 
   explicit TBodyBuffer(std::size_t most = kMost) : FMost(most) {}
 
