@@ -1,4 +1,4 @@
-# Tests, fuzz targets and benchmarks of the rules, on the build machine.
+# Tests and benchmarks of the rules, on the build machine.
 # The package ships GoogleTest's sources only: built here once, with our own flags.
 set(BUILD_GMOCK OFF)
 set(INSTALL_GTEST OFF)
@@ -10,13 +10,6 @@ target_link_libraries(rules_tests PRIVATE zef_rules gtest_main)
 target_include_directories(rules_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests/rules
                                                ${PROJECT_SOURCE_DIR}/examples/host)
 target_compile_definitions(rules_tests PRIVATE ZEF_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-
-file(GLOB ZEF_FUZZ CONFIGURE_DEPENDS fuzz/fuzz_*.cpp)
-foreach(source ${ZEF_FUZZ})
-  get_filename_component(name ${source} NAME_WE)
-  add_executable(${name} ${source} fuzz/driver.cpp)
-  target_link_libraries(${name} PRIVATE zef_rules)
-endforeach()
 
 if(ZEF_BENCH)
   find_package(benchmark REQUIRED)

@@ -4,7 +4,8 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ g++-mingw-w64-i686-posix wine wine32:i386 fonts-wine xvfb xauth
-  imagemagick googletest libbenchmark-dev clang-format zip)
+  imagemagick googletest libbenchmark-dev clang-format clang-tidy clang libclang-rt-dev cppcheck
+  zip)
 
 Missing() {
   local package

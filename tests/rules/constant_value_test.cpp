@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "database_from_xml.h"
 #include "text/collation.h"
 
@@ -104,40 +102,27 @@ TEST(ConstantChoice, ParsesTheValue) {
   EXPECT_EQ(twins.Parse("tue"), (std::vector<int>{0, 2}));
 }
 
-class RandomConstantChoice : public testing::TestWithParam<bool> {};
-
-TEST_P(RandomConstantChoice, TicksAndValuesAgree) {
-  const bool additive = GetParam();
-  std::string list = additive ? "<list name=\"L\" flag=\"add\">" : "<list name=\"L\">";
-  for (int i = 0; i < 60; ++i) list += "<listconst name=\"k" + std::to_string(i) + "\"/>";
-  TConstantChoice choice = Choice(list + "</list>");
-  std::mt19937 random(7);
-  std::string shown(60, '.');
-  for (int turn = 0; turn < 2000; ++turn) {
-    std::vector<int> changed;
-    if (random() % 4) {
-      const int constant = static_cast<int>(random() % 60);
-      const bool ticked = random() % 2;
-      changed = choice.Tick(constant, ticked);
-      ASSERT_EQ(choice.Ticked(constant), ticked);
-      if (!additive && ticked) {
-        ASSERT_EQ(choice.Value(), choice.Name(constant));
-      }
-    } else {
-      std::string value;
-      for (int i = 0; i < 3; ++i) value += "K" + std::to_string(random() % 80) + " +";
-      changed = choice.Parse(value);
-    }
-    // A dialog that redraws only what changed shows what is so, and the value says the same.
-    for (const int i : changed) {
-      char& mark = shown[static_cast<std::size_t>(i)];
-      mark = mark == 'x' ? '.' : 'x';
-    }
-    ASSERT_EQ(Marks(choice), shown);
-    ASSERT_TRUE(choice.Parse(choice.Value()).empty());
+TEST(ConstantChoice, AClickMovesTheMarks) {
+  const struct {
+    int Constant;
+    bool Ticked;
+    const char* Exclusive;
+    const char* Additive;
+    std::vector<int> Changed, ChangedAdditive;
+  } clicks[] = {
+      {1, true, ".x.", ".x.", {1}, {1}},  {2, true, "..x", ".xx", {1, 2}, {2}},
+      {2, true, "..x", ".xx", {}, {}},    {0, true, "x..", "xxx", {0, 2}, {0}},
+      {1, false, "...", "x.x", {0}, {1}}, {1, false, "...", "x.x", {}, {}},
+  };
+  TConstantChoice one = Abc(false), several = Abc(true);
+  for (const auto& click : clicks) {
+    EXPECT_EQ(one.Tick(click.Constant, click.Ticked), click.Changed);
+    EXPECT_EQ(several.Tick(click.Constant, click.Ticked), click.ChangedAdditive);
+    EXPECT_EQ(Marks(one), click.Exclusive);
+    EXPECT_EQ(Marks(several), click.Additive);
+    EXPECT_TRUE(several.Parse(several.Value()).empty());
   }
+  EXPECT_EQ(several.Value(), "a+c");
 }
-
-INSTANTIATE_TEST_SUITE_P(Kinds, RandomConstantChoice, testing::Bool());
 
 }  // namespace

@@ -44,6 +44,8 @@ TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
   } rows[] = {
       {"", {}},
       {"<lots/>", {{2, UnknownElement, "lots", "objects"}}},
+      {"<objects><object name=\"P\"/></objects>",
+       {{2, UnknownElement, "objects", "objects"}, {2, UnknownElement, "object", "objects"}}},
       {"<type name=\"U\"><comment/>x</type>", {{2, UnknownElement, "comment", "type"}}},
       {"<const name=\"c\" typ=\"T\"/>", {{2, UnknownAttribute, "typ", "const"}}},
       {"<list flag=\"add\"/>", {{2, NoName, "list"}}},

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "script_words.h"
@@ -36,21 +35,5 @@ TEST(HostWords, SplitsALine) {
   };
   for (const auto& each : cases) {
     EXPECT_EQ(Shown(each.Line), each.Words);
-  }
-}
-
-TEST(HostWords, WordsFollowEachOtherInsideTheLine) {
-  const std::wstring alphabet = L"aZ_.\"' 9(rem)";
-  std::mt19937 random(7);
-  for (int i = 0; i < 5000; ++i) {
-    std::wstring line(random() % 24, L' ');
-    for (wchar_t& c : line) c = alphabet[random() % alphabet.size()];
-    std::size_t end = 0;
-    for (const TWord& word : SplitScriptLine(line)) {
-      ASSERT_GE(word.Start, end);
-      ASSERT_GT(word.Length, 0u);
-      end = word.Start + word.Length;
-      ASSERT_LE(end, line.size());
-    }
   }
 }

@@ -66,7 +66,7 @@ TEST(Layout, RefusesWhatItDoesNotKnow) {
       {"form F\nbutton B 1 2\nbutton B 3 4\n", "F, line 3: B: is given twice"},
       {"form F\nbutton B 1 2 caption \"a\n", "not closed"},
       {"form F\nedit E 1 2 color mauve\n", "E: color cannot be mauve"},
-      {"form F\nbutton B 1 99999999999\n", "not a number"},
+      {"form F\nbutton B 1 99999999999\n", "F, line 2: B: a position"},
   };
   for (const auto& each : cases) {
     try {

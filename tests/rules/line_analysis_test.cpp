@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <random>
 
 #include "sample_syntax.h"
 
@@ -150,29 +149,6 @@ TEST_F(LineAnalysis, ShowsTheObjectSelected) {
     const TTextRange range = At(test.Expression, test.Position).ObjectRange();
     EXPECT_EQ(range.Start, test.Start) << test.Expression;
     EXPECT_EQ(range.Length, test.Length) << test.Expression;
-  }
-}
-
-TEST_F(LineAnalysis, ReadsBackTheValuesItWrote) {
-  std::mt19937 random(7);
-  const TValues texts = {"", "1", "\"a, b\"", "f(1, (2))", "[x, y]", "a & b", "\"(\"", "-x.y"};
-  for (int round = 0; round < 3000; ++round) {
-    const std::string head = random() % 2 == 0 ? "a.b(1).c.d" : "MsgBox";
-    const std::string tail = random() % 2 == 0 ? "()" : "";
-    TLineAnalysis line = At(head + tail, 2);
-    TValues values;
-    for (int change = 0; change < 5; ++change) {
-      const std::size_t index = random() % 4;
-      if (values.size() <= index) values.resize(index + 1);
-      values[index] = texts[random() % texts.size()];
-      while (!values.empty() && values.back().empty()) values.pop_back();
-      line.SetParam(line.CallFrame(), static_cast<int>(index),
-                    index < values.size() ? values[index] : std::string(), FSyntax.Names);
-      ASSERT_EQ(ValuesOf(line), values) << line.Expression();
-      ASSERT_EQ(ValuesOf(At(line.Expression(), 2)), values) << line.Expression();
-      line.SetUseReturn(!line.Parenthesised(), FSyntax.Names);
-      ASSERT_EQ(ValuesOf(line), values) << line.Expression();
-    }
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 
 #include "forms/rules/layout_words.h"
 
@@ -46,10 +47,11 @@ std::string ReadQuoted(std::string_view text, std::size_t& at, int line) {
   Fail({}, line, "a text is not closed");
 }
 
-bool IsNumber(std::string_view word) {
-  const auto digits = word.starts_with('-') ? word.substr(1) : word;
-  return !digits.empty() &&
-         std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; });
+std::optional<int> NumberOf(std::string_view word) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (error != std::errc() || end != word.data() + word.size()) return std::nullopt;
+  return number;
 }
 
 std::vector<TLexeme> Tokenize(std::string_view text) {
@@ -75,7 +77,7 @@ std::vector<TLexeme> Tokenize(std::string_view text) {
       while (at < text.size() && !IsBlank(text[at]) && text[at] != '\n' && text[at] != '"') ++at;
       const auto word = text.substr(start, at - start);
       lexemes.push_back(
-          {IsNumber(word) ? TToken::Number : TToken::Word, std::string(word), line, lineStart});
+          {NumberOf(word) ? TToken::Number : TToken::Word, std::string(word), line, lineStart});
       lineStart = false;
     }
   }
@@ -200,12 +202,9 @@ const TLayoutProperty* TLayoutItem::Find(std::string_view property) const {
 }
 
 int LayoutNumber(const std::string& value) {
-  int number = 0;
-  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-  if (error != std::errc() || end != value.data() + value.size()) {
-    throw TLayoutError(value + " is not a number");
-  }
-  return number;
+  const auto number = NumberOf(value);
+  if (!number) throw TLayoutError(value + " is not a number");
+  return *number;
 }
 
 TLayout ParseLayout(std::string_view text) { return TParser(text).Parse(); }

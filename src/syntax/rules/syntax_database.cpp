@@ -18,7 +18,7 @@ template <class TAccept>
 const TSyntaxElement* TSyntaxDatabase::FindFirst(std::string_view name, TAccept accept) const {
   auto entry = std::lower_bound(FByName.begin(), FByName.end(), name,
                                 [this](std::uint32_t index, std::string_view wanted) {
-                                  return FElements[index].Name < wanted;
+                                  return FElements[index].Name.compare(wanted) < 0;
                                 });
   for (; entry != FByName.end() && FElements[*entry].Name == name; ++entry)
     if (accept(FElements[*entry])) return &FElements[*entry];

@@ -17,14 +17,16 @@ struct TElementRule {
   bool Named;  ///< nothing without a name
 };
 
+constexpr std::string_view kRoot = "objects";
+
 const std::vector<TElementRule>& Rules() {
   static const std::vector<TElementRule> rules = {
-      {"objects", "object", {"name"}, true},
-      {"objects", "type", {"name"}, true},
-      {"objects", "const", {"name", "type"}, true},
-      {"objects", "method", {"name", "type"}, true},
-      {"objects", "data", {"name", "type"}, true},
-      {"objects", "list", {"name", "flag", "type"}, true},
+      {kRoot, "object", {"name"}, true},
+      {kRoot, "type", {"name"}, true},
+      {kRoot, "const", {"name", "type"}, true},
+      {kRoot, "method", {"name", "type"}, true},
+      {kRoot, "data", {"name", "type"}, true},
+      {kRoot, "list", {"name", "flag", "type"}, true},
       {"object", "comment", {}, false},
       {"object", "method", {"name", "type"}, true},
       {"object", "data", {"name", "type"}, true},
@@ -166,7 +168,8 @@ struct TDatabaseCheck::TFindings {
       return;
     }
     const auto rule = std::ranges::find_if(Rules(), [&](const TElementRule& each) {
-      return each.Parent == parent->Element && each.Element == node.Element;
+      return each.Parent == parent->Element && each.Element == node.Element &&
+             (each.Parent != kRoot || parent->Parent < 0);
     });
     if (rule == Rules().end()) {
       Add(node, TDatabaseFaultKind::UnknownElement, node.Element, parent->Element);
@@ -280,8 +283,8 @@ std::vector<std::pair<int, std::string>> TDatabaseCheck::Find(std::string_view n
     std::string path;
     for (const TNode* each = &node; each->Parent >= 0;
          each = &FNodes[static_cast<std::size_t>(each->Parent)]) {
-      std::string step = each->Element + ' ' + std::string(each->Attribute("name"));
-      path = path.empty() ? std::move(step) : step + " / " + path;
+      if (!path.empty()) path.insert(0, " / ");
+      path.insert(0, each->Attribute("name")).insert(0, " ").insert(0, each->Element);
     }
     found.emplace_back(node.Line, std::move(path));
   }

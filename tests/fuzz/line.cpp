@@ -2,51 +2,47 @@
 // text around the expression, stays inside its own texts, and its shortcuts agree with a fresh
 // start.
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "../tests/rules/sample_syntax.h"
+#include "../rules/sample_syntax.h"
+#include "fuzz.h"
 #include "syntax/rules/assistant_model.h"
 #include "syntax/rules/line_cut.h"
+#include "syntax/rules/line_scan.h"
 
 namespace {
-
-void Check(bool holds) {
-  if (!holds) std::abort();
-}
 
 const TSampleSyntax& Sample() {
   static const TSampleSyntax syntax;
   return syntax;
 }
 
-class TInputReader {
- public:
-  TInputReader(const std::uint8_t* data, std::size_t size)
-      : FText(reinterpret_cast<const char*>(data), size) {}
+using TValues = std::vector<std::string>;
 
-  bool Empty() const { return FText.empty(); }
-  int Byte() {
-    if (FText.empty()) return 0;
-    const auto byte = static_cast<unsigned char>(FText.front());
-    FText.remove_prefix(1);
-    return byte;
-  }
-  std::string Line(char end) {
-    const std::size_t length = std::min(FText.find(end), FText.size());
-    std::string line(FText.substr(0, length));
-    FText.remove_prefix(std::min(length + 1, FText.size()));
-    return line;
-  }
+/// The values of a call, without the empty ones at its end, which say nothing.
+TValues ValuesOf(const TLineAnalysis& line) {
+  TValues values;
+  for (int i = 0; i < line.ValueCount(); ++i) values.emplace_back(line.Value(i));
+  while (!values.empty() && values.back().empty()) values.pop_back();
+  return values;
+}
 
- private:
-  std::string_view FText;
-};
+/// A value that ends by itself.
+bool IsWhole(std::string_view value) {
+  TNesting nesting;
+  for (const char c : value)
+    if (!nesting.Take(c) && (c == ',' || c == ')')) return false;
+  return nesting.Idle() && !value.starts_with(kBlank) && !value.ends_with(kBlank);
+}
+
+/// A call whose values are read back as they are written, with parentheses and without.
+bool IsPlainCall(const TLineAnalysis& line) {
+  const auto frame = line.CallFrame();
+  return frame.Tail.empty() && !line.MemberName().empty() && IsWhole(frame.Head) &&
+         std::ranges::all_of(frame.Values, IsWhole);
+}
 
 void CheckCut(const std::string& line, int cursor) {
   const TLineCut cut = CutLine(line, cursor);
@@ -76,6 +72,7 @@ void CheckAnalysis(const TLineAnalysis& line) {
   fresh.SelectSegment(line.Position());
   Check(fresh.Position() == line.Position() && fresh.ValueCount() == line.ValueCount());
   Check(fresh.MemberText() == line.MemberText() && fresh.ObjectText() == line.ObjectText());
+  Check(ValuesOf(fresh) == ValuesOf(line));
 }
 
 void CheckModel(const TAssistantModel& model) {
@@ -86,11 +83,35 @@ void CheckModel(const TAssistantModel& model) {
   Check(model.SelectedType().empty() || Sample().Names.Types.IndexOf(model.SelectedType()) >= 0);
 }
 
-void Act(TAssistantModel& model, TInputReader& input) {
+void SetValue(TAssistantModel& model, TInput& input) {
+  // Selected again, the call is taken as it is now, not as it was when typing began.
+  const bool again = input.Bit();
+  if (again) model.SelectParam(Sample().View(), model.SelectedParam());
+  const std::string value = input.Text(';');
+  const auto place = static_cast<std::size_t>(model.SelectedParam());
+  const bool readBack = again && model.SelectedParam() >= 0 && IsPlainCall(model.Analysis()) &&
+                        IsWhole(value) && value != model.Value();
+  TValues values = ValuesOf(model.Analysis());
+  model.SetValue(Sample().View(), value);
+  if (!readBack) return;
+  values.resize(std::max(values.size(), place + 1));
+  values[place] = value;
+  while (!values.empty() && values.back().empty()) values.pop_back();
+  Check(ValuesOf(model.Analysis()) == values);
+}
+
+void ClickUseReturn(TAssistantModel& model) {
+  const bool keepsValues = IsPlainCall(model.Analysis());
+  const TValues values = ValuesOf(model.Analysis());
+  model.ClickUseReturn(Sample().View());
+  Check(!keepsValues || ValuesOf(model.Analysis()) == values);
+}
+
+void Act(TAssistantModel& model, TInput& input) {
   const TSyntaxView syntax = Sample().View();
   switch (input.Byte() % 11) {
     case 0:
-      return model.EditLine(syntax, input.Line('\n'));
+      return model.EditLine(syntax, input.Text());
     case 1:
       return model.LeaveLine(syntax);
     case 2:
@@ -98,17 +119,17 @@ void Act(TAssistantModel& model, TInputReader& input) {
     case 3:
       return model.Step(syntax, model.Analysis().Position() - 1);
     case 4:
-      return model.ChooseType(syntax, input.Line(','));
+      return model.ChooseType(syntax, input.Text(','));
     case 5:
       return model.ChooseMember(syntax, input.Byte());
     case 6:
       return model.SelectParam(syntax, input.Byte() % 8 - 1);
     case 7:
-      return model.SetValue(syntax, input.Line(';'));
+      return SetValue(model, input);
     case 8:
       return model.ToggleParamCheck(syntax, input.Byte() % 8);
     case 9:
-      return model.ClickUseReturn(syntax);
+      return ClickUseReturn(model);
     default:
       return model.DeleteMember(syntax);
   }
@@ -116,21 +137,9 @@ void Act(TAssistantModel& model, TInputReader& input) {
 
 }  // namespace
 
-const std::vector<std::string>& FuzzSeeds() {
-  static const std::vector<std::string> seeds = {
-      "\x0fIf x > 0 Then app.Comptes.Item(1).Add 1, , \"s\" ' c\n\x06\x01\x07\"z\";\x09\x02",
-      "\x14y = app.comptes.item(2).ECRITURES.Item(\"a, b\").x & z\n\x02\x03\x03\x03\x02\x05\x01",
-      "\x05x = MsgBox(\"a\", 1)\n\x06\x01\x07g(1, 2);\x09\x09\x05\x01",
-      "\x03v.Solde()\n\x04"
-      "Compte,\x05\x01\x06\x01\x07[a;\x0a\x01\x0bw.Nom 1\n\x01",
-  };
-  return seeds;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  TInputReader input(data, size);
+void FuzzLine(TInput input) {
   const int cursor = input.Byte() - 4;
-  const std::string line = input.Line('\n');
+  const std::string line = input.Text();
   CheckCut(line, cursor);
 
   TAssistantModel model;
@@ -144,5 +153,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Check(model.Result() == prefix + model.Analysis().Expression() + suffix);
   }
   model.RecordUndeclaredType(Sample().View());
-  return 0;
 }
