@@ -71,6 +71,13 @@ TEST_F(AssistantModel, KeepsTheOtherValuesWhileOneIsTyped) {
   Type("f(\"a, b)\", [c");
   Type("\"(\"");
   EXPECT_EQ(Expression(), "c.Add(\"(\", 2).Nom");
+  // The call is another one after its parentheses went.
+  Analyse("c.Ad^d(1, 2)");
+  FModel.SelectParam(FSyntax.View(), 0);
+  Type("34");
+  FModel.ClickUseReturn(FSyntax.View());
+  FModel.SetValue(FSyntax.View(), "345");
+  EXPECT_EQ(Expression(), "c.Add 345, 2");
 }
 
 TEST_F(AssistantModel, UseReturnBoxFollowsParenthesesAndReturn) {

@@ -133,6 +133,20 @@ TEST(DirectoryFiles, PathsOfMoves) {
   }
 }
 
+TEST(DirectoryFiles, OpeningAndEntering) {
+  TFakeFiles files;
+  TDirectoryList list;
+  list.Import("a", "c:\\zef");
+  list.Import("b", "c:\\away");
+  const TOpening openings[] = {TOpening::NothingSelected, TOpening::Allowed,
+                               TOpening::DirectoryMissing};
+  for (int i = -1; i < 2; ++i) EXPECT_EQ(CanOpen(files, list, i), openings[i + 1]);
+  EXPECT_EQ(EnterDirectory(files, "C:\\"), TEntering::AlreadyThere);
+  EXPECT_EQ(EnterDirectory(files, "c:\\away"), TEntering::Failed);
+  EXPECT_EQ(EnterDirectory(files, "c:\\zef"), TEntering::Entered);
+  EXPECT_EQ(files.Here, "c:\\zef");
+}
+
 TEST(DirectoryFiles, MovesAndRefusals) {
   using TTrouble = void (*)(TFakeFiles&, TMemoryStore&);
   const TTrouble none = [](TFakeFiles&, TMemoryStore&) {};

@@ -68,6 +68,34 @@ TEST(DirectoryList, LastReadOfSeveralEntriesWithOnePath) {
   EXPECT_EQ(list.IndexOfPath("c:\\y"), -1);
 }
 
+TEST(DirectoryList, KeepsItsOrderAndItsDefault) {
+  using TChange = std::function<std::optional<int>(TDirectoryList&)>;
+  const auto rename = [](int index, const char* name) {
+    return [=](TDirectoryList& list) { return list.Rename(index, name); };
+  };
+  const struct {
+    TChange Change;
+    std::optional<int> Index;
+    const char* Shown;
+  } cases[] = {
+      {rename(0, "z"), 2, "b=;c=;z=*;"},
+      {rename(2, "A1"), 1, "a=*;A1=;b=;"},
+      {rename(1, "B1"), 1, "a=*;B1=;c=;"},
+      {rename(1, "B"), std::nullopt, "a=*;b=;c=;"},
+      {[](auto& list) { return list.Add("C"); }, std::nullopt, "a=*;b=;c=;"},
+      {[](auto& list) { return list.Add("aa"); }, 1, "a=*;aa=;b=;c=;"},
+      {[](auto& list) { return list.Import("B", "p"); }, 2, "a=*;b=;B=p;c=;"},
+      {[](auto& list) { return list.Remove(1), list.IndexToOpen(""); }, 0, "a=*;c=;"},
+      {[](auto& list) { return list.Remove(0), list.IndexToOpen("C"); }, 1, "b=;c=;"},
+  };
+  for (const auto& c : cases) {
+    TDirectoryList list;
+    for (const char* name : {"a", "c", "b"}) list.Add(name);
+    EXPECT_EQ(c.Change(list), c.Index);
+    EXPECT_EQ(Shown(list), c.Shown);
+  }
+}
+
 // Every change of a save is refused in turn, alone or with all that follow.
 TEST(DirectoryList, ABrokenSaveLeavesOneWholeList) {
   TDirectoryList before;

@@ -45,6 +45,28 @@ TEST(ScriptVariables, NamesAreFoundInAnyCase) {
   EXPECT_FALSE(variables.Exists("seul"));
   EXPECT_FALSE(variables.Exists("Cpt"));
   EXPECT_EQ(variables.Type("seul"), "");
+  EXPECT_EQ(variables.Names(), (std::vector<std::string>{"\xC9t\xE9", "a", "a"}));
+}
+
+TEST(ScriptVariables, AnEditMovesTheButtons) {
+  TScriptVariables variables;
+  variables.Load("a=Cpt");
+  using enum TVariablesDefault;
+  const struct {
+    TVariablesInput Input;
+    TVariablesButtons AfterNew, AfterOther;
+  } cases[] = {
+      {{"", false, ""}, {false, false, OK}, {{}, false, OK}},
+      {{"A", true, "a"}, {false, false, OK}, {{}, false, OK}},
+      {{"n", true, "b"}, {true, {}, Add}, {{}, true, Rename}},
+      {{"a", true, "b"}, {false, true, Rename}, {{}, true, Rename}},
+      {{"", false, "b"}, {false, false, OK}, {{}, false, OK}},
+      {{"", true, ""}, {false, false, OK}, {{}, false, OK}},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ButtonsAfterNewName(variables, c.Input), c.AfterNew) << c.Input.NewName;
+    EXPECT_EQ(ButtonsAfterOtherName(variables, c.Input), c.AfterOther) << c.Input.OtherName;
+  }
 }
 
 }  // namespace

@@ -132,12 +132,28 @@ TEST(StringList, LongLinesAndChangedOnesKeepTheirText) {
   std::mt19937 random(5);
   // Values that grow and shrink leave dead text behind, enough of it to be cleaned up many times.
   for (int step = 0; step < 3000; ++step) {
-    const std::string name = "n" + std::to_string(random() % 40);
+    const std::string name = "n" + std::to_string(random() % 400);
     const std::string value(random() % 20 == 0 ? 40000 : random() % 3000, 'v');
     list.SetValue(name, value);
     model.SetValue(name, value);
   }
   EXPECT_EQ(LinesOf(list), model.Lines());
+  for (const std::string& line : model.Lines()) ASSERT_EQ(list.IndexOf(line), model.IndexOf(line));
+}
+
+TEST(StringList, KeysOfOneHashAreTwo) {
+  const std::string keys[][2] = {{"n57707", "n294430"}, {"n512789", "n749192"}};
+  for (const bool caseSensitive : {false, true}) {
+    const auto& [one, other] = keys[caseSensitive];
+    ASSERT_EQ(HashText(one, caseSensitive), HashText(other, caseSensitive)) << "look for others";
+    TStringList list({.CaseSensitive = caseSensitive});
+    EXPECT_EQ(list.Add(one), 0);
+    EXPECT_EQ(list.Add(other), 1);
+    EXPECT_EQ(list.IndexOf(other), 1);
+    list.Delete(0);
+    EXPECT_EQ(list.IndexOf(one), -1);
+    EXPECT_EQ(list.IndexOf(other), 0);
+  }
 }
 
 TEST(SharedText, TakesPartsOfItself) {
@@ -148,6 +164,8 @@ TEST(SharedText, TakesPartsOfItself) {
   EXPECT_EQ(text.View(), std::string(copy.View()) + "un");
   text.Set(text.View().substr(45));
   EXPECT_STREQ(text.CStr(), "objetun");
+  text.Take("");
+  EXPECT_STREQ(text.CStr(), "");
 }
 
 }  // namespace

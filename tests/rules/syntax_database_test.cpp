@@ -18,7 +18,7 @@ constexpr std::string_view kSample = R"(<objects>
       <oparam name="b" type="date" list="Jours" def="1">facultatif</oparam>
       <return type="Ecriture">ce qui est fait</return><return type="autre"/>
       <comment>Ajoute</comment><comment>non</comment>
-      <param name="c"><param name="trop profond">x</param></param>
+      <param name="c"><x>y<![CDATA[z]]></x><param name="trop profond">x</param></param>
     </method>
     <data name="Solde" type="currency"><comment>Le solde</comment></data>
     <event name="Ferme"><param name="p"/></event>
@@ -34,12 +34,12 @@ constexpr std::string_view kSample = R"(<objects>
     <comment>un</comment><comment/><comment name="Dit">trois</comment>
     <listconst name="Lundi">le premier</listconst><autre name="Mardi">x</autre><listconst/>
   </list>
-  <object name="MsgBox"/><data name="MsgBox"/>
+  <object name="MsgBox"/><data name="MsgBox"/><autre name="Quoi"><method name="m"/></autre>
 </objects>)";
 
 TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
-  ASSERT_EQ(database.Elements().size(), 8u);
+  ASSERT_EQ(database.Elements().size(), 9u);
 
   const TSyntaxElement* account = database.FindElement("Compte");
   ASSERT_TRUE(account);
@@ -61,6 +61,8 @@ TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
   for (const char* name : {"add", "Ferme", ""})
     EXPECT_FALSE(TSyntaxDatabase::FindMember(*account, name)) << name;
 
+  EXPECT_TRUE(database.FindElement("Quoi")->Kind == TSyntaxKind::Other);
+  EXPECT_TRUE(database.FindElement("Quoi")->Members.empty());
   const TSyntaxElement* days = database.FindElement("Jours");
   ASSERT_TRUE(days);
   EXPECT_EQ(days->Flag + days->Type, "adddate");
@@ -174,6 +176,10 @@ TEST(SyntaxNames, TypesAndPredefinedObjects) {
 TEST(NameSet, HoldsManyNamesWhateverTheirCase) {
   TNameSet set;
   EXPECT_FALSE(set.Contains("a"));
+  set.Add("n57707");
+  EXPECT_FALSE(set.Contains("n294430")) << "a name of the same hash";
+  set.Clear();
+  EXPECT_FALSE(set.Contains("n57707"));
   for (const char* name : {"NOM\xC9", "nom\xE9"})
     for (int i = 0; i < 5000; ++i) set.Add(name + std::to_string(i));
   EXPECT_EQ(set.Count(), 5000u);
