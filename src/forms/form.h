@@ -220,6 +220,7 @@ class TForm : public TComponent {
   void FitTo(const RECT& workArea);
   void KeepInside(const RECT& workArea);
   void KeepOnScreen();
+  bool ExceedsScreen() const;
   void Restored();
   void RememberSize();
   void ScaleTo(int dpi);

@@ -227,14 +227,18 @@ void TForm::KeepOnScreen() {
   KeepInside(area);
 }
 
+/// Larger than its screen. The frame of one that the user put against an edge may reach beyond it.
+bool TForm::ExceedsScreen() const {
+  const SIZE size = SizeOf(WindowBounds());
+  const SIZE room = SizeOf(WorkAreaOf(WindowBounds()));
+  const LONG frame = 2 * GetSystemMetrics(SM_CXSIZEFRAME);
+  return size.cx > room.cx + frame || size.cy > room.cy + frame;
+}
+
 // The screen may have become smaller meanwhile. What the system then leaves of the form is not a
 // size that the user chose.
 void TForm::Restored() {
-  const SIZE size = SizeOf(WindowBounds());
-  const SIZE room = SizeOf(WorkAreaOf(WindowBounds()));
-  // The frame of one that the user put against an edge of the screen may reach beyond it.
-  const LONG frame = 2 * GetSystemMetrics(SM_CXSIZEFRAME);
-  if (Embedded() || (size.cx <= room.cx + frame && size.cy <= room.cy + frame)) return;
+  if (Embedded() || !ExceedsScreen()) return;
   FGivenClient = FullClient();
   KeepOnScreen();
 }
@@ -365,8 +369,10 @@ bool TForm::HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam) {
       LimitTracking(*reinterpret_cast<MINMAXINFO*>(lParam));
       return true;
     case WM_EXITSIZEMOVE:
-      // Perhaps on another monitor, with less room.
-      if (!Embedded()) FitTo(WorkAreaOf(WindowBounds()));
+      // Perhaps on another monitor, with less room, or with more.
+      if (Embedded()) return false;
+      RememberSize();
+      if (ExceedsScreen() || !Same(FGivenClient, FWantedClient)) FitTo(WorkAreaOf(WindowBounds()));
       return false;
     case WM_DISPLAYCHANGE:
       if (Visible()) KeepOnScreen();
