@@ -3,6 +3,13 @@
 #include "forms/window_thread.h"
 #include "frame/singletons.h"
 
+void ReportRefused(const void* handle) noexcept {
+  static const void* last = nullptr;
+  if (handle && std::exchange(last, handle) != handle) {
+    DebugReport("a handle that is freed or foreign is refused");
+  }
+}
+
 bool Admitted(const TPlace& place) noexcept {
   if (TWindowThread::IsCurrent()) return true;
   bool admitted = false;

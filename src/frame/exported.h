@@ -28,11 +28,14 @@ void Exported(TBody&& body, const TPlace& place = std::source_location::current(
   Guarded(std::forward<TBody>(body), place);
 }
 
-/// What was found behind a handle of the host's. A handle with nothing behind it, freed, foreign or
-/// random, is refused and told to the debugger; null is no news.
+/// Tells the debugger of a handle of the host's with nothing behind it: freed, foreign or random.
+/// Null is no news, nor is one that the host asks about again and again.
+void ReportRefused(const void* handle) noexcept;
+
+/// What was found behind a handle of the host's, if anything.
 template <class T>
 T* Known(T* found, const void* handle) noexcept {
-  if (!found && handle) DebugReport("a handle that is freed or foreign is refused");
+  if (!found) ReportRefused(handle);
   return found;
 }
 
