@@ -6,6 +6,7 @@
 #include "forms/rules/labels.h"
 #include "platform/code_page.h"
 #include "platform/window_annotations.h"
+#include "platform/window_list.h"
 
 namespace {
 
@@ -29,34 +30,20 @@ std::wstring NameOf(const TForm& form, const TControl& control) {
   return lines ? Utf8ToWide(lines->Values.front()) : WindowTextWide(form.Handle());
 }
 
-struct TAnnotating {
-  const TForm& Form;
-  const TWindowAnnotations& Annotations;
+}  // namespace
 
-  static BOOL CALLBACK Tell(HWND child, LPARAM self) {
-    const auto& [form, annotations] = *reinterpret_cast<const TAnnotating*>(self);
+void AnnotateControls(const TForm& form) {
+  const TWindowAnnotations annotations;
+  for (const HWND child : WindowsWithin(form.Handle())) {
     // Of a control made of several windows, the inner ones get the focus.
     if (const TControl* control = form.FindControl(child)) {
       annotations.Set(child, NameOf(form, *control), control->HintWide());
     }
-    return TRUE;
   }
-  static BOOL CALLBACK Forget(HWND child, LPARAM self) {
-    reinterpret_cast<const TAnnotating*>(self)->Annotations.Clear(child);
-    return TRUE;
-  }
-};
-
-void ForEachWindow(const TForm& form, WNDENUMPROC act) {
-  const TWindowAnnotations annotations;
-  const TAnnotating annotating{form, annotations};
-  EnumChildWindows(form.Handle(), act, reinterpret_cast<LPARAM>(&annotating));
 }
 
-}  // namespace
-
-void AnnotateControls(const TForm& form) { ForEachWindow(form, TAnnotating::Tell); }
-
 void ForgetAnnotations(const TForm& form) {
-  if (!Application().Unloading()) ForEachWindow(form, TAnnotating::Forget);
+  if (Application().Unloading()) return;
+  const TWindowAnnotations annotations;
+  for (const HWND child : WindowsWithin(form.Handle())) annotations.Clear(child);
 }

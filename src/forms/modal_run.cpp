@@ -6,16 +6,15 @@
 #include "forms/form.h"
 #include "platform/common_controls.h"
 #include "platform/guard.h"
+#include "platform/window_list.h"
 
 namespace {
 
 /// A message box over the form; its answer is a no.
-BOOL CALLBACK EndBox(HWND window, LPARAM form) {
+bool IsBoxOver(HWND window, HWND form) {
   char name[8] = {};
   GetClassNameA(window, name, sizeof name);
-  const bool over = GetWindow(window, GW_OWNER) == reinterpret_cast<HWND>(form);
-  if (over && std::string_view(name) == "#32770") EndDialog(window, IDCANCEL);
-  return TRUE;
+  return GetWindow(window, GW_OWNER) == form && std::string_view(name) == "#32770";
 }
 
 }  // namespace
@@ -51,8 +50,11 @@ void TModalRun::End() {
 
 void TModalRun::Abandon() {
   FAbandoned = true;
-  const HWND form = FForm.FHandle;
-  if (form) EnumThreadWindows(GetCurrentThreadId(), EndBox, reinterpret_cast<LPARAM>(form));
+  if (!FForm.FHandle) return;
+  Guarded([&] {
+    for (const HWND window : WindowsOfThread(GetCurrentThreadId()))
+      if (IsBoxOver(window, FForm.FHandle)) EndDialog(window, IDCANCEL);
+  });
 }
 
 void TModalRun::Serve() {

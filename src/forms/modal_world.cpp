@@ -1,20 +1,18 @@
 #include "forms/modal_world.h"
 
-TModalWorld::TModalWorld(HWND form) : FForm(form), FActive(GetActiveWindow()) {
-  EnumThreadWindows(GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
+#include "platform/window_list.h"
+
+TModalWorld::TModalWorld(HWND form) : FActive(GetActiveWindow()) {
+  for (const HWND window : WindowsOfThread(GetCurrentThreadId())) {
+    if (window == form || !IsWindowVisible(window) || !IsWindowEnabled(window)) continue;
+    FDisabled.push_back(window);
+  }
+  // Not before all are known: nobody would enable them again.
+  for (const HWND window : FDisabled) EnableWindow(window, FALSE);
 }
 
 TModalWorld::~TModalWorld() {
   for (const HWND window : FDisabled) {
     if (IsWindow(window)) EnableWindow(window, TRUE);
   }
-}
-
-BOOL CALLBACK TModalWorld::Disable(HWND window, LPARAM self) {
-  auto* world = reinterpret_cast<TModalWorld*>(self);
-  if (window != world->FForm && IsWindowVisible(window) && IsWindowEnabled(window)) {
-    EnableWindow(window, FALSE);
-    world->FDisabled.push_back(window);
-  }
-  return TRUE;
 }

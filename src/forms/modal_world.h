@@ -17,9 +17,6 @@ class TModalWorld {
   HWND Active() const { return FActive; }
 
  private:
-  static BOOL CALLBACK Disable(HWND window, LPARAM self);
-
-  HWND FForm;
   HWND FActive;
   std::vector<HWND> FDisabled;
 };

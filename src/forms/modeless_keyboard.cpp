@@ -9,6 +9,7 @@
 #include "forms/form.h"
 #include "forms/std_controls.h"
 #include "platform/guard.h"
+#include "platform/window_list.h"
 
 namespace {
 
@@ -32,26 +33,28 @@ LRESULT DialogCode(const MSG& key) {
   return SendMessageW(key.hwnd, WM_GETDLGCODE, key.wParam, reinterpret_cast<LPARAM>(&key));
 }
 
-/// Adds the letter that a label or a button is reached by.
-BOOL CALLBACK CollectMnemonic(HWND window, LPARAM letters) {
+/// The letter that a label or a button is reached by, or 0.
+wchar_t MnemonicOf(HWND window) {
   const auto code = SendMessageW(window, WM_GETDLGCODE, 0, 0);
   const bool caption = (code & (DLGC_BUTTON | DLGC_STATIC)) != 0;
-  if (!caption || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+  if (!caption || !IsWindowVisible(window) || !IsWindowEnabled(window)) return 0;
   wchar_t text[256];
   const int length = GetWindowTextW(window, text, static_cast<int>(std::size(text)));
+  wchar_t letter = 0;
   for (int at = 0; at + 1 < length; ++at) {
-    if (text[at] == L'&') *reinterpret_cast<std::wstring*>(letters) += text[++at];
+    if (text[at] == L'&' && text[++at] != L'&') letter = text[at];
   }
-  return TRUE;
+  return letter;
 }
 
 bool HasMnemonic(const TForm& form, wchar_t letter) {
   const auto upper = [](wchar_t each) {
     return CharUpperW(reinterpret_cast<LPWSTR>(UINT_PTR{each}));
   };
-  std::wstring letters;
-  EnumChildWindows(form.Handle(), CollectMnemonic, reinterpret_cast<LPARAM>(&letters));
-  return std::ranges::any_of(letters, [&](wchar_t each) { return upper(each) == upper(letter); });
+  return std::ranges::any_of(WindowsWithin(form.Handle()), [&](HWND window) {
+    const wchar_t mnemonic = MnemonicOf(window);
+    return mnemonic && upper(mnemonic) == upper(letter);
+  });
 }
 
 enum class TUse { None, Key, LastTab };

@@ -1,11 +1,13 @@
 #include "forms/window_class.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <vector>
 
 #include "forms/application.h"
 #include "platform/kept.h"
+#include "platform/window_list.h"
 
 namespace {
 
@@ -28,18 +30,10 @@ BOOL CALLBACK Strip(HWND window, LPARAM /*unused*/) {
   return TRUE;
 }
 
-BOOL CALLBACK CollectOurs(HWND window, LPARAM found) {
+bool IsMadeHere(HWND window) {
   // Tooltips are of a class of the system's, and belong to the host's window around a form.
-  const bool madeHere = GetWindowLongPtrW(window, GWLP_HINSTANCE) ==
-                        reinterpret_cast<LONG_PTR>(TApplication::Instance());
-  if (madeHere || IsOurs(window)) reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
-  return TRUE;
-}
-
-BOOL CALLBACK CollectOursWithin(HWND window, LPARAM found) {
-  CollectOurs(window, found);
-  EnumChildWindows(window, CollectOurs, found);
-  return TRUE;
+  return IsOurs(window) || GetWindowLongPtrW(window, GWLP_HINSTANCE) ==
+                               reinterpret_cast<LONG_PTR>(TApplication::Instance());
 }
 
 }  // namespace
@@ -71,7 +65,10 @@ void UnregisterWindowClasses() {
 
 void LeaveWindows(DWORD thread) {
   std::vector<HWND> windows;
-  EnumThreadWindows(thread, CollectOursWithin, reinterpret_cast<LPARAM>(&windows));
+  for (const HWND top : WindowsOfThread(thread)) {
+    if (IsMadeHere(top)) windows.push_back(top);
+    std::ranges::copy_if(WindowsWithin(top), std::back_inserter(windows), IsMadeHere);
+  }
   for (const HWND window : windows) {
     EnumChildWindows(window, Strip, 0);
     Strip(window, 0);
