@@ -2,6 +2,7 @@
 
 #include "forms/window_thread.h"
 #include "frame/singletons.h"
+#include "platform/exception_room.h"
 
 void ReportRefused(const void* handle) noexcept {
   static const void* last = nullptr;
@@ -22,6 +23,7 @@ bool Admitted(const TPlace& place) noexcept {
           }
           ForgetWindows();
         }
+        PrepareToThrow();
         TWindowThread::Claim();
         admitted = true;
       },

@@ -5,6 +5,7 @@
 #include "forms/window_thread.h"
 #include "frame/singletons.h"
 #include "platform/common_controls.h"
+#include "platform/exception_room.h"
 #include "platform/guard.h"
 #include "platform/kept.h"
 #include "platform/locale_collation.h"
@@ -16,7 +17,9 @@ int processAttachCount = 0;
 int threadAttachCount = 0;
 
 void Attach() {
-  if (processAttachCount++ == 0) UseLocaleCollation();
+  if (processAttachCount++ != 0) return;
+  PrepareToThrow();
+  UseLocaleCollation();
 }
 
 /// A process that ends takes its windows with it, and other libraries that they need may be gone:

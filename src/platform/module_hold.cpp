@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "platform/exception_room.h"
 #include "platform/guard.h"
 
 namespace {
@@ -22,6 +23,7 @@ struct TJob {
 
 void CALLBACK RunJob(PTP_CALLBACK_INSTANCE, void* job) {
   const std::unique_ptr<TJob> owned(static_cast<TJob*>(job));
+  PrepareToThrow();
   Guarded([&] { owned->Body(); });
 }
 

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "platform/exception_room.h"
 #include "platform/guard.h"
 
 namespace {
@@ -50,6 +51,7 @@ DWORD WINAPI TThread::Run(void* thread) {
   const auto module = static_cast<HMODULE>(self->FModule);
   {
     const auto ended = self->FEnded;
+    PrepareToThrow();
     Guarded([&] { self->Execute(); });
     ended->Set();
   }
