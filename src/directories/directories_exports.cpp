@@ -43,8 +43,11 @@ int ZEFEXT_API VCLSelectDirList(const char* name, unsigned char showList,
   const int changed = Exported(0, [&] {
     if (choosing) return 0;
     const TWhileSet scope(choosing);
-    leftWithoutChoice = false;
-    return ChooseDirectory(OrEmpty(name), showList != 0, leftWithoutChoice) ? 1 : 0;
+    bool left = false;
+    const int result = ChooseDirectory(OrEmpty(name), showList != 0, left) ? 1 : 0;
+    // What fails on the way is no choice.
+    leftWithoutChoice = left;
+    return result;
   });
   if (cancelled) *cancelled = leftWithoutChoice ? 1 : 0;
   return changed;
