@@ -39,6 +39,10 @@ class TPilot {
     Current = Current->FOuter;
   }
 
+  /// How long a step waits (ms). Less than usual: then it may never come, and that is no failure.
+  static constexpr int Usual = 20000;
+  static int Patience;
+
   /// Topmost first; of that class, or any dialog.
   static HWND Find(const char* form = nullptr);
 
@@ -57,6 +61,7 @@ class TPilot {
 };
 
 HWND ControlOf(HWND form, const char* name);
+void SelectInList(HWND form, const char* name, int index);
 /// By its own loop, not from here: it may open another dialog.
 void ClickLater(HWND form, const char* name);
 
@@ -81,7 +86,8 @@ class TSituations : public TDirectoriesTest {
   /// No window is left on screen or disabled, no call counts as going on.
   void ExpectNothingLeft();
   void NewOwner();
-  void Listen();
+  /// A new server; this one answers nothing.
+  virtual void Listen();
 
   std::string Base();
   std::string Assistant();
@@ -98,5 +104,5 @@ class TSituations : public TDirectoriesTest {
   HWND Owner = nullptr;  ///< the main window that the library knows
   std::string Home;
   std::optional<TDatabaseFile> Database;
-  std::optional<TLoopbackServer> Server;  ///< answers nothing
+  std::optional<TLoopbackServer> Server;
 };

@@ -1,0 +1,157 @@
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+#include "outside/situations.h"
+#include "outside/watchdog.h"
+#include "user/say.h"
+
+/// Whatever is opened, used and closed again and again leaves nothing behind. A few rounds each;
+/// the variable ZEF_ROUNDS asks for another number (1000 is the full one) and prints what was
+/// measured.
+class Levels : public TSituations {
+ protected:
+  struct TLevel {
+    const char* What;
+    long long (*Now)();
+    double Most;  ///< that it may grow a round
+  };
+  static const std::array<TLevel, 7> All;
+  static constexpr size_t Handles = 3;
+  using TReading = std::array<long long, std::tuple_size_v<decltype(All)>>;
+
+  TReading Read() const {
+    TReading reading;
+    for (size_t i = 0; i < All.size(); ++i) reading[i] = All[i].Now();
+    // The server keeps one for each thread that answered.
+    reading[Handles] -= static_cast<long long>(Server->Requests().size());
+    return reading;
+  }
+  void Listen() override {
+    Server.emplace(
+        [](TConnection& connection) { connection.Answer("text/html", "<html></html>"); });
+  }
+  void Repeat(const char* name, int rounds, const std::function<void(int)>& round);
+};
+
+namespace {
+
+const char* const Told = std::getenv("ZEF_ROUNDS");
+
+long long ProcessWindows() {
+  long long count = 0;
+  for (const HWND top : TopWindows(GetCurrentProcessId()))
+    count += 1 + static_cast<long long>(Descendants(top).size());
+  return count;
+}
+
+/// From the system's own table: GetProcessHandleCount counts nothing on some systems that these
+/// tests run on.
+long long KernelHandles() {
+  struct TEntry {
+    ULONG Process;
+    ULONG Kind;
+    void* Object;
+    ULONG Access;
+  };
+  using TQuery = LONG(WINAPI*)(int, void*, ULONG, ULONG*);
+  constexpr int HandleTable = 16;
+  const auto query = reinterpret_cast<TQuery>(reinterpret_cast<void*>(
+      GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtQuerySystemInformation")));
+  std::vector<TEntry> table(1 << 16);
+  ULONG* count = &table[0].Access;  // stands before the entries
+  query(HandleTable, count, static_cast<ULONG>((table.size() - 1) * sizeof(TEntry)), nullptr);
+  return std::count_if(&table[1], &table[1] + *count,
+                       [](const TEntry& entry) { return entry.Process == GetCurrentProcessId(); });
+}
+
+long long BusyHeap() {
+  long long bytes = 0;
+  std::array<HANDLE, 64> heaps{};
+  const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+  for (DWORD index = 0; index < count; ++index) {
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(heaps[index], &entry))
+      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) bytes += entry.cbData;
+  }
+  return bytes;
+}
+
+long long CommittedBytes() {
+  PROCESS_MEMORY_COUNTERS counters{};
+  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+  return static_cast<long long>(counters.PagefileUsage);
+}
+
+long long StoredValues() {
+  HKEY key = nullptr;
+  DWORD values = 0;
+  DWORD keys = 0;
+  RegOpenKeyW(HKEY_CURRENT_USER, TSavedSettings::Product, &key);
+  RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                   nullptr, nullptr, nullptr);
+  RegCloseKey(key);
+  return values + keys;
+}
+
+}  // namespace
+
+const std::array<Levels::TLevel, 7> Levels::All{{
+    {"windows", ProcessWindows, 0},
+    {"GDI objects", [] { return static_cast<long long>(TCensus::Take().GdiObjects); }, 0.5},
+    {"threads", [] { return static_cast<long long>(TCensus::Take().Threads.size()); }, 0.5},
+    {"handles", KernelHandles, 0.5},
+    // The system that these tests run on loses 12 bytes with each label that is given a font, and
+    // the tests' server keeps some with each request.
+    {"heap", BusyHeap, 600},
+    {"private bytes", CommittedBytes, 8192},
+    {"settings", StoredValues, 0},
+}};
+
+void Levels::Repeat(const char* name, int rounds, const std::function<void(int)>& round) {
+  SCOPED_TRACE(name);
+  std::string grown;
+  // The system fills caches of its own at first, once in a while; what each round loses grows in
+  // every stretch.
+  for (int stretch = 0; stretch < 4; ++stretch) {
+    const TReading before = Read();
+    for (int i = 0; i < rounds; ++i) round(i);
+    const TReading after = Read();
+    grown.clear();
+    for (size_t i = 0; i < All.size(); ++i) {
+      const auto more = after[i] - before[i];
+      if (static_cast<double>(more) > All[i].Most * rounds) {
+        grown += Say(All[i].What, " from ", before[i], " to ", after[i], '\n');
+      }
+      if (Told) std::printf("%-30s %-14s %10lld %+8lld\n", name, All[i].What, after[i], more);
+    }
+    if (grown.empty()) break;
+  }
+  EXPECT_EQ(grown, "");
+}
+
+TEST_F(Levels, AreKeptByEveryDialogAndByTheLibrary) {
+  const int rounds = Told ? std::atoi(Told) : 6;
+  for (const TSituation& situation : Situations) {
+    TWatchdog::Allow(180 + rounds * 8);
+    Repeat(situation.Name, rounds, [&](int number) {
+      Run(situation);
+      // Made anew half of the times.
+      if (number % 2) Library->VCLFree();
+    });
+  }
+  Repeat("load and unload", rounds / 5, [&](int) {
+    Library->VCLSyntaxIsMethod("MsgBox");
+    Library->VCLShowDebugText("");
+    Library->VCLFree();
+    Library.reset();
+    WaitUnloaded();
+    Library.emplace();
+    Library->VCLSetMainWindowHandle(Owner);
+  });
+}
