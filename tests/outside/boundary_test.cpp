@@ -9,7 +9,7 @@
 #include "outside/watchdog.h"
 #include "user/say.h"
 
-/// Every export called with whatever a host may get wrong. Some 50,000 calls; the variable
+/// Every export called with whatever a host may get wrong. Some 20,000 calls; the variable
 /// ZEF_CALLS asks for another number (1000000 is the full one).
 class Boundary : public TSituations {
  protected:
@@ -273,7 +273,7 @@ TEST_F(Boundary, TakesWhateverAHostGetsWrong) {
 #undef ZEF_CALL
   slow.push_back(true);
   const char* wanted = std::getenv("ZEF_CALLS");
-  const int calls = wanted ? std::atoi(wanted) : 50000;
+  const int calls = wanted ? std::atoi(wanted) : 20000;
   TWatchdog::Allow(180 + calls / 300);
   void* handler = AddVectoredExceptionHandler(1, HearException);
   MSG message;
