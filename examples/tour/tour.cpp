@@ -256,6 +256,7 @@ void Dialogs(TTourHost& host) {
                  [&] { return GetForegroundWindow() == host.Window().Handle(); });
   choose('B', 'N');
   TFormDriver modeless = user.WaitForForm("TDlgBase");
+  for (const char* button : {"ButtonOK", "ButtonCancel"}) modeless.Click(button);
   modeless.TabTo("ButtonHelp");
   host.PictureOfAll("modeless");
   TFormDriver(user, GetParent(modeless.Handle())).CloseBox();
@@ -360,6 +361,7 @@ void Place(TTourHost& host) {
   host.Quit();
   TTourHost again(host, "again");
   const RECT found = BoundsOf(again.Window().Handle());
+  again.WaitScript("Option Explicit");
   again.PictureOfAll("picture");
   move(again, first);
   again.Quit();

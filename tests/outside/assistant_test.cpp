@@ -4,38 +4,6 @@
 /// assistant once; here its controls play together.
 class Assistant : public TSyntaxTest {};
 
-TEST_F(Assistant, ShowsWhereTheCursorIsAndConfirmsUnchanged) {
-  const struct {
-    const char* Line;
-    int Cursor;
-    const char* Expression;
-    int After;
-    const char* Shown;  ///< object, type, member, type of its value
-    const char* Focus;
-  } cases[] = {
-      {"If x Then c.Ajouter 1, Gras", 16, "c.Ajouter 1, Gras", 27,
-       "c|Compte|Ajouter 1, Gras|Ecriture", "BoxMethod"},
-      {"x = MsgBox(\"a\", OuiNon)", 7, "MsgBox(\"a\", OuiNon)", 23,
-       "MsgBox||MsgBox(\"a\", OuiNon)|Integer", "BoxMethod"},
-      {"   ", 1, "", 2, "|||", "BoxMethod"},
-      {"a = b", 900, "b", 5, "b|||", "BoxType"},
-  };
-  for (const auto& each : cases) {
-    SCOPED_TRACE(each.Line);
-    const TAssisted result = Assist(
-        each.Line, each.Cursor,
-        [&](TScriptedUser&, TFormDriver& form) {
-          form.WaitFocus(each.Focus);
-          EXPECT_EQ(form.Text("EditLigne"), each.Expression);
-          EXPECT_EQ(form.Text("EditObjet") + "|" + form.SelectedItem("BoxType") + "|" +
-                        form.Text("EditMethod") + "|" + form.Text("TextReturnType"),
-                    each.Shown);
-        },
-        "c=Compte");
-    EXPECT_EQ(result, (TAssisted{each.Line, each.After}));
-  }
-}
-
 TEST_F(Assistant, IsUsedByKeyboardAlone) {
   const TAssisted result = Assist("x = ZEF.Nom", 6, [](TScriptedUser& user, TFormDriver& form) {
     form.WaitFocus("BoxMethod");

@@ -83,26 +83,3 @@ TEST_F(BaseDialog, HelpButtonAsksTheHelpSystemWithTheRightFile) {
     EXPECT_EQ(HelpServer->Requests(), (TRequests{asked, asked}));
   }
 }
-
-TEST_F(BaseDialog, ModelessLivesInTheHostsWindowUntilFreed) {
-  ZefDialog dialog = nullptr;
-  Library->VCLInvokeNonModalDialog(MainWindow, "C:\\ZEF\\Autre.hlp", &dialog);
-  HWND window = nullptr;
-  WhileIdle([&](TScriptedUser& user) {
-    TFormDriver form = user.WaitForForm("TDlgBase");
-    window = form.Handle();
-    EXPECT_EQ(GetAncestor(window, GA_PARENT), MainWindow);
-    EXPECT_TRUE(IsWindowEnabled(MainWindow));
-    form.Click("ButtonOK");
-    form.Click("ButtonCancel");
-    EXPECT_FALSE(form.Gone());
-    form.TabTo("ButtonHelp");
-    form.Press(VK_SPACE);
-    form.CloseBox();
-    form.WaitGone();
-  });
-  EXPECT_TRUE(IsWindow(window));
-  EXPECT_EQ(HelpServer->Requests(), (TRequests{{window, HELP_CONTEXT, 0, "C:\\ZEF\\Autre.hlp"}}));
-  EXPECT_EQ(Library->VCLFreeNonModalDialog(dialog) & 0xFF, 0);
-  EXPECT_FALSE(IsWindow(window));
-}

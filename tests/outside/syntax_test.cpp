@@ -83,12 +83,3 @@ std::string TSyntaxTest::EditTypes(std::string_view variables, const TScript& sc
       script);
   return result ? FromAnsi(result) : "(null)";
 }
-
-std::optional<std::string> TSyntaxTest::NewTypes() {
-  const char* result = nullptr;
-  if (!Library->VCLSyntaxGetNewTypes(&result)) {
-    EXPECT_STREQ(result, "");
-    return std::nullopt;
-  }
-  return result ? FromAnsi(result) : "(null)";
-}

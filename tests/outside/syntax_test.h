@@ -11,10 +11,9 @@
 /// The assistant and its two dialogs in a host's hands, on a small database of their own. Texts
 /// are UTF-8 here.
 class TSyntaxTest : public TOutsideTest {
- public:
+ protected:
   static const char SampleDatabase[];
 
- protected:
   using TScript = std::function<void(TScriptedUser&, TFormDriver&)>;
 
   void SetUp() override;
@@ -36,9 +35,6 @@ class TSyntaxTest : public TOutsideTest {
   std::string EditTypes(std::string_view variables, const TScript& script);
   /// Makes the call while a user has that dialog before him.
   void WithDialog(const char* className, const std::function<void()>& call, const TScript& script);
-
-  /// The changed types, or nothing when none are said to have changed.
-  std::optional<std::string> NewTypes();
 
   std::optional<TDatabaseFile> Database;
 };

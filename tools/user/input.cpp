@@ -87,10 +87,23 @@ void MovePointer(POINT screen) {
 }
 
 void SendClick(POINT screen, int clicks) {
+  // To the system, two clicks in a row at one place are a double click, whoever meant them as two.
+  static POINT lastPlace{};
+  static ULONGLONG lastTime = 0;
+  const auto close = [](LONG a, LONG b, int metric) {
+    return (a > b ? a - b : b - a) <= GetSystemMetrics(metric);
+  };
+  while (close(screen.x, lastPlace.x, SM_CXDOUBLECLK) &&
+         close(screen.y, lastPlace.y, SM_CYDOUBLECLK) &&
+         GetTickCount64() - lastTime <= GetDoubleClickTime()) {
+    Sleep(10);
+  }
   TInputs inputs;
   for (int click = 0; click < clicks; ++click) {
     inputs.Mouse(MOUSEEVENTF_LEFTDOWN, screen);
     inputs.Mouse(MOUSEEVENTF_LEFTUP, screen);
   }
   inputs.Send();
+  lastPlace = screen;
+  lastTime = GetTickCount64();
 }
