@@ -3,9 +3,6 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
-#include <array>
-#include <iterator>
-
 #include "user/say.h"
 #include "user/window.h"
 
@@ -49,18 +46,6 @@ std::set<DWORD> OwnThreads() {
   return threads;
 }
 
-std::set<std::string> OwnModules() {
-  std::array<HMODULE, 512> modules;
-  DWORD bytes = 0;
-  EnumProcessModules(GetCurrentProcess(), modules.data(), sizeof modules, &bytes);
-  std::set<std::string> names;
-  for (size_t index = 0; index < std::min<size_t>(modules.size(), bytes / sizeof(HMODULE));
-       ++index) {
-    names.insert(ModuleName(modules[index]));
-  }
-  return names;
-}
-
 /// From the table that the system shares with each process: GetGuiResources counts nothing on some
 /// systems that these tests run on.
 int OwnGdiObjects() {
@@ -85,7 +70,7 @@ int OwnGdiObjects() {
 }  // namespace
 
 TCensus TCensus::Take() {
-  TCensus census{{}, OwnThreads(), OwnModules(), OwnGdiObjects()};
+  TCensus census{{}, OwnThreads(), OwnGdiObjects()};
   for (const HWND window : TopWindows(GetCurrentProcessId()))
     if (!MadeBySystem(window)) census.Windows.insert(window);
   return census;

@@ -9,7 +9,6 @@
 struct TCensus {
   std::set<HWND> Windows;  ///< without those that the system makes for itself
   std::set<DWORD> Threads;
-  std::set<std::string> Modules;
   int GdiObjects;
 
   static TCensus Take();

@@ -90,12 +90,6 @@ void TFormDriver::WaitFocus(std::string_view name) const {
                    [&] { return Focus() == name; });
 }
 
-std::pair<int, int> TFormDriver::Selection(std::string_view name) const {
-  // Both ends in the result: 16 bits each are plenty for what a test types.
-  const LRESULT both = Ask(Control(name), EM_GETSEL);
-  return {LOWORD(both), HIWORD(both)};
-}
-
 std::vector<std::string> TFormDriver::Items(std::string_view name) const {
   return ItemsOf(Control(name));
 }
@@ -171,11 +165,6 @@ void TFormDriver::Click(std::string_view name, int clicks) { ClickAt(name, 0.5, 
 void TFormDriver::ClickFormAt(POINT client) {
   ClientToScreen(FForm, &client);
   FUser->Click(client);
-}
-
-void TFormDriver::PointAt(std::string_view name) {
-  FUser->Note(Say("point at ", name));
-  FUser->PointAt(Inside(Control(name), 0.5, 0.5));
 }
 
 std::string TFormDriver::TipAt(std::string_view name, double x, double y) {

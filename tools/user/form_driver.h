@@ -34,8 +34,6 @@ class TFormDriver {
   /// The name of the control that has the focus, or that contains what has it; empty when none.
   std::string Focus() const;
   void WaitFocus(std::string_view name) const;
-  /// Start and end of an edit's selection, in UTF-16 units.
-  std::pair<int, int> Selection(std::string_view name) const;
   std::vector<std::string> Items(std::string_view name) const;
   /// Empty when none is selected.
   std::string SelectedItem(std::string_view name) const;
@@ -56,7 +54,6 @@ class TFormDriver {
   /// At a part of the control's width and height, from 0 to 1.
   void ClickAt(std::string_view name, double x, double y, int clicks = 1);
   void ClickFormAt(POINT client);
-  void PointAt(std::string_view name);
   /// The tip that comes up when the pointer rests at a part of the control, enabled or not. Points
   /// again when none came: one that a busy machine showed and took away does not come back by
   /// itself.
