@@ -2,23 +2,9 @@
 // write that fails gives the list before or the list after.
 
 #include "../rules/memory_store.h"
-#include "directories/rules/directory_list.h"
 #include "fuzz.h"
 
 namespace {
-
-std::string Shown(const TDirectoryList& list) {
-  std::string text;
-  for (int i = 0; i < list.Count(); ++i)
-    text += list.Entry(i).Name + "=" + list.Entry(i).Path + (list.IsDefault(i) ? "*\n" : "\n");
-  return text;
-}
-
-std::string Loaded(TSettingsStore& store) {
-  TDirectoryList list;
-  list.Load(store);
-  return Shown(list);
-}
 
 void Fill(TMemoryStore& store, TInput& input) {
   const char* const names[] = {"DirAliasName", "DirAliasPath", "NbDirAlias", "DirAliasDefault",
@@ -41,9 +27,7 @@ void Change(TDirectoryList& list, TInput& input) {
   Check(!changed || list.Entry(*changed).Name == name);
 }
 
-}  // namespace
-
-void FuzzDirectories(TInput input) {
+const bool directories = Target("directories", [](TInput input) {
   TMemoryStore store;
   Fill(store, input);
   TDirectoryList list;
@@ -56,4 +40,6 @@ void FuzzDirectories(TInput input) {
   const bool saved = list.Save(store);
   store.FailAt = -1;
   Check(Loaded(store) == (saved ? Shown(list) : before));
-}
+});
+
+}  // namespace

@@ -23,15 +23,13 @@ class AssistantModel : public testing::Test {
   }
   TValues Rows() const {  // "+" enabled, "x" checked
     TValues rows;
-    for (const TParamRow& row : FModel.ParamRows()) {
+    for (const TParamRow& row : FModel.ParamRows())
       rows.push_back(row.Text + (row.Enabled ? "+" : "") + (row.Checked ? "x" : ""));
-    }
     return rows;
   }
   void Type(std::string_view text) {  // as keys into the value box
-    for (std::size_t length = 1; length <= text.size(); ++length) {
+    for (std::size_t length = 1; length <= text.size(); ++length)
       FModel.SetValue(FSyntax.View(), text.substr(0, length));
-    }
   }
 
   const TSampleSyntax FSyntax;
@@ -81,41 +79,35 @@ TEST_F(AssistantModel, KeepsTheOtherValuesWhileOneIsTyped) {
 }
 
 TEST_F(AssistantModel, UseReturnBoxFollowsParenthesesAndReturn) {
-  struct {
-    const char* Line;
-    TCheckState State;
-    bool Enabled;
-    const char* AfterClick;
-    TCheckState NextState;
-    bool NextEnabled;
-  } const cases[] = {
-      {"c.Solde^", TCheckState::Unchecked, true, "c.Solde()", TCheckState::Checked, true},
-      {"c.Sol^de()", TCheckState::Checked, true, "c.Solde", TCheckState::Unchecked, true},
-      {"c.Ad^d(1, 2)", TCheckState::Greyed, true, "c.Add 1, 2", TCheckState::Unchecked, false},
-      {"c.Add^ 1", TCheckState::Unchecked, false, "c.Add 1", TCheckState::Unchecked, false},
-      {"c.Ad^d(1,,)", TCheckState::Greyed, true, "c.Add 1", TCheckState::Unchecked, false},
-      {"c.Ad^d(,5)", TCheckState::Greyed, true, "c.Add , 5", TCheckState::Unchecked, false},
-      {"c.Ad^d(,)", TCheckState::Greyed, true, "c.Add", TCheckState::Unchecked, false},
-      {"c.Solde^ 1,2", TCheckState::Unchecked, true, "c.Solde(1,2)", TCheckState::Checked, true},
+  // "x" checked, "?" greyed, "+" enabled.
+  const struct {
+    const char *Line, *Box, *AfterClick, *NextBox;
+  } cases[] = {
+      {"c.Solde^", "+", "c.Solde()", "x+"},     {"c.Sol^de()", "x+", "c.Solde", "+"},
+      {"c.Ad^d(1, 2)", "?+", "c.Add 1, 2", ""}, {"c.Add^ 1", "", "c.Add 1", ""},
+      {"c.Ad^d(1,,)", "?+", "c.Add 1", ""},     {"c.Ad^d(,5)", "?+", "c.Add , 5", ""},
+      {"c.Ad^d(,)", "?+", "c.Add", ""},         {"c.Solde^ 1,2", "+", "c.Solde(1,2)", "x+"},
+  };
+  const auto box = [&] {
+    const TUseReturnBox shown = FModel.UseReturnBox();
+    const char* const marks[] = {"", "x", "?"};
+    return std::string(marks[static_cast<int>(shown.State)]) + (shown.Enabled ? "+" : "");
   };
   FModel.SetDeclared("c=Compte");
   for (const auto& test : cases) {
     Analyse(test.Line);
     FModel.Step(FSyntax.View(), 0);
-    EXPECT_EQ(FModel.UseReturnBox().State, test.State) << test.Line;
-    EXPECT_EQ(FModel.UseReturnBox().Enabled, test.Enabled) << test.Line;
+    EXPECT_EQ(box(), test.Box) << test.Line;
     FModel.ClickUseReturn(FSyntax.View());
     EXPECT_EQ(Expression(), test.AfterClick) << test.Line;
-    EXPECT_EQ(FModel.UseReturnBox().State, test.NextState) << test.Line;
-    EXPECT_EQ(FModel.UseReturnBox().Enabled, test.NextEnabled) << test.Line;
+    EXPECT_EQ(box(), test.NextBox) << test.Line;
   }
 }
 
 TEST_F(AssistantModel, DeclaresAnUndeclaredVariableWithItsChosenType) {
   const TSyntaxView syntax = FSyntax.View();
   struct {
-    const char* Line;
-    const char* Type;
+    const char *Line, *Type;
     std::optional<std::string> Declared;
   } const cases[] = {
       {"v.so^lde", "compte", "c=Compte,v=Compte"},
@@ -214,6 +206,43 @@ TEST_F(AssistantModel, KeepsThePickWhileTheObjectIsRenamed) {
       EXPECT_EQ(FModel.SelectedType(), test.Type);
       EXPECT_EQ(FModel.RecordUndeclaredType(syntax), test.Declared);
     }
+}
+
+TEST_F(AssistantModel, ShowsNothingOfWhatWasBefore) {
+  const TSyntaxView syntax = FSyntax.View();
+  FModel.SetDeclared("c=Compte");
+  Analyse("c.Ad^d(1).zzz");
+  FModel.SelectParam(syntax, 0);
+  FModel.Step(syntax, 1);
+  EXPECT_EQ(FModel.SelectedParam(), -1);
+  EXPECT_EQ(FModel.ParamPanel().Kind, TParamKind::Absent);
+  EXPECT_EQ(Rows(), TValues());
+  FModel.Step(syntax, 0);
+  for (const char* type : {"Texte", "Compte"}) {
+    FModel.ChooseType(syntax, type);
+    EXPECT_EQ(FModel.MemberItems().Count(), *type == 'T' ? 0 : 4) << type;
+  }
+  // A type that the chain meets twice, and a member that it does not know.
+  Analyse("app.comptes.item(1).xyz.comptes.item^");
+  EXPECT_EQ(Expression(), "app.Comptes.Item(1).xyz.comptes.item");
+  FModel.TakeChanges();
+  FModel.EditLine(syntax, "app.comptes.item(1).ecritures.item(2).x");
+  FModel.LeaveLine(syntax);
+  EXPECT_EQ(Expression(), "app.Comptes.Item(1).Ecritures.Item(2).x");
+  EXPECT_NE(FModel.TakeChanges() & TAssistantModel::LineChanged, 0U);
+}
+
+TEST(MemberItems, AreInTheOrderOfTheirTexts) {
+  const TSyntaxDatabase database = DatabaseFromXml(
+      "<objects><object name=\"O\"><data name=\"b\"/><method name=\"C\"/><data name=\"a\"/>"
+      "<data name=\"B\"/><event name=\"e\"/></object></objects>");
+  const TMemberItems items(database.Elements()[0]);
+  std::string shown;
+  for (int i = 0; i < items.Count(); ++i)
+    shown += items.Text(i) + std::to_string(items.Image(i)) + " ";
+  EXPECT_EQ(shown, "a2 b2 B2 C()0 ");
+  EXPECT_EQ(items.Name(3), "C");
+  EXPECT_EQ(items.Find("B"), 1);
 }
 
 TEST_F(AssistantModel, SaysWhatChanged) {

@@ -8,8 +8,7 @@ namespace {
 
 TEST(Collation, UpperCaseOfWindows1252) {
   const struct {
-    const char* Lower;
-    const char* Upper;
+    const char *Lower, *Upper;
   } cases[] = {
       {"azAZ09_@`{", "AZAZ09_@`{"},
       {"\xE0\xE9\xEE\xF5\xFC\xFE", "\xC0\xC9\xCE\xD5\xDC\xDE"},
@@ -42,12 +41,9 @@ TEST(Collation, OrderIsByUnsignedBytesWithoutALocale) {
 }
 
 /// Other rules as long as a test runs.
-class OtherRules : public testing::Test {
- protected:
-  ~OtherRules() override { SetUserCollation(FBefore); }
-
- private:
-  const TCollation FBefore = UserCollation();
+struct OtherRules : testing::Test {
+  ~OtherRules() override { SetUserCollation(Before); }
+  const TCollation Before = UserCollation();
 };
 
 TEST_F(OtherRules, LocaleDecidesAndBytesSettleWhatItCannot) {
@@ -84,9 +80,7 @@ TEST_F(OtherRules, CharactersOfSeveralBytes) {
   };
   SetUserCollation(rules);
   const struct {
-    const char* Text;
-    const char* Upper;
-    const char* Masked;
+    const char *Text, *Upper, *Masked;
   } cases[] = {
       {"a\x83\x5B[", "A\x83\x7C[", "a\x80\x80["},
       {"\x83\x5D.b", "\xA1.B", "\x80\x80.b"},

@@ -40,8 +40,7 @@ TEST(ConstantCategories, AreGroupedSortedAndFiltered) {
     <list name="Alarme"/><type name="Type"/><list name="ZONE"/><list flag="add"/>
     <list name="Presque" flag="Add"/><list name="Alarme" flag="add"/></objects>)");
   const struct {
-    const char* Filter;
-    const char* Categories;
+    const char *Filter, *Categories;
     int Selected;
   } cases[] = {
       {"", " Alarme Presque zone+Alarme+BoxStyle+Style", -1},
@@ -72,19 +71,15 @@ TEST(ConstantChoice, MergesListsOfOneName) {
   EXPECT_TRUE(choice.Additive());
   EXPECT_EQ(choice.Type(), "date");
   EXPECT_EQ(choice.Help(), (std::vector<std::string>{"un", "", "deux"}));
-  const std::pair<const char*, const char*> constants[] = {
-      {"A", "aide A"}, {"B", "a"}, {"C", ""}, {"b", "a"}};
-  ASSERT_EQ(choice.Count(), 4);
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(choice.Name(i), constants[i].first);
-    EXPECT_EQ(choice.ConstantHelp(i), constants[i].second);
-  }
+  std::string shown;
+  for (int i = 0; i < choice.Count(); ++i)
+    shown += choice.Name(i) + "=" + choice.ConstantHelp(i) + ";";
+  EXPECT_EQ(shown, "A=aide A;B=a;C=;b=a;");
 }
 
 TEST(ConstantChoice, ParsesTheValue) {
   const struct {
-    const char* Value;
-    const char* Marks;
+    const char *Value, *Marks;
   } cases[] = {
       {"A + b", "xx."}, {"+ +a++\tc", "x.x"}, {"a+a", "x.."}, {"a,b", "..."}, {"\"a\"+b", ".x."},
   };
@@ -106,8 +101,7 @@ TEST(ConstantChoice, AClickMovesTheMarks) {
   const struct {
     int Constant;
     bool Ticked;
-    const char* Exclusive;
-    const char* Additive;
+    const char *Exclusive, *Additive;
     std::vector<int> Changed, ChangedAdditive;
   } clicks[] = {
       {1, true, ".x.", ".x.", {1}, {1}},  {2, true, "..x", ".xx", {1, 2}, {2}},

@@ -86,9 +86,8 @@ TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
     const std::string xml = std::string(Good) + "\n" + std::string(row.Xml) + "</objects>";
     const auto found = Checked(xml).Faults();
     EXPECT_EQ(found, row.Faults) << row.Xml;
-    for (const TDatabaseFault& fault : found) {
+    for (const TDatabaseFault& fault : found)
       EXPECT_NE(Describe(fault).find(fault.Name), std::string::npos) << row.Xml;
-    }
   }
   EXPECT_EQ(Checked("<objets/>").Faults(),
             (std::vector<TDatabaseFault>{{1, NoRoot, "objets", {}}}));

@@ -31,9 +31,8 @@ class TFakeFiles : public TDirectoryFiles {
   TRenaming Rename(const std::string& from, const std::string& to) override {
     Step();
     const auto found = Find(from);
-    if (!found || DirectoryExists(to) || Stuck || IsOrLiesInside(Here, from)) {
+    if (!found || DirectoryExists(to) || Stuck || IsOrLiesInside(Here, from))
       return TRenaming::Refused;
-    }
     if (UpperText(from.substr(0, 1)) != UpperText(to.substr(0, 1))) return TRenaming::OtherVolume;
     Directories[to] = Directories[*found];
     Directories.erase(*found);
@@ -51,9 +50,8 @@ class TFakeFiles : public TDirectoryFiles {
       if (CopyFails && !Directories[to].empty()) return nullptr;
       Directories[to].insert(file);
     }
-    for (const auto& below : Below(*Find(from))) {
+    for (const auto& below : Below(*Find(from)))
       Directories[to + below.substr(from.size())] = Directories[below];
-    }
     Step();
     return std::make_shared<int>();
   }
@@ -83,9 +81,8 @@ class TFakeFiles : public TDirectoryFiles {
     if (DieAt-- == 0) throw TDeath();
   }
   std::optional<std::string> Find(const std::string& path) const {
-    for (const auto& [name, files] : Directories) {
+    for (const auto& [name, files] : Directories)
       if (SameDirectory(name, path)) return name;
-    }
     return std::nullopt;
   }
 
@@ -100,9 +97,8 @@ class TFakeFiles : public TDirectoryFiles {
  private:
   TFiles Below(const std::string& path) const {
     TFiles below;
-    for (const auto& [name, files] : Directories) {
+    for (const auto& [name, files] : Directories)
       if (name != path && IsOrLiesInside(name, path)) below.insert(name);
-    }
     return below;
   }
 };
@@ -121,16 +117,14 @@ TEST(DirectoryFiles, PathsOfMoves) {
   EXPECT_EQ(MovedPath("c:\\a", "d:\\"), "d:\\a");
   EXPECT_EQ(MovedPath("relatif", "d:\\data"), "d:\\data\\relatif");
   const struct {
-    const char* Path;
-    const char* Directory;
+    const char *Path, *Directory;
     bool Inside;
   } cases[] = {{"c:\\a", "c:\\a", true},    {"C:\\A\\b", "c:\\a", true},
                {"c:\\ab", "c:\\a", false},  {"c:\\a\\b", "c:\\a\\", true},
                {"c:\\", "c:\\a", false},    {"c:\\x", "c:\\", true},
                {"d:\\a\\b", "c:\\a", false}};
-  for (const auto& c : cases) {
+  for (const auto& c : cases)
     EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Inside) << c.Path << " in " << c.Directory;
-  }
 }
 
 TEST(DirectoryFiles, OpeningAndEntering) {
@@ -151,10 +145,7 @@ TEST(DirectoryFiles, MovesAndRefusals) {
   using TTrouble = void (*)(TFakeFiles&, TMemoryStore&);
   const TTrouble none = [](TFakeFiles&, TMemoryStore&) {};
   const struct {
-    const char* What;
-    const char* Directory;
-    const char* Folder;
-    const char* Current;
+    const char *What, *Directory, *Folder, *Current;
     const char* Moved;  ///< null: refused
     const char* CurrentAfter;
     TTrouble Trouble;
@@ -202,9 +193,8 @@ TEST(DirectoryFiles, MovesAndRefusals) {
     EXPECT_EQ(store.Read("DirAliasMove"), "") << c.What;
     EXPECT_EQ(moved.value_or("refused"), c.Moved ? c.Moved : "refused") << c.What;
     EXPECT_TRUE(c.Moved || files.Directories == before) << c.What;
-    for (const auto& [name, held] : files.Directories) {
+    for (const auto& [name, held] : files.Directories)
       EXPECT_EQ(name.find(".mark"), std::string::npos) << c.What << name;
-    }
   }
 }
 
@@ -267,58 +257,30 @@ TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStep) {
 
 // What a broken move left is only touched where it is surely the move's own.
 TEST(DirectoryFiles, WhatOthersDidSinceStays) {
-  const TFakeFiles::TFiles worked = {"1", "2", "new"};
+  // By a letter for each place and a digit for the set of files that it holds.
+  const std::pair<char, const char*> places[] = {
+      {'c', "c:\\zef"}, {'d', "d:\\zef"}, {'m', "c:\\zef.m"}};
+  const TFakeFiles::TFiles sets[] = {{"new"}, kWhole, {"1", "2", "new"}};
   const struct {
-    const char* What;
-    const char* Note;
-    std::map<std::string, TFakeFiles::TFiles> There;
-    std::vector<std::string> Gone;
-    std::map<std::string, TFakeFiles::TFiles> Left;
-    const char* Stored;
+    const char *What, *Note;
+    std::string There;
+    const char* Left;
     bool Noted;
   } cases[] = {
-      {"worked in the original",
-       "c:\\zef,d:\\zef,.m,copied",
-       {{"c:\\zef", worked}, {"d:\\zef", kWhole}},
-       {},
-       {{"c:\\zef", worked}, {"d:\\zef", kWhole}},
-       "c:\\zef",
-       false},
-      {"a target of others",
-       "c:\\zef,d:\\zef,.m,begun",
-       {{"d:\\zef", {"x"}}},
-       {},
-       {{"c:\\zef", kWhole}, {"d:\\zef", {"x"}}},
-       "c:\\zef",
-       false},
-      {"put aside with something new",
-       "c:\\zef,d:\\zef,.m,copied",
-       {{"c:\\zef.m", worked}, {"d:\\zef", kWhole}},
-       {"c:\\zef"},
-       {{"c:\\zef", {"new"}}, {"d:\\zef", kWhole}},
-       "c:\\zef",
-       false},
-      {"put aside, the target deleted",
-       "c:\\zef,d:\\zef,.m,copied",
-       {{"c:\\zef.m", kWhole}},
-       {"c:\\zef"},
-       {{"c:\\zef", kWhole}},
-       "c:\\zef",
-       false},
-      {"drive away", "c:\\zef,e:\\zef,.m,copied", {}, {}, {{"c:\\zef", kWhole}}, "c:\\zef", true},
-      {"no mark",
-       "c:\\zef,d:\\zef,,begun",
-       {{"d:\\zef", kWhole}},
-       {},
-       {{"c:\\zef", kWhole}, {"d:\\zef", kWhole}},
-       "c:\\zef",
-       true},
-      {"spoilt", "c:\\zef", {}, {}, {{"c:\\zef", kWhole}}, "c:\\zef", true},
+      {"worked in the original", "c:\\zef,d:\\zef,.m,copied", "c2d1", "c2d1", false},
+      {"a target of others", "c:\\zef,d:\\zef,.m,begun", "c1d0", "c1d0", false},
+      {"put aside with something new", "c:\\zef,d:\\zef,.m,copied", "d1m2", "c0d1", false},
+      {"put aside, the target deleted", "c:\\zef,d:\\zef,.m,copied", "m1", "c1", false},
+      {"drive away", "c:\\zef,e:\\zef,.m,copied", "c1", "c1", true},
+      {"no mark", "c:\\zef,d:\\zef,,begun", "c1d1", "c1d1", true},
+      {"spoilt", "c:\\zef", "c1", "c1", true},
   };
   for (const auto& c : cases) {
     TFakeFiles files;
-    for (const auto& [name, held] : c.There) files.Directories[name] = held;
-    for (const auto& name : c.Gone) files.Directories.erase(name);
+    files.Directories.erase("c:\\zef");
+    for (const auto& [letter, path] : places)
+      if (const auto at = c.There.find(letter); at != std::string::npos)
+        files.Directories[path] = sets[c.There[at + 1] - '0'];
     TListOfOne store("c:\\zef");
     store.Values["DirAliasMove"] = c.Note;
     files.Busy = true;
@@ -326,10 +288,12 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
     EXPECT_EQ(store.Read("DirAliasMove"), c.Note) << "another process is at it";
     files.Busy = false;
     SettleMove(files, store);
-    for (const auto& [name, held] : c.Left)
-      EXPECT_EQ(files.Directories[name], held) << c.What << name;
-    EXPECT_FALSE(files.DirectoryExists("c:\\zef.m")) << c.What;
-    EXPECT_EQ(store.Read("DirAliasPath0"), c.Stored) << c.What;
+    std::string left;
+    for (const auto& [letter, path] : places)
+      if (const auto found = files.Directories.find(path); found != files.Directories.end())
+        left.append(1, letter) += std::to_string(std::ranges::find(sets, found->second) - sets);
+    EXPECT_EQ(left, c.Left) << c.What;
+    EXPECT_EQ(store.Read("DirAliasPath0"), "c:\\zef") << c.What;
     EXPECT_EQ(!store.Read("DirAliasMove").empty(), c.Noted) << c.What;
   }
 }

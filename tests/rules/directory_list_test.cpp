@@ -6,20 +6,6 @@
 
 namespace {
 
-std::string Shown(const TDirectoryList& list) {
-  std::string text;
-  for (int i = 0; i < list.Count(); ++i) {
-    text += list.Entry(i).Name + "=" + list.Entry(i).Path + (list.IsDefault(i) ? "*" : "") + ";";
-  }
-  return text;
-}
-
-std::string Loaded(TMemoryStore& store) {
-  TDirectoryList list;
-  list.Load(store);
-  return Shown(list);
-}
-
 void AddWithPath(TDirectoryList& list, const char* name, const char* path) {
   const auto index = list.Add(name);
   ASSERT_TRUE(index.has_value());
@@ -28,11 +14,11 @@ void AddWithPath(TDirectoryList& list, const char* name, const char* path) {
 
 TEST(DirectoryList, SpoiltValuesGiveWhatIsThere) {
   const struct {
-    const char* Count;
-    const char* Shown;
+    const char *Count, *Shown;
     bool NothingStored;
   } cases[] = {{"2", "a=pa;b=pb;", false},
                {"2000000000", "a=pa;b=pb;c=pc;z=pz;", false},
+               {"12345", "a=pa;b=pb;c=pc;", false},
                {" 4", "a=pa;b=pb;", false},
                {"-1", "", false},
                {"0", "", true},
@@ -56,18 +42,6 @@ TEST(DirectoryList, SpoiltValuesGiveWhatIsThere) {
   }
 }
 
-TEST(DirectoryList, LastReadOfSeveralEntriesWithOnePath) {
-  TMemoryStore store;
-  store.Values = {{"NbDirAlias", "3"},         {"DirAliasName0", "z"},
-                  {"DirAliasPath0", "C:\\X"},  {"DirAliasName1", "m"},
-                  {"DirAliasPath1", "c:\\x"},  {"DirAliasName2", "a"},
-                  {"DirAliasPath2", "c:\\x\\"}};
-  TDirectoryList list;
-  list.Load(store);
-  EXPECT_EQ(list.Entry(list.IndexOfPath("c:\\X")).Name, "m");
-  EXPECT_EQ(list.IndexOfPath("c:\\y"), -1);
-}
-
 TEST(DirectoryList, KeepsItsOrderAndItsDefault) {
   using TChange = std::function<std::optional<int>(TDirectoryList&)>;
   const auto rename = [](int index, const char* name) {
@@ -86,6 +60,13 @@ TEST(DirectoryList, KeepsItsOrderAndItsDefault) {
       {[](auto& list) { return list.Add("aa"); }, 1, "a=*;aa=;b=;c=;"},
       {[](auto& list) { return list.Import("B", "p"); }, 2, "a=*;b=;B=p;c=;"},
       {[](auto& list) { return list.Remove(1), list.IndexToOpen(""); }, 0, "a=*;c=;"},
+      // Of those with one path, the one that came last.
+      {[](auto& list) {
+         for (int i = 0; i < 3; ++i) list.SetPath(i, i < 2 ? "X" : "x\\");
+         return list.IndexOfPath("x");
+       },
+       1, "a=X*;b=X;c=x\\;"},
+      {[](auto& list) { return list.IndexOfPath("y"); }, -1, "a=*;b=;c=;"},
       {[](auto& list) { return list.Remove(0), list.IndexToOpen("C"); }, 1, "b=;c=;"},
   };
   for (const auto& c : cases) {
@@ -105,9 +86,8 @@ TEST(DirectoryList, ABrokenSaveLeavesOneWholeList) {
   TDirectoryList after;
   after.Load(start);
   while (after.Count() > 0) after.Remove(0);
-  for (const char* name : {"a", "c,\" ", "d", "e"}) {
+  for (const char* name : {"a", "c,\" ", "d", "e"})
     AddWithPath(after, name, *name == 'd' ? "" : "new");
-  }
   after.SetDefault(2);
   TMemoryStore whole;
   whole.Values = start.Values;
@@ -193,8 +173,7 @@ TEST(DirectoryList, TwoProgramsSave) {
   const auto remove = [](int index) { return [=](TDirectoryList& list) { list.Remove(index); }; };
   const struct {
     const char* What;
-    TChange Theirs;
-    TChange Mine;
+    TChange Theirs, Mine;
     const char* Stored;
   } cases[] = {
       {"nothing of mine", set(0, "x"), nothing, "a=x*;b=q;"},
@@ -205,6 +184,7 @@ TEST(DirectoryList, TwoProgramsSave) {
       {"both add one name", add("c", "x"), add("C", "y"), "a=p*;b=q;C=y;c (2)=x;"},
       {"removed and changed", remove(0), set(0, "y"), "a=y;b=q;"},
       {"changed and removed", set(1, "x"), remove(1), "a=p*;b=x;"},
+      {"imported twice", nothing, [](auto& list) { list.Import("b", "x"); }, "a=p*;b=q;b=x;"},
       {"both remove", remove(0), remove(1), ""},
       {"the default", [](auto& list) { list.SetDefault(1); }, add("c", "y"), "a=p;b=q*;c=y;"},
       {"renamed", add("c", "x"), [](auto& list) { list.Rename(1, "z"); }, "a=p*;c=x;z=q;"},

@@ -64,8 +64,7 @@ std::string Shown(const std::optional<TWebAddress>& address) {
 
 TEST(WebAddress, IsReadOrRefused) {
   const struct {
-    const char* Text;
-    const char* Shown;
+    const char *Text, *Shown;
   } cases[] = {
       {"http://host", "http host 80 /"},
       {" \tHTTPS://Host:8443/a/../b?c/../d#e \r\n", "https Host 8443 /a/../b?c/../d"},
@@ -73,7 +72,7 @@ TEST(WebAddress, IsReadOrRefused) {
       {"http://host#part", "http host 80 /"},
       {"http://host:/x", "http host 80 /x"},
       {"http://[::1]:8080/x", "http [::1] 8080 /x"},
-      {"https://[fe80::1.2.3.4]", "https [fe80::1.2.3.4] 443 /"},
+      {"https://[09afAF::1.2.3.4]", "https [09afAF::1.2.3.4] 443 /"},
       {"http://host/a b\"%41\\\xC3\xA9?x=@{1}", "http host 80 /a%20b%22%41%5C%C3%A9?x=@%7B1%7D"},
       {"http://h\xC3\xB4te/", "http h\xC3\xB4te 80 /"},
       {"http://host:65535", "http host 65535 /"},
@@ -107,8 +106,7 @@ TEST(WebAddress, IsReadOrRefused) {
 
 TEST(WebAddress, FollowsARedirection) {
   const struct {
-    const char* Location;
-    const char* Shown;
+    const char *Location, *Shown;
   } cases[] = {
       {"https://other:1/x", "https other 1 /x"},
       {"//other/x", "https other 443 /x"},
@@ -122,6 +120,7 @@ TEST(WebAddress, FollowsARedirection) {
       {"?z", "https host 444 /a/b?z"},
       {"#z", "https host 444 /a/b?c=/d"},
       {"x:y", ""},
+      {"x+y-z.1:y", ""},
       {"a b:c", "https host 444 /a/a%20b:c"},
       {"http://other/", ""},
       {"https://user@other/", ""},
@@ -130,9 +129,8 @@ TEST(WebAddress, FollowsARedirection) {
   };
   const auto from = ParseWebAddress("https://host:444/a/b?c=/d");
   ASSERT_TRUE(from);
-  for (const auto& each : cases) {
+  for (const auto& each : cases)
     EXPECT_EQ(Shown(FollowLocation(*from, each.Location)), each.Shown) << each.Location;
-  }
   EXPECT_EQ(Shown(FollowLocation(*ParseWebAddress("http://host"), "https://x")), "https x 443 /");
 }
 
@@ -178,19 +176,19 @@ TEST(ResponseHead, TellsStatusLengthAndLocation) {
 }
 
 TEST(TemporaryName, IsKnownAgainAndNoOtherIs) {
-  const std::wstring name = TemporaryName(L"cible.bin", {0x01234567, 0x89abcdef, 0, 0xffffffff});
-  EXPECT_EQ(name, L"cible.bin.0123456789abcdef00000000ffffffff.part");
-  EXPECT_TRUE(IsTemporaryName(name, L"CIBLE.BIN"));
-  for (const wchar_t* other : {L"cible.bin.mes-notes.part", L"cible.bin", L"cible.bin.part",
-                               L"cible.bin.0123456789abcdef00000000fffffffg.part",
-                               L"cible.bin.0123456789abcdef00000000ffffffff.pars",
-                               L"cible.bin.0123456789abcdef00000000ffffffff0.part",
-                               L"cible_bin.0123456789abcdef00000000ffffffff.part",
-                               L"cible.bin_0123456789abcdef00000000ffffffff.part"}) {
-    EXPECT_FALSE(IsTemporaryName(other, L"cible.bin")) << std::string(other, other + wcslen(other));
+  const std::wstring name = TemporaryName(L"azote.bin", {0x01234567, 0x89abcdef, 0, 0xffffffff});
+  EXPECT_EQ(name, L"azote.bin.0123456789abcdef00000000ffffffff.part");
+  EXPECT_TRUE(IsTemporaryName(name, L"AZOTE.BIN"));
+  for (const wchar_t* other : {L"azote.bin.mes-notes.part", L"azote.bin", L"azote.bin.part",
+                               L"azote.bin.0123456789abcdef00000000fffffffg.part",
+                               L"azote.bin.0123456789abcdef00000000ffffffff.pars",
+                               L"azote.bin.0123456789abcdef00000000ffffffff0.part",
+                               L"azote_bin.0123456789abcdef00000000ffffffff.part",
+                               L"azote.bin_0123456789abcdef00000000ffffffff.part"}) {
+    EXPECT_FALSE(IsTemporaryName(other, L"azote.bin")) << std::string(other, other + wcslen(other));
   }
-  EXPECT_TRUE(IsOneFile(L"C:\\a b\\cible.bin"));
-  EXPECT_TRUE(IsOneFile(L"\\\\?\\C:\\cible.bin"));
+  EXPECT_TRUE(IsOneFile(L"C:\\a b\\azote.bin"));
+  EXPECT_TRUE(IsOneFile(L"\\\\?\\C:\\azote.bin"));
   for (const wchar_t* pattern :
        {L"", L"*", L"C:\\a?", L"\\\\?\\C:\\a*", L"a<", L"a>", L"a|b", L"\"a\""}) {
     EXPECT_FALSE(IsOneFile(pattern)) << std::string(pattern, pattern + wcslen(pattern));

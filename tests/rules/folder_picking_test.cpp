@@ -14,8 +14,7 @@ TEST(FolderPicking, OptionsCountFromTheirShellVersionOn) {
       bffBrowseIncludeFiles, bffBrowseIncludeURLs, bffNewDialogStyle,     bffShareable,
       bffUseNewUI,           bffNoNewFolderButton, bffNoTranslateTargets, bffUsageHint};
   const struct {
-    std::uint32_t Version;
-    std::uint32_t Sum;
+    std::uint32_t Version, Sum;
   } cases[] = {{0, 0x300F},
                {ShellVersionNumber(4, 70), 0x300F},
                {ShellVersionNumber(4, 71), 0x703F},
@@ -47,8 +46,7 @@ TEST(FolderPicking, SpecialFoldersLeaveTheGaps) {
 
 TEST(FolderPicking, OnlyPathsBehindADriveRootLoseTheirEndSlash) {
   const struct {
-    const char* Given;
-    const char* Kept;
+    const char *Given, *Kept;
   } cases[] = {{"c:\\", "c:\\"}, {"c:\\a\\", "c:\\a"},           {"c:\\a", "c:\\a"},
                {"c:a\\", "c:a"}, {"\\\\pc\\s\\", "\\\\pc\\s\\"}, {"", ""},
                {"\\", "\\"},     {"c:\\a\\\\", "c:\\a\\"},       {"abc\\", "abc\\"}};

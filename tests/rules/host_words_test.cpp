@@ -16,8 +16,7 @@ static std::wstring Shown(std::wstring_view line) {
 
 TEST(HostWords, SplitsALine) {
   const struct {
-    const wchar_t* Line;
-    const wchar_t* Words;
+    const wchar_t *Line, *Words;
   } cases[] = {
       {L"", L""},
       {L"If x > 0 Then", L"K|If|N|x|K|Then|"},
@@ -33,7 +32,5 @@ TEST(HostWords, SplitsALine) {
       {L"Remise = remarque_1", L"N|Remise|N|remarque_1|"},
       {L"9b . .5 .", L""},
   };
-  for (const auto& each : cases) {
-    EXPECT_EQ(Shown(each.Line), each.Words);
-  }
+  for (const auto& each : cases) EXPECT_EQ(Shown(each.Line), each.Words);
 }

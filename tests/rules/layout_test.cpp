@@ -25,9 +25,8 @@ std::map<std::string, std::string> Resources(const char* folder, const char* ext
   std::map<std::string, std::string> files;
   const auto root = std::filesystem::path(ZEF_SOURCE_DIR) / "src/resources" / folder;
   for (const auto& entry : std::filesystem::directory_iterator(root)) {
-    if (entry.path().extension() == extension) {
+    if (entry.path().extension() == extension)
       files[entry.path().stem().string()] = ReadFile(entry.path());
-    }
   }
   return files;
 }
@@ -51,14 +50,14 @@ TEST(Layout, ReadsFormControlsAndProperties) {
 
 TEST(Layout, RefusesWhatItDoesNotKnow) {
   const struct {
-    const char* Text;
-    const char* Complaint;
+    const char *Text, *Complaint;
   } cases[] = {
       {"button B 1 2 3 4\n", "starts with its form"},
       {"form F\nslider S 1 2 3 4\n", "unknown kind slider"},
       {"form F\nbutton B 1 2 3 4 colour face\n", "F, line 2: B: unknown property colour"},
       {"form F\nbutton B 1 2 3 4 change BChange\n", "F, line 2: B: a button takes no change"},
       {"form F\nbutton B 1 2 3 4 wrap\n", "unknown property wrap"},
+      {"form F tab 1\n", "F, line 1: a form takes no tab"},
       {"form F icons system glyph add\n", "F, line 1: a form takes no glyph"},
       {"form F\nedit E 1 2 anchors\n  tab 1\n", "E: anchors cannot be tab"},
       {"form F client 1\n", "client lacks a value"},
@@ -151,9 +150,10 @@ TEST(Arrangement, FieldsMakeRoomForTheLabelsBesideThem) {
       {{50, 38, 150, 59}, fixed, {40, 21}},  // its field stays in the column
       {{160, 8, 180, 29}, fixed, {20, 21}},  // further right: stays
       {{50, 80, 90, 101}, fixed, {38, 21}},  // of the column, with little to give
+      {{50, 120, 90, 133}, fixed, {}},       // a label in the column
   };
-  MakeRoomForLabels(items, {0, 2}, 4);
-  const int lefts[] = {8, 64, 8, 64, 160, 52};
+  MakeRoomForLabels(items, {0, 2, 6}, 4);
+  const int lefts[] = {8, 64, 8, 64, 160, 52, 50};
   for (std::size_t i = 0; i < items.size(); ++i) EXPECT_EQ(items[i].Box.Left, lefts[i]) << i;
   EXPECT_EQ(items[1].Box.Right, 150);
 }
@@ -194,9 +194,8 @@ TEST(Glyph, EveryGlyphOfTheLibraryIsSoundAndScales) {
   for (const auto& [name, text] : Resources("glyphs", ".glyph")) {
     SCOPED_TRACE(name);
     const auto glyph = ParseGlyph(text);
-    for (const int size : {8, 16, 20, 24, 32}) {
+    for (const int size : {8, 16, 20, 24, 32})
       EXPECT_EQ(ScaleGlyph(glyph, size).Pixels.size(), static_cast<std::size_t>(size * size));
-    }
   }
 }
 

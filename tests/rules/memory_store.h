@@ -3,7 +3,7 @@
 #include <functional>
 #include <map>
 
-#include "directories/rules/settings_store.h"
+#include "directories/rules/directory_list.h"
 
 /// Settings in memory, with changes that fail or do not come back.
 class TMemoryStore : public TSettingsStore {
@@ -43,3 +43,17 @@ class TMemoryStore : public TSettingsStore {
     return FailAt < 0 || number < FailAt || (number > FailAt && !FailAfter);
   }
 };
+
+inline std::string Shown(const TDirectoryList& list) {
+  std::string text;
+  for (int i = 0; i < list.Count(); ++i)
+    text += list.Entry(i).Name + "=" + list.Entry(i).Path + (list.IsDefault(i) ? "*;" : ";");
+  return text;
+}
+
+/// What is read of a store.
+inline std::string Loaded(TSettingsStore& store) {
+  TDirectoryList list;
+  list.Load(store);
+  return Shown(list);
+}

@@ -34,6 +34,7 @@ TEST(TextWrap, BreaksAtBlanksAndInsideWordsThatAreTooLong) {
   }
   const auto nothingFits = [](std::wstring_view) { return std::size_t{0}; };
   EXPECT_EQ(WrapText(L"abc", Most, nothingFits), (std::vector<std::wstring>{L"a", L"b", L"c"}));
+  EXPECT_EQ(WrapText(L"abc", 2, nothingFits), (std::vector<std::wstring>{L"a", L"\x2026"}));
   EXPECT_EQ(WrapText(L"\xD83D\xDE00x", Most, nothingFits),
             (std::vector<std::wstring>{L"\xD83D\xDE00", L"x"}));
 }
@@ -56,7 +57,7 @@ TEST(BurstBudget, HoldsBackFloodsAlone) {
       worked += piece;
     };
     for (; budget.Next() <= now && count < 1000; ++count) work();
-    EXPECT_NEAR(count, atOnce, atOnce / 5 + 1);
+    EXPECT_NEAR(count, atOnce, atOnce > 10 ? atOnce / 5 + 1 : 0);
     // From then on it has its share.
     const auto since = now;
     worked = 0ns;

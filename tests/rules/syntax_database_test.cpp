@@ -37,41 +37,37 @@ constexpr std::string_view kSample = R"(<objects>
   <object name="MsgBox"/><data name="MsgBox"/><autre name="Quoi"><method name="m"/></autre>
 </objects>)";
 
+std::string Shown(const TSyntaxMember& member) {
+  std::string text = member.Name + ":" + member.ValueType() + "(";
+  for (const TSyntaxParam& param : member.Params)
+    text += param.Name + (param.Required ? ":" : "?:") + param.Type + "," + param.List + "," +
+            param.Default + "," + param.Help + ";";
+  return text + ")" + member.Comment + "|" + (member.Return ? member.Return->Help : "no return");
+}
+
 TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
   ASSERT_EQ(database.Elements().size(), 9u);
-
-  const TSyntaxElement* account = database.FindElement("Compte");
-  ASSERT_TRUE(account);
-  EXPECT_EQ(account->Comment, "Un compte");
-  EXPECT_FALSE(account->Text);
-  ASSERT_EQ(account->Members.size(), 3u);
-  const TSyntaxMember* add = TSyntaxDatabase::FindMember(*account, "Add");
-  ASSERT_TRUE(add);
-  EXPECT_EQ(add->Comment, "Ajoute");
-  EXPECT_EQ(add->ValueType(), "Ecriture");
-  EXPECT_EQ(add->Return->Help, "ce qui est fait");
-  ASSERT_EQ(add->Params.size(), 3u);
-  EXPECT_TRUE(add->Params[0].Required);
-  EXPECT_EQ(add->Params[0].Help, "requis");
-  EXPECT_FALSE(add->Params[1].Required);
-  EXPECT_EQ(add->Params[1].Type + add->Params[1].List + add->Params[1].Default, "dateJours1");
-  EXPECT_EQ(add->Params[2].Name + add->Params[2].Help, "c");
-  EXPECT_EQ(TSyntaxDatabase::FindMember(*account, "Solde")->ValueType(), "currency");
+  const TSyntaxElement& account = *database.FindElement("Compte");
+  EXPECT_EQ(account.Comment, "Un compte");
+  EXPECT_FALSE(account.Text);
+  EXPECT_EQ(account.Members.size(), 3u);
+  EXPECT_EQ(
+      Shown(*TSyntaxDatabase::FindMember(account, "Add")),
+      "Add:Ecriture(a:bool,,,requis;b?:date,Jours,1,facultatif;c:,,,;)Ajoute|ce qui est fait");
+  EXPECT_EQ(Shown(*TSyntaxDatabase::FindMember(account, "Solde")),
+            "Solde:currency()Le solde|no return");
   for (const char* name : {"add", "Ferme", ""})
-    EXPECT_FALSE(TSyntaxDatabase::FindMember(*account, name)) << name;
-
+    EXPECT_FALSE(TSyntaxDatabase::FindMember(account, name)) << name;
   EXPECT_TRUE(database.FindElement("Quoi")->Kind == TSyntaxKind::Other);
   EXPECT_TRUE(database.FindElement("Quoi")->Members.empty());
-  const TSyntaxElement* days = database.FindElement("Jours");
-  ASSERT_TRUE(days);
-  EXPECT_EQ(days->Flag + days->Type, "adddate");
-  EXPECT_EQ(days->Comments, (std::vector<std::string>{"un", "", "trois"}));
-  ASSERT_EQ(days->Constants.size(), 3u);
-  EXPECT_FALSE(days->Constants[0].Listed);
-  EXPECT_TRUE(days->Constants[1].Listed);
-  EXPECT_EQ(days->Constants[1].Help, "le premier");
-  EXPECT_FALSE(days->Constants[2].Listed);
+  const TSyntaxElement& days = *database.FindElement("Jours");
+  EXPECT_EQ(days.Flag + days.Type, "adddate");
+  EXPECT_EQ(days.Comments, (std::vector<std::string>{"un", "", "trois"}));
+  std::string constants;
+  for (const auto& constant : days.Constants)
+    constants += (constant.Listed ? "+" : "-") + constant.Name + constant.Help + ";";
+  EXPECT_EQ(constants, "-Dit;+Lundile premier;-Mardi;");
 }
 
 TEST(SyntaxDatabase, LookUpsTakeTheFirstExactName) {
@@ -137,7 +133,9 @@ TEST(SyntaxNames, TellWordsOfTheDatabase) {
   TSyntaxNames names;
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
   // Built twice: what was there before does not stay.
-  names.BuildWords(DatabaseFromXml("<objects><method name=\"Vieux\"/></objects>"));
+  names.BuildWords(
+      DatabaseFromXml("<objects><method name=\"Vieux\"/><const name=\"Vieux\">x</const>"
+                      "<list name=\"l\"><listconst name=\"Vieux\"/></list></objects>"));
   names.BuildWords(database);
   const struct {
     const char* Word;

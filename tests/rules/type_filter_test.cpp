@@ -11,11 +11,9 @@ const TLines Cards = {"Visa", "Cheques 1", "Cheques 2"};
 
 TEST(TypeFilter, OpensOnTheEarlierChoice) {
   const struct {
-    TLines Types;
-    TLines Cards;
+    TLines Types, Cards;
     const char* Previous;
-    int Type;
-    int Card;
+    int Type, Card;
     const char* Chosen;  ///< by OK at once
   } cases[] = {
       {Types, Cards, "", -1, -1, ""},
@@ -46,9 +44,7 @@ TEST(TypeFilter, OpensOnTheEarlierChoice) {
 TEST(TypeFilter, CardsFollowTheType) {
   TTypeFilter filter(Types, Cards);
   const struct {
-    int Type;
-    int Card;
-    int ShownCard;
+    int Type, Card, ShownCard;
     const char* Chosen;
   } clicks[] = {
       {-1, -1, -1, ""},     {0, -1, -1, "Virement"}, {1, -1, 0, "Visa"}, {1, 2, 2, "Cheques 2"},

@@ -6,7 +6,6 @@ void TChainTypes::SetDeclared(std::string_view commaText) { FDeclared.SetCommaTe
 
 void TChainTypes::Restart() {
   FByPosition.clear();
-  FFirstObject.clear();
   FPick.clear();
   FUndeclaredName.clear();
 }
