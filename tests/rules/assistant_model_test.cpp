@@ -215,7 +215,6 @@ TEST_F(AssistantModel, ShowsNothingOfWhatWasBefore) {
   FModel.SelectParam(syntax, 0);
   FModel.Step(syntax, 1);
   EXPECT_EQ(FModel.SelectedParam(), -1);
-  EXPECT_EQ(FModel.ParamPanel().Kind, TParamKind::Absent);
   EXPECT_EQ(Rows(), TValues());
   FModel.Step(syntax, 0);
   for (const char* type : {"Texte", "Compte"}) {

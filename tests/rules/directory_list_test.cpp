@@ -55,7 +55,8 @@ TEST(DirectoryList, KeepsItsOrderAndItsDefault) {
       {rename(0, "z"), 2, "b=;c=;z=*;"},
       {rename(2, "A1"), 1, "a=*;A1=;b=;"},
       {rename(1, "B1"), 1, "a=*;B1=;c=;"},
-      {rename(1, "B"), std::nullopt, "a=*;b=;c=;"},
+      {rename(1, "A1"), 1, "a=*;A1=;c=;"},
+      {rename(0, "A"), std::nullopt, "a=*;b=;c=;"},
       {[](auto& list) { return list.Add("C"); }, std::nullopt, "a=*;b=;c=;"},
       {[](auto& list) { return list.Add("aa"); }, 1, "a=*;aa=;b=;c=;"},
       {[](auto& list) { return list.Import("B", "p"); }, 2, "a=*;b=;B=p;c=;"},
@@ -151,7 +152,8 @@ TEST(DirectoryList, WhatAPendingListSaysAndWhatWasWrittenSince) {
                                {"DirAliasPath0", "p"},
                                {"DirAliasPending", c.Pending}});
     store.Busy = true;
-    EXPECT_EQ(Loaded(store), c.Shown) << c.Pending << " while another process saves";
+    // While another process saves.
+    EXPECT_TRUE(Loaded(store) == c.Shown && store.Changes == 0) << c.Pending;
     store.Busy = false;
     TDirectoryList list;
     list.Load(store);
