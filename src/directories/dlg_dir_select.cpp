@@ -66,6 +66,7 @@ void TDlgDirSelect::LoadList() {
     const bool imported = ImportCurrent();
     FillList();
     ClearFields();
+    if (settings.ReadFailed()) TellError(settings);
     if (imported) {
       ShowMessageBox(
           TMessageKind::Warning,
@@ -77,6 +78,10 @@ void TDlgDirSelect::LoadList() {
   }
   EnableForSelection();
   ListRepClick();
+}
+
+void TDlgDirSelect::TellError(const TUserSettings& settings) {
+  ShowError(Label1->Text() + " " + SystemMessage(settings.Error()));
 }
 
 bool TDlgDirSelect::ImportCurrent() {
@@ -216,9 +221,7 @@ void TDlgDirSelect::BtnMoveClick() {
 void TDlgDirSelect::ButtonOKClick() {
   FChosenPath.clear();
   TUserSettings settings;
-  if (!FList.Save(settings)) {
-    ShowError(Label1->Text() + " " + SystemMessage(settings.Error()));
-  }
+  if (!FList.Save(settings)) TellError(settings);
   if (Selected() >= 0) FChosenPath = FList.Entry(Selected()).Path;
 }
 

@@ -41,6 +41,8 @@ class TDlgDirSelect : public TDlgBase {
   void FormHide();
 
   int Selected() const { return ListRep->ItemIndex(); }
+  /// That the list could not be read or saved, as the system says it.
+  void TellError(const TUserSettings& settings);
   bool ImportCurrent();
   void FillList();
   void ClearFields();

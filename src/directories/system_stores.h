@@ -10,6 +10,7 @@
 class TUserSettings final : public TSettingsStore {
  public:
   std::string Read(const std::string& name) const override;
+  bool ReadFailed() const override { return FSettings.ReadFailed(); }
   std::vector<std::string> Names() const override;
   bool Write(const std::string& name, const std::string& value) override;
   bool Remove(const std::string& name) override;

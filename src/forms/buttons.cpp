@@ -23,7 +23,13 @@ void TButton::Click() {
 void TButton::HandleCommand(WORD code) {
   if (code != BN_CLICKED) return;
   if (ModalResult() != mrNone) Form().SetModalResult(ModalResult());
-  Raise(OnClick);
+  try {
+    Raise(OnClick);
+  } catch (...) {
+    // What was to be done has not been: the dialog stays, unless the user wants to leave it anyway.
+    if (ModalResult() != mrCancel) Form().SetModalResult(mrNone);
+    throw;
+  }
 }
 
 // ---- bitmap button ----

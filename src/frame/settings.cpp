@@ -74,16 +74,26 @@ TSettings::TSettings(bool currentUser) : FCurrentUser(currentUser) { OpenForRead
 
 void TSettings::OpenForReading() {
   if (OpenSettings(FReading, FCurrentUser, TRegistryAccess::Watch) != ERROR_SUCCESS) {
-    OpenSettings(FReading, FCurrentUser);
+    NoteReading(OpenSettings(FReading, FCurrentUser));
   }
+}
+
+void TSettings::NoteReading(long result) const {
+  if (result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND || result == ERROR_MORE_DATA)
+    return;
+  FReadFailed = true;
+  FError = result;
+  DebugReport("a setting cannot be read: error " + std::to_string(result));
 }
 
 std::string TSettings::Read(const std::string& name) const {
   std::string text;
+  if (!FReading.IsOpen()) return text;
   for (std::uint32_t size = UsualSetting; size <= LongestSetting; size *= 4) {
     text.resize(size);
     const long result = QueryText(FReading, text.data(), size, name.c_str());
     if (result == ERROR_SUCCESS) return text.c_str();
+    NoteReading(result);
     if (result != ERROR_MORE_DATA) break;
   }
   return {};

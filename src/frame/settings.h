@@ -23,16 +23,18 @@ class TSettings {
  public:
   explicit TSettings(bool currentUser);
 
-  /// The text whatever its length; empty when it cannot be read. While the key is
-  /// not there when this object is made, nothing is seen of it until this object writes.
+  /// The text whatever its length; empty when it cannot be read. While the key is not there when
+  /// this object is made, nothing is seen of it until this object writes.
   std::string Read(const std::string& name) const;
+  /// Whether a text that is there could not be read, for another reason than its absurd length.
+  bool ReadFailed() const { return FReadFailed; }
   /// Every name that is there all the time that this takes, in no special order.
   std::vector<std::string> Names() const { return FReading.ValueNames(); }
   /// False when the setting could not be written, and is as before.
   bool Write(const std::string& name, const std::string& value);
   /// False when the setting is still there.
   bool Remove(const std::string& name);
-  /// The system's code of the last change that failed; 0 while none has.
+  /// The system's code of the last reading or change that failed; 0 while none has.
   long Error() const { return FError; }
 
  private:
@@ -40,8 +42,11 @@ class TSettings {
   template <class TChange>
   bool Change(TChange change);
 
+  void NoteReading(long result) const;
+
   bool FCurrentUser;
-  long FError = 0;
+  mutable long FError = 0;
+  mutable bool FReadFailed = false;
   TRegistryKey FReading;
   TRegistryKey FWriting;
 };

@@ -23,10 +23,12 @@ constexpr UINT_PTR kSubclassId = 2;
 constexpr std::size_t kMostOfPath = 260;
 
 /// What the shell hands out is freed by the system's common allocator, which the shell has loaded.
+/// Looked up as it lies there: loading it once more takes memory, and may throw.
 struct TFreeItems {
-  void operator()(void* items) const {
-    const TSystemLibrary ole(L"ole32.dll");
-    if (const auto free = ole.Function<decltype(&CoTaskMemFree)>("CoTaskMemFree")) free(items);
+  void operator()(void* items) const noexcept {
+    const FARPROC address = GetProcAddress(GetModuleHandleW(L"ole32.dll"), "CoTaskMemFree");
+    const auto free = reinterpret_cast<decltype(&CoTaskMemFree)>(reinterpret_cast<void*>(address));
+    if (free) free(items);
   }
 };
 using TItems = std::unique_ptr<ITEMIDLIST, TFreeItems>;

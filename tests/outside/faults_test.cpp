@@ -98,6 +98,7 @@ const TSeam Seams[] = {
     SEAM(RegOpenKeyExA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
     SEAM(RegSetValueExA, ERROR_NO_SYSTEM_RESOURCES, ERROR_NO_SYSTEM_RESOURCES),
     SEAM(RegDeleteValueA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
+    SEAM(RegQueryValueExA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
     SEAM(CreateFileW, -1, ERROR_ACCESS_DENIED),
     SEAM(ReadFile, 0, ERROR_READ_FAULT),
     SEAM(WriteFile, 0, ERROR_DISK_FULL),
@@ -268,7 +269,10 @@ TEST_F(Faults, LeaveTheListOfDirectoriesWholeWhateverWriteFails) {
     std::string told;
     const TPilot pilot({{"TDlgDirSelect",
                          [](HWND form) {
-                           SelectInList(form, "ListRep", 1);
+                           const auto at =
+                               SendMessageW(ControlOf(form, "ListRep"), LB_FINDSTRINGEXACT, 0,
+                                            reinterpret_cast<LPARAM>(L"Partis"));
+                           SelectInList(form, "ListRep", static_cast<int>(at));
                            ClickLater(form, "BtnRename");
                          }},
                         {"TInputBox",

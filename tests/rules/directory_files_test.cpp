@@ -255,6 +255,25 @@ TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStep) {
   }
 }
 
+TEST(DirectoryFiles, AMoveSurvivesEveryTextThatCannotBeRead) {
+  for (const char* folder : {"d:\\data", "c:\\x"}) {
+    bool met = true;
+    for (int number = 0; met; ++number) {
+      TFakeFiles files;
+      files.Directories["c:\\x"];
+      TListOfOne store("c:\\zef");
+      store.Values["DirAliasMove"] = "";
+      store.UnreadableAt = number;
+      const bool moved = MoveDirectoryInto(files, store, "c:\\zef", folder).has_value();
+      met = store.ReadAgain();
+      SettleMove(files, store);
+      const std::string path = store.Read("DirAliasPath0");
+      EXPECT_EQ(files.Directories[path], kWhole) << number << path;
+      EXPECT_TRUE(met || moved) << number;
+    }
+  }
+}
+
 // What a broken move left is only touched where it is surely the move's own.
 TEST(DirectoryFiles, WhatOthersDidSinceStays) {
   // By a letter for each place and a digit for the set of files that it holds.

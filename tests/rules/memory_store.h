@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <utility>
 
 #include "directories/rules/directory_list.h"
 
@@ -10,8 +11,13 @@ class TMemoryStore : public TSettingsStore {
  public:
   std::string Read(const std::string& name) const override {
     const auto found = Values.find(name);
+    if (Reads++ == UnreadableAt && found != Values.end()) {
+      Unreadable = true;
+      return {};
+    }
     return found == Values.end() ? std::string() : found->second;
   }
+  bool ReadFailed() const override { return Unreadable; }
   std::vector<std::string> Names() const override {
     std::vector<std::string> names;
     for (const auto& value : Values) names.push_back(value.first);
@@ -36,8 +42,18 @@ class TMemoryStore : public TSettingsStore {
   int FailAt = -1;         ///< number of the change that is refused; -1: none
   bool FailAfter = false;  ///< and every later one
   int Changes = 0;
+  int UnreadableAt = -1;  ///< number of the reading that fails; -1: none
+  /// As the next object for the same settings; whether all texts were met that were to fail.
+  bool ReadAgain() {
+    const bool met = Reads > std::exchange(UnreadableAt, -1);
+    Unreadable = false;
+    return met;
+  }
 
  private:
+  mutable int Reads = 0;
+  mutable bool Unreadable = false;
+
   bool Allowed() {
     const int number = Changes++;
     return FailAt < 0 || number < FailAt || (number > FailAt && !FailAfter);

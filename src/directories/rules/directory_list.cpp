@@ -67,7 +67,7 @@ void TDirectoryList::Load(TSettingsStore& store) {
   FLoadedDefault = std::move(loaded.DefaultName);
   FEntries = std::move(stored.Entries);
   FDefaultName = std::move(stored.DefaultName);
-  FNothingStored = stored.Count == 0;
+  FNothingStored = stored.Count == 0 && !store.ReadFailed();
 }
 
 bool TDirectoryList::Save(TSettingsStore& store) {

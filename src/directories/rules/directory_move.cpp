@@ -156,6 +156,8 @@ std::optional<std::string> MoveDirectoryInto(TDirectoryFiles& files, TSettingsSt
     return std::nullopt;
   }
   SettleMove(files, store);
+  // The note of an earlier move may be what cannot be read.
+  if (store.ReadFailed()) return std::nullopt;
   const bool leaving = IsOrLiesInside(current, from);
   // The system does not let go of the directory that a process stands in.
   if (leaving) files.Enter(kRefuge);

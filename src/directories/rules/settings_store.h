@@ -15,6 +15,9 @@ class TSettingsStore {
 
   /// The whole text, or an empty one when there is none or it cannot be read.
   virtual std::string Read(const std::string& name) const = 0;
+  /// Whether this object has met a text that is there and cannot be read. What it has read is not
+  /// all that there is then, and nothing is to be written by it.
+  virtual bool ReadFailed() const = 0;
   /// Every name that is there all the time that this takes, whatever others write meanwhile; in no
   /// special order.
   virtual std::vector<std::string> Names() const = 0;

@@ -136,7 +136,8 @@ bool WriteStoredList(TSettingsStore& store, const TStoredList& list) {
   // The many values of a list cannot be replaced at one stroke, but one value can: from here on
   // either reading it or reading the others gives a whole list.
   const TValues values = ValuesOf(list);
-  if (!store.Write(kPending, PendingText(store, values))) return false;
+  const std::string pending = PendingText(store, values);
+  if (store.ReadFailed() || !store.Write(kPending, pending)) return false;
   if (WriteValues(store, values)) store.Remove(kPending);
   return true;
 }
@@ -145,11 +146,14 @@ void FinishPendingList(TSettingsStore& store) {
   const std::string text = store.Read(kPending);
   if (text.empty()) return;
   const auto values = PendingValues(store, text);
+  if (store.ReadFailed()) return;
   if (!values || WriteValues(store, *values)) store.Remove(kPending);
 }
 
 bool RepointStoredList(TSettingsStore& store, const std::string& from, const std::string& to) {
-  return std::ranges::all_of(ReadStoredList(store).Entries, [&](const TDirectoryEntry& entry) {
+  const TStoredList list = ReadStoredList(store);
+  if (store.ReadFailed()) return false;
+  return std::ranges::all_of(list.Entries, [&](const TDirectoryEntry& entry) {
     return !SameDirectory(entry.Path, from) || store.Write(Numbered(kPath, entry.Number), to);
   });
 }
