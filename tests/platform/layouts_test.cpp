@@ -1,4 +1,5 @@
-// Every layout of the library as a form, on every kind of screen: whoever adds one has it tested.
+// Every layout of the library, as its own class makes it and as a form on every kind of screen:
+// whoever adds one has it tested.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -7,15 +8,21 @@
 #include <initguid.h>
 #include <oleacc.h>
 
-#include <algorithm>
 #include <map>
-#include <memory>
 #include <set>
+#include <tuple>
 
+#include "dialogs/base/example_view.h"
+#include "directories/dlg_dir_select.h"
+#include "filter/dlg_select_typ_op.h"
 #include "forms/dpi.h"
-#include "forms/form.h"
 #include "forms/rules/layout_words.h"
 #include "forms/std_controls.h"
+#include "frame/dlg_debug.h"
+#include "syntax/dlg_syntax.h"
+#include "update/dlg_ask_dwld.h"
+#include "update/dlg_dwnld.h"
+#include "user/say.h"
 #include "user/window.h"
 
 namespace {
@@ -67,22 +74,11 @@ class TAnnotationServer final : public IClassFactory, public IAccPropServices {
     CoUninitialize();
   }
 
-  struct TTold {
-    std::string Name, Description;
-  };
-  std::map<HWND, TTold> Told;
-
-  /// What is heard when the window gets the focus.
-  std::string NameOf(HWND window) const {
-    const auto told = Told.find(window);
-    return told == Told.end() || told->second.Name.empty() ? TextOf(window) : told->second.Name;
-  }
+  std::map<HWND, std::map<bool, std::string>> Told;  ///< names (true) and descriptions
 
   HRESULT WINAPI QueryInterface(REFIID id, void** object) override {
-    if (id == IID_IAccPropServices)
-      *object = static_cast<IAccPropServices*>(this);
-    else
-      *object = static_cast<IClassFactory*>(this);
+    *object = static_cast<IClassFactory*>(this);
+    if (id == IID_IAccPropServices) *object = static_cast<IAccPropServices*>(this);
     return S_OK;
   }
   ULONG WINAPI AddRef() override { return 2; }
@@ -90,13 +86,10 @@ class TAnnotationServer final : public IClassFactory, public IAccPropServices {
   HRESULT WINAPI CreateInstance(IUnknown*, REFIID id, void** object) override {
     return QueryInterface(id, object);
   }
-  HRESULT WINAPI LockServer(BOOL) override { return S_OK; }
-
   HRESULT WINAPI SetHwndPropStr(HWND window, DWORD object, DWORD child, MSAAPROPID property,
                                 LPCWSTR text) override {
-    EXPECT_EQ(object, static_cast<DWORD>(OBJID_CLIENT));
-    EXPECT_EQ(child, static_cast<DWORD>(CHILDID_SELF));
-    (property == PROPID_ACC_NAME ? Told[window].Name : Told[window].Description) = Utf8(text);
+    EXPECT_TRUE(object == static_cast<DWORD>(OBJID_CLIENT) && child == CHILDID_SELF);
+    Told[window][property == PROPID_ACC_NAME] = Utf8(text);
     return S_OK;
   }
   HRESULT WINAPI ClearHwndProps(HWND window, DWORD, DWORD, const MSAAPROPID*, int) override {
@@ -105,51 +98,43 @@ class TAnnotationServer final : public IClassFactory, public IAccPropServices {
     return S_OK;
   }
 
-  HRESULT WINAPI SetPropValue(const BYTE*, DWORD, MSAAPROPID, VARIANT) override { return No(); }
-  HRESULT WINAPI SetPropServer(const BYTE*, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                               AnnoScope) override {
-    return No();
-  }
-  HRESULT WINAPI ClearProps(const BYTE*, DWORD, const MSAAPROPID*, int) override { return No(); }
-  HRESULT WINAPI SetHwndProp(HWND, DWORD, DWORD, MSAAPROPID, VARIANT) override { return No(); }
-  HRESULT WINAPI SetHwndPropServer(HWND, DWORD, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                   AnnoScope) override {
-    return No();
-  }
-  HRESULT WINAPI ComposeHwndIdentityString(HWND, DWORD, DWORD, BYTE**, DWORD*) override {
-    return No();
-  }
-  HRESULT WINAPI DecomposeHwndIdentityString(const BYTE*, DWORD, HWND*, DWORD*, DWORD*) override {
-    return No();
-  }
-  HRESULT WINAPI SetHmenuProp(HMENU, DWORD, MSAAPROPID, VARIANT) override { return No(); }
-  HRESULT WINAPI SetHmenuPropStr(HMENU, DWORD, MSAAPROPID, LPCWSTR) override { return No(); }
-  HRESULT WINAPI SetHmenuPropServer(HMENU, DWORD, const MSAAPROPID*, int, IAccPropServer*,
-                                    AnnoScope) override {
-    return No();
-  }
-  HRESULT WINAPI ClearHmenuProps(HMENU, DWORD, const MSAAPROPID*, int) override { return No(); }
-  HRESULT WINAPI ComposeHmenuIdentityString(HMENU, DWORD, BYTE**, DWORD*) override { return No(); }
-  HRESULT WINAPI DecomposeHmenuIdentityString(const BYTE*, DWORD, HMENU*, DWORD*) override {
-    return No();
-  }
+#define NEVER_ASKED(name, ...) \
+  HRESULT WINAPI name(__VA_ARGS__) override { return E_NOTIMPL; }
+#define KEY const BYTE*, DWORD
+#define SERVER const MSAAPROPID*, int, IAccPropServer*, AnnoScope
+  NEVER_ASKED(LockServer, BOOL)
+  NEVER_ASKED(SetPropValue, KEY, MSAAPROPID, VARIANT)
+  NEVER_ASKED(SetPropServer, KEY, SERVER)
+  NEVER_ASKED(ClearProps, KEY, const MSAAPROPID*, int)
+  NEVER_ASKED(SetHwndProp, HWND, DWORD, DWORD, MSAAPROPID, VARIANT)
+  NEVER_ASKED(SetHwndPropServer, HWND, DWORD, DWORD, SERVER)
+  NEVER_ASKED(ComposeHwndIdentityString, HWND, DWORD, DWORD, BYTE**, DWORD*)
+  NEVER_ASKED(DecomposeHwndIdentityString, KEY, HWND*, DWORD*, DWORD*)
+  NEVER_ASKED(SetHmenuProp, HMENU, DWORD, MSAAPROPID, VARIANT)
+  NEVER_ASKED(SetHmenuPropStr, HMENU, DWORD, MSAAPROPID, LPCWSTR)
+  NEVER_ASKED(SetHmenuPropServer, HMENU, DWORD, SERVER)
+  NEVER_ASKED(ClearHmenuProps, HMENU, DWORD, const MSAAPROPID*, int)
+  NEVER_ASKED(ComposeHmenuIdentityString, HMENU, DWORD, BYTE**, DWORD*)
+  NEVER_ASKED(DecomposeHmenuIdentityString, KEY, HMENU*, DWORD*)
+#undef SERVER
+#undef KEY
+#undef NEVER_ASKED
 
  private:
-  static HRESULT No() { return E_NOTIMPL; }
-
   DWORD FRegistration = 0;
 };
 
-BOOL CALLBACK AddName(HMODULE, LPCSTR, LPSTR name, LONG_PTR list) {
-  reinterpret_cast<std::vector<std::string>*>(list)->emplace_back(name);
-  return TRUE;
+BOOL CALLBACK AddName(HMODULE, LPCSTR, LPSTR name, LONG_PTR names) {
+  return reinterpret_cast<std::set<std::string>*>(names)->insert(name).second;
 }
 
-std::vector<std::string> LayoutNames() {
-  std::vector<std::string> names;
+std::set<std::string> LayoutNames() {
+  std::set<std::string> names;
   EnumResourceNamesA(TApplication::Instance(), "FORM", AddName, reinterpret_cast<LONG_PTR>(&names));
   return names;
 }
+
+DWORD StyleOf(HWND window) { return static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE)); }
 
 /// In the content of the form, however far that is scrolled.
 RECT InContent(HWND form, HWND child) {
@@ -159,19 +144,16 @@ RECT InContent(HWND form, HWND child) {
   return bounds;
 }
 
-std::vector<HWND> ShownChildren(HWND form) {
-  std::vector<HWND> children;
-  for (HWND child = GetWindow(form, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    if (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) children.push_back(child);
-  }
-  return children;
+bool Holds(const RECT& area, const RECT& part) {
+  RECT both{};
+  UnionRect(&both, &area, &part);
+  return EqualRect(&both, &area);
 }
 
 /// The width that a window needs for its caption; 0 when it has none or may cut it.
 LONG NeededWidth(HWND window, int dpi) {
-  const auto style = static_cast<DWORD>(GetWindowLongW(window, GWL_STYLE));
+  const DWORD style = StyleOf(window), kind = style & BS_TYPEMASK;
   const bool button = ClassOf(window) == "Button";
-  const DWORD kind = style & BS_TYPEMASK;
   if (button ? kind == BS_OWNERDRAW : ClassOf(window) != "Static" || (style & SS_SUNKEN)) return 0;
   const std::wstring text = Wide(TextOf(window));
   const HDC dc = GetDC(window);
@@ -190,25 +172,20 @@ LONG NeededWidth(HWND window, int dpi) {
 
 void ExpectSoundPlaces(const TForm& form) {
   const RECT window = BoundsOf(form.Handle());
-  const RECT area = WorkAreaOf(window);
-  EXPECT_TRUE(window.left >= area.left && window.top >= area.top && window.right <= area.right &&
-              window.bottom <= area.bottom)
-      << "leaves the work area";
+  EXPECT_TRUE(Holds(WorkAreaOf(window), window)) << "leaves the work area";
   RECT client{};
   GetClientRect(form.Handle(), &client);
-  const auto style = static_cast<DWORD>(GetWindowLongW(form.Handle(), GWL_STYLE));
-  if (style & WS_HSCROLL) client.right = LONG_MAX;
-  if (style & WS_VSCROLL) client.bottom = LONG_MAX;
-  const auto children = ShownChildren(form.Handle());
+  if (StyleOf(form.Handle()) & WS_HSCROLL) client.right = LONG_MAX;
+  if (StyleOf(form.Handle()) & WS_VSCROLL) client.bottom = LONG_MAX;
+  auto children = Descendants(form.Handle());
+  std::erase_if(children, [&](HWND child) {
+    return GetParent(child) != form.Handle() || !(StyleOf(child) & WS_VISIBLE);
+  });
   for (const HWND child : children) {
     SCOPED_TRACE(NameOf(child));
     const RECT bounds = InContent(form.Handle(), child);
-    EXPECT_TRUE(bounds.left >= 0 && bounds.top >= 0 && bounds.right <= client.right &&
-                bounds.bottom <= client.bottom)
-        << "leaves the form: " << bounds.right << " x " << bounds.bottom << " in " << client.right
-        << " x " << client.bottom;
-    EXPECT_LT(bounds.left, bounds.right);
-    EXPECT_LT(bounds.top, bounds.bottom);
+    EXPECT_TRUE(Holds(client, bounds) && !IsRectEmpty(&bounds))
+        << "leaves the form: " << bounds.right << " x " << bounds.bottom;
     const TLayoutItem& layout = form.FindControl(child)->Layout();
     if (layout.Kind.ends_with("combo") || layout.Kind.starts_with("combo")) {
       EXPECT_EQ(bounds.bottom - bounds.top, form.Scaled(*layout.Bounds[3])) << "beside edits";
@@ -224,57 +201,65 @@ void ExpectSoundPlaces(const TForm& form) {
   }
 }
 
-struct TScreen {
-  const char* Name;
-  DWORD Width, Height;
-  int Dpi;
+/// As many pixels as given, and in the end as many as before.
+class Layouts : public testing::Test {
+ protected:
+  ~Layouts() override { ChangeDisplaySettingsW(nullptr, 0); }
+  static void SetDesktop(int width, int height) {
+    DEVMODEW mode{};
+    mode.dmSize = sizeof mode;
+    mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT | DM_BITSPERPEL;
+    mode.dmBitsPerPel = 32;
+    mode.dmPelsWidth = static_cast<DWORD>(width);
+    mode.dmPelsHeight = static_cast<DWORD>(height);
+    ASSERT_EQ(ChangeDisplaySettingsW(&mode, 0), DISP_CHANGE_SUCCESSFUL);
+    ASSERT_EQ(GetSystemMetrics(SM_CXSCREEN), width);
+  }
 };
 
-void SetDesktop(DWORD width, DWORD height) {
-  DEVMODEW mode{};
-  mode.dmSize = sizeof mode;
-  mode.dmFields = DM_PELSWIDTH | DM_PELSHEIGHT | DM_BITSPERPEL;
-  mode.dmBitsPerPel = 32;
-  mode.dmPelsWidth = width;
-  mode.dmPelsHeight = height;
-  ASSERT_EQ(ChangeDisplaySettingsW(&mode, 0), DISP_CHANGE_SUCCESSFUL);
-  ASSERT_EQ(GetSystemMetrics(SM_CXSCREEN), static_cast<int>(width));
+// With all controls, hidden ones included, and their handlers; what is wrong is thrown.
+TEST_F(Layouts, AreThoseOfTheClassesThatAreMadeFromThem) {
+  const auto forms = std::make_tuple(
+      CreateForm<TDlgBase>(), CreateForm<TDialogViewBaseForm>(HWND{}),
+      CreateForm<TExampleView>(HWND{}), CreateForm<TDlgDebug>(), CreateForm<TDlgSyntax>(),
+      CreateForm<TDlgDirSelect>(), CreateForm<TDlgSelectTypOp>(), CreateForm<TDlgAskDwld>(),
+      CreateForm<TDlgDwnld>());
+  // These are made where they are used only.
+  std::set<std::string> made{"TDLGDIRMOVE", "TINPUTBOX"};
+  // With the dialogs that these make for themselves.
+  for (const TForm* form : Application().Forms()) {
+    std::string name = form->ClassName();
+    CharUpperA(name.data());
+    made.insert(name);
+  }
+  EXPECT_EQ(LayoutNames(), made);
 }
 
-class Layouts : public testing::TestWithParam<TScreen> {
- protected:
-  Layouts() { SetDesktop(GetParam().Width, GetParam().Height); }
-  ~Layouts() override { ChangeDisplaySettingsW(nullptr, 0); }
-};
-
-TEST_P(Layouts, HaveRoomForEverything) {
-  const auto names = LayoutNames();
-  ASSERT_GT(names.size(), 5u);
-  for (const auto& name : names) {
-    SCOPED_TRACE(name);
-    const auto form = CreateForm<TAnyForm>(name);
-    RECT bounds = form->WindowBounds();
-    SendMessageW(form->Handle(), WM_DPICHANGED, MAKEWPARAM(GetParam().Dpi, GetParam().Dpi),
-                 reinterpret_cast<LPARAM>(&bounds));
-    ASSERT_EQ(form->Dpi(), GetParam().Dpi);
-    ExpectSoundPlaces(*form);
-    // As small as it goes: those that cannot be sized have to scroll.
-    SetWindowPos(form->Handle(), nullptr, 0, 0, 300, 150, SWP_NOMOVE | SWP_NOACTIVATE);
-    ExpectSoundPlaces(*form);
+TEST_F(Layouts, HaveRoomForEverything) {
+  const struct {
+    int Width, Height, Dpi;
+  } screens[] = {
+      {1600, 1200, 96}, {1600, 1200, 144}, {1366, 768, 96}, {1366, 768, 144}, {640, 480, 144}};
+  for (const auto& screen : screens) {
+    SetDesktop(screen.Width, screen.Height);
+    for (const auto& name : LayoutNames()) {
+      SCOPED_TRACE(Say(name, " on ", screen.Width, " at ", screen.Dpi));
+      const auto form = CreateForm<TAnyForm>(name);
+      RECT bounds = form->WindowBounds();
+      SendMessageW(form->Handle(), WM_DPICHANGED, MAKEWPARAM(screen.Dpi, screen.Dpi),
+                   reinterpret_cast<LPARAM>(&bounds));
+      ASSERT_EQ(form->Dpi(), screen.Dpi);
+      ExpectSoundPlaces(*form);
+      // As small as it goes: those that cannot be sized have to scroll.
+      SetWindowPos(form->Handle(), nullptr, 0, 0, 300, 150, SWP_NOMOVE | SWP_NOACTIVATE);
+      ExpectSoundPlaces(*form);
+    }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Screens, Layouts,
-                         testing::Values(TScreen{"Plain", 1600, 1200, 96},
-                                         TScreen{"Fine", 1600, 1200, 144},
-                                         TScreen{"Laptop", 1366, 768, 96},
-                                         TScreen{"FineLaptop", 1366, 768, 144},
-                                         TScreen{"Tiny", 640, 480, 144}),
-                         [](const auto& screen) { return screen.param.Name; });
-
 // Open, hidden or minimised while the screen changes: always inside it, and in the end as large as
 // the user made it.
-TEST(LayoutSizes, OutlastASmallerScreen) {
+TEST_F(Layouts, OutlastASmallerScreen) {
   SetDesktop(1600, 1200);
   const auto form = CreateForm<TAnyForm>("TDLGSELECTTYPOP");
   form->Show();
@@ -291,57 +276,50 @@ TEST(LayoutSizes, OutlastASmallerScreen) {
     EXPECT_EQ(bounds.right - bounds.left, 1300);
     EXPECT_EQ(bounds.bottom - bounds.top, 1000);
   }
-  ChangeDisplaySettingsW(nullptr, 0);
 }
 
-/// What the button that a key presses does: its result, its handler; nothing when it presses none.
-void ExpectPressed(TAnyForm& form, const TButton* button) {
-  EXPECT_EQ(form.ModalResult(), button ? button->ModalResult() : mrNone);
-  const auto* click = button ? button->Layout().Find("click") : nullptr;
-  EXPECT_EQ(form.Pressed, click ? click->Values[0] : "");
-}
-
-void Press(TAnyForm& form, const TControl& control, WPARAM key) {
+/// A key on a control presses that button: what comes is its result and its handler; null: none.
+void ExpectPressed(TAnyForm& form, const TControl& control, WPARAM key, const TControl* pressed) {
   SendMessageW(form.Handle(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control.Handle()), TRUE);
   form.SetModalResult(mrNone);
   form.Pressed.clear();
   for (const UINT message : {WM_KEYDOWN, WM_KEYUP}) {
-    MSG typed{GetFocus(), message, key, static_cast<LPARAM>(message == WM_KEYUP ? 0xC0000001 : 1),
-              0,          {}};
+    MSG typed{GetFocus(), message, key, message == WM_KEYUP ? ~0x3FFFFFFE : 1, 0, {}};
     if (!IsDialogMessageW(form.Handle(), &typed)) DispatchMessageW(&typed);
   }
   // Memos pass such keys on by posting.
   for (MSG posted; PeekMessageW(&posted, nullptr, 0, 0, PM_REMOVE);) DispatchMessageW(&posted);
+  const auto* button = dynamic_cast<const TButton*>(pressed);
+  EXPECT_EQ(form.ModalResult(), button ? button->ModalResult() : mrNone) << key;
+  const auto* click = button ? button->Layout().Find("click") : nullptr;
+  EXPECT_EQ(form.Pressed, click ? click->Values[0] : "") << key;
 }
 
-TEST(LayoutKeys, EveryTabStopObeysEnterSpaceAndEscape) {
+TEST_F(Layouts, LetEveryTabStopBeHeardAndObeyEnterSpaceAndEscape) {
   TAnnotationServer server;
   for (const auto& name : LayoutNames()) {
     SCOPED_TRACE(name);
     ASSERT_TRUE(server.Told.empty());
     const auto form = CreateForm<TAnyForm>(name);
     form->Show();
+    const TControl* cancel = nullptr;
+    for (const TControl* each : form->Controls())
+      if (!cancel && each->Layout().Find("cancel")) cancel = each;
     std::set<std::string> heard;
-    for (TControl* control : form->Controls()) {
+    for (const TControl* control : form->Controls()) {
       SCOPED_TRACE(control->Name());
-      const auto style = static_cast<DWORD>(GetWindowLongW(control->Handle(), GWL_STYLE));
+      const DWORD style = StyleOf(control->Handle());
       if (!(style & WS_TABSTOP) || !control->CanFocus()) continue;
       const auto* button = dynamic_cast<const TButton*>(control);
-      const bool breaksLines = dynamic_cast<TMemo*>(control) && !(style & ES_READONLY);
-      Press(*form, *control, VK_RETURN);
-      ExpectPressed(*form, button ? button : breaksLines ? nullptr : form->DefaultButton());
-      Press(*form, *control, VK_SPACE);
-      ExpectPressed(*form, button);
-      Press(*form, *control, VK_ESCAPE);
-      const auto cancel = std::ranges::find_if(form->Controls(), [](const TControl* each) {
-        return each->Layout().Find("cancel") != nullptr;
-      });
-      ExpectPressed(*form, cancel == form->Controls().end()
-                               ? nullptr
-                               : dynamic_cast<const TButton*>(*cancel));
+      const bool breaksLines = dynamic_cast<const TMemo*>(control) && !(style & ES_READONLY);
+      const TControl* byEnter = breaksLines ? nullptr : form->DefaultButton();
+      ExpectPressed(*form, *control, VK_RETURN, button ? button : byEnter);
+      ExpectPressed(*form, *control, VK_SPACE, button);
+      ExpectPressed(*form, *control, VK_ESCAPE, cancel);
       // Of a control made of several windows, an inner one has the focus.
       const HWND inner = IsChild(control->Handle(), GetFocus()) ? GetFocus() : control->Handle();
-      const std::string text = server.NameOf(inner);
+      const std::string told = server.Told.contains(inner) ? server.Told[inner][true] : "";
+      const std::string text = told.empty() ? TextOf(inner) : told;
       EXPECT_TRUE(!text.empty() && heard.insert(text).second) << "is heard as " << text;
     }
   }

@@ -9,22 +9,23 @@
 #include "platform/executable_search.h"
 #include "syntax/xml_document.h"
 #include "temporary_folder.h"
+#include "user/say.h"
 
 namespace {
 
+namespace fs = std::filesystem;
+
 /// Writes the nodes down as text.
-class TLogSink : public TXmlSink {
- public:
+struct TLogSink : TXmlSink {
   void StartElement(std::string_view name, std::span<const TAttribute> attributes) override {
-    Log.append("<").append(name);
-    for (const auto& [key, value] : attributes)
-      Log.append(" ").append(key).append("=").append(value);
-    Log.append(">");
+    Log += Say('<', name);
+    for (const auto& [key, value] : attributes) Log += Say(' ', key, '=', value);
+    Log += '>';
   }
-  void EndElement() override { Log.append("</>"); }
-  void Characters(std::string_view text) override { Log.append("{").append(text).append("}"); }
-  void CDataSection(std::string_view text) override { Log.append("[").append(text).append("]"); }
-  void OtherNode() override { Log.append("!"); }
+  void EndElement() override { Log += "</>"; }
+  void Characters(std::string_view text) override { Log += Say('{', text, '}'); }
+  void CDataSection(std::string_view text) override { Log += Say('[', text, ']'); }
+  void OtherNode() override { Log += '!'; }
 
   std::string Log;
 };
@@ -35,84 +36,51 @@ std::string Repeat(std::string_view text, int times) {
   return result;
 }
 
-std::string Utf16(std::string_view text, bool bigEndian) {
-  std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
-  for (const wchar_t c : ToWide(text)) {
-    const char low = static_cast<char>(c), high = static_cast<char>(c >> 8);
-    bytes += bigEndian ? high : low;
-    bytes += bigEndian ? low : high;
-  }
-  return bytes;
-}
-
 TEST(CodePage, EveryCharacterComesBack) {
   std::string all;
-  for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
+  for (int c = 0; c < 256; ++c) all += static_cast<char>(c);
   EXPECT_EQ(ToAnsi(ToWide(all)), all);
-  EXPECT_EQ(ToAnsi(ToWide(std::string_view("a\0b", 3))), std::string("a\0b", 3));
   EXPECT_EQ(ToAnsi(L"\u00E9\u4E2D"), "\xE9?");
 }
 
 // What encodings and document types mean is settled before the system's reader gets the text.
-TEST(XmlReader, ReadsEveryEncodingAndEndsOddAndHostileFilesInAnOutcome) {
+TEST(XmlReader, ReadsTheWellFormedWholeAndRefusesTheRest) {
+  using namespace std::string_literals;
+  using enum TXmlReading;
   const TTemporaryFolder folder;
   folder.Write("secret.txt", "SECRET");
-  const auto broken = TXmlReading::Broken, refused = TXmlReading::Refused, done = TXmlReading::Done;
-  const std::string euro = "<o n=\"\xE9&#x20AC;&amp;\" t='a'>p\xE9 &lt; &#233;</o>";
-  const std::string latin = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n";
-  const char* const read = "<o n=\xE9\x80& t=a>{p\xE9 < \xE9}</>";
-  const struct {
-    std::string Bytes;
-    TXmlReading Outcome;
-    const char* Log = "";
-  } cases[] = {
-      {Utf16(euro, false), done, read},
-      {Utf16(euro, true), done, read},
-      {latin + euro, done, read},
-      {"<?xml version=\"1.0\" encoding=\"UTF-8\"?><o>\xC3\xA9\xE2\x82\xAC</o>", done,
-       "<o>{\xE9\x80}</>"},
-      {"<?xml version=\"1.0\" encoding=\"windows-1252\"?><a>\x80\x92</a>", done,
-       "<a>{\x80\x92}</>"},
-      {"", broken},
-      {"<o><li", broken},
-      {"<o></p>", broken},
-      {"<o/><o/>", broken},
-      {"<o/>x", broken},
-      {"<o a=\"1\" a=\"2\"/>", broken},
-      {"<o a=\"\xE9\"/>", broken},
-      {std::string("<o>\0</o>", 8), broken},
-      {"<o>&#0;</o>", broken},
-      {"<o a='&e;'/>", broken},
-      {Repeat("<o>", 100'000), broken},
-      {"<!DOCTYPE o [<!ENTITY e SYSTEM \"secret.txt\">]><o>&e;</o>", refused},
-      {"<!DOCTYPE o SYSTEM \"http://127.0.0.1:9/x.dtd\"><o>&e;</o>", broken},
-      {"<!DOCTYPE o [<!ELEMENT o ANY>]>\n<o b='1'/>", done, "<o b=1></>"},
-      {"<a>x\r\n<!-- c -->y<![CDATA[<z>]]><b/> <c d=' 1\n2'/></a>", done,
+  const std::string deep = Repeat("<a>", 200), wide(200, 'x');
+  const std::pair<std::string, std::string> read[] = {
+      {"\xFF\xFE<\0o\0>\0\xE9\0\xAC\x20<\0/\0o\0>\0"s, "<o>{\xE9\x80}</>"},
+      {"\xFE\xFF\0<\0o\0>\0\xE9\x20\xAC\0<\0/\0o\0>"s, "<o>{\xE9\x80}</>"},
+      {"<?xml version='1.0' encoding='ISO-8859-1'?>\r\n<o n=\"\xE9&#x20AC;&amp;\" t='a'>\xE9</o>",
+       "<o n=\xE9\x80& t=a>{\xE9}</>"},
+      {"<?xml version='1.0' encoding='UTF-8'?><o>\xC3\xA9</o>", "<o>{\xE9}</>"},
+      {"<?xml version='1.0' encoding='windows-1252'?><a>\x92</a>", "<a>{\x92}</>"},
+      {"<!DOCTYPE o [<!ELEMENT o ANY>]>\n<o b='1'/>", "<o b=1></>"},
+      {"<a>x\r\n<!-- c -->y<![CDATA[<z>]]><b/> <c d=' 1\n2'/></a>",
        "<a>{x\n}!{y}[<z>]<b></>{ }<c d= 1 2></></>"},
-      {"<a>\r\n <b>&#32;</b>1&lt;2&#x20AC;3</a>", done,
-       "<a>{\n }<b>{ }</>{1<2\x80"
-       "3}</>"},
-  };
-  for (const auto& c : cases) {
+      {"<a>\r\n <b>&#32;</b>1&lt;2&#x20AC; &#233;</a>", "<a>{\n }<b>{ }</>{1<2\x80 \xE9}</>"},
+      {deep + Repeat("<b c='d'>" + wide + "</b>", 20'000) + Repeat("</a>", 200),
+       deep + Repeat("<b c=d>{" + wide + "}</>", 20'000) + Repeat("</>", 200)}};
+  for (const auto& [bytes, log] : read) {
     TLogSink sink;
-    EXPECT_EQ(ReadXmlFile(folder.Write("h.xml", c.Bytes), sink), c.Outcome)
-        << c.Bytes.substr(0, 80);
-    EXPECT_TRUE(c.Outcome != done || sink.Log == c.Log) << sink.Log;
-    EXPECT_EQ(sink.Log.find("SECRET"), std::string::npos);
+    EXPECT_EQ(ReadXmlFile(folder.Write("h.xml", bytes), sink), Done) << bytes.substr(0, 80);
+    EXPECT_TRUE(sink.Log == log) << sink.Log.substr(0, 80);
   }
   TLogSink sink;
-  for (const std::string& path :
-       {folder.File("none.xml"), folder.Path().string(), std::string("?:\\*")})
-    EXPECT_EQ(ReadXmlFile(path, sink), TXmlReading::NoFile) << path;
-}
-
-TEST(XmlReader, LargeFilesAreReadWhole) {
-  const TTemporaryFolder folder;
-  const std::string body = Repeat("<a>", 200) + Repeat("</a>", 200) +
-                           Repeat("<b c='d'>" + std::string(200, 'x') + "</b>", 20'000);
-  TLogSink sink;
-  EXPECT_EQ(ReadXmlFile(folder.Write("l.xml", "<o>" + body + "</o>"), sink), TXmlReading::Done);
-  EXPECT_EQ(sink.Log.size(), 3 + 200 * 6 + 20'000 * (7 + 202 + 3) + 3);
+  const std::string endless = Repeat("<o>", 100'000),
+                    fetched = "<!DOCTYPE o SYSTEM \"http://127.0.0.1:9/x.dtd\"><o>&e;</o>";
+  const std::string broken[] = {
+      "",           "<o><li",      "<o></p>",      "<o/><o/>",      "<o/>x", "<o a='1' a='2'/>",
+      "<o>\0</o>"s, "<o>&#0;</o>", "<o a='&e;'/>", "<o a='\xE9'/>", endless, fetched};
+  for (const auto& bytes : broken)
+    EXPECT_EQ(ReadXmlFile(folder.Write("h.xml", bytes), sink), Broken) << bytes.substr(0, 80);
+  folder.Write("h.xml", "<!DOCTYPE o [<!ENTITY e SYSTEM \"secret.txt\">]><o>&e;</o>");
+  EXPECT_EQ(ReadXmlFile(folder.File("h.xml"), sink), Refused);
+  EXPECT_EQ(sink.Log.find("SECRET"), std::string::npos);
+  for (const std::string& path : {folder.File("none.xml"), folder.Path.string(), "?:\\*"s})
+    EXPECT_EQ(ReadXmlFile(path, sink), NoFile) << path;
 }
 
 /// What a document says of itself when opened: the names of its types.
@@ -125,18 +93,19 @@ std::string TypesIn(TXMLDocument& document) {
 
 TEST(XMLDocument, ReadsWhenOpenedAndOnlyWhatChanged) {
   const TTemporaryFolder folder;
-  const auto write = [&folder](const std::string& name) {
-    return folder.Write("d.xml", "<objects><type name=\"" + name + "\"/></objects>");
+  const std::string path = folder.File("d.xml"), old = folder.File("old.xml");
+  const auto write = [&](const char* name) {
+    folder.Write("d.xml", Say("<objects><type name=\"", name, "\"/></objects>"));
   };
-  TXMLDocument first, second;
+  TXMLDocument first, second, third;
   EXPECT_EQ(TypesIn(first), "");
-  const std::string path = write("a");
   first.SetFileName(path);
   second.SetFileName(path);
-  std::shared_ptr<const TSyntaxDatabase> before;
+  third.SetFileName(old);
+  write("a");
   {
     const TOpenDocument open(first), other(second);
-    before = first.Database();
+    const auto before = first.Database();
     EXPECT_EQ(second.Database(), before);
     write("while it is open");
     const TOpenDocument inner(first);
@@ -148,64 +117,51 @@ TEST(XMLDocument, ReadsWhenOpenedAndOnlyWhatChanged) {
   // The same size at another time, then in another file of the same size and time.
   write("bb");
   EXPECT_EQ(TypesIn(first), "bb,");
-  const auto time = std::filesystem::last_write_time(path);
-  for (const bool inPlace : {false, true}) {
-    if (!inPlace) std::filesystem::rename(path, folder.File("old.xml"));
-    write(inPlace ? "dd" : "cc");
-    std::filesystem::last_write_time(path, time);
-    EXPECT_EQ(TypesIn(first), inPlace ? "dd," : "cc,");
+  const auto time = fs::last_write_time(path);
+  fs::rename(path, old);
+  for (const char* name : {"cc", "dd"}) {
+    write(name);
+    fs::last_write_time(path, time);
+    EXPECT_EQ(TypesIn(first), Say(name, ','));
   }
 
   // What is not read just then is not remembered; what is no database is.
   const HANDLE held =
       CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   EXPECT_EQ(TypesIn(second), "dd,");
-  std::filesystem::last_write_time(folder.File("old.xml"), time);
-  TXMLDocument third;
-  third.SetFileName(folder.File("old.xml"));
+  fs::last_write_time(old, time);
   EXPECT_EQ(TypesIn(third), "bb,");
-  EXPECT_EQ(TypesIn(first), "");
-  EXPECT_FALSE(first.Known());
+  EXPECT_TRUE(TypesIn(first).empty() && !first.Known());
   CloseHandle(held);
-  EXPECT_EQ(TypesIn(first), "dd,");
-  EXPECT_TRUE(first.Known());
+  EXPECT_TRUE(TypesIn(first) == "dd," && first.Known());
   folder.Write("d.xml", "<objects><type name=\"ddd\"/>");
-  EXPECT_EQ(TypesIn(first), "");
-  EXPECT_TRUE(first.Known());
-  std::filesystem::remove(path);
-  EXPECT_EQ(TypesIn(first), "");
-  first.SetFileName(folder.Path().string());
+  EXPECT_TRUE(TypesIn(first).empty() && first.Known());
+  first.SetFileName(folder.Path.string());
   EXPECT_EQ(TypesIn(first), "");
 }
 
 TEST(ExecutableSearch, FindsTheFileBesideTheExecutable) {
   const TTemporaryFolder folder;
-  const auto back = std::filesystem::current_path();
   const auto find = [] { return FileBesideExecutable("ZEFTEST.EXE", "BESIDE.XML"); };
   EXPECT_EQ(find(), "");
-
+  // Where the program stands, then on the PATH, at the greatest length that fits and one more.
+  const fs::path back = fs::current_path();
   folder.Write("ZEFTEST.EXE", "x");
-  std::filesystem::current_path(folder.Path());
-  EXPECT_TRUE(
-      std::filesystem::equivalent(std::filesystem::path(find()).parent_path(), folder.Path()));
+  fs::current_path(folder.Path);
+  EXPECT_TRUE(fs::equivalent(fs::path(find()).parent_path(), folder.Path)) << find();
   EXPECT_TRUE(find().ends_with("\\BESIDE.XML")) << find();
-  std::filesystem::current_path(back);
-
-  // On the PATH, at the greatest length that fits and one more.
+  fs::current_path(back);
+  const std::string search = std::getenv("PATH"), name = "\\ZEFTEST.EXE";
   for (const std::size_t length : {259u, 260u}) {
-    const std::string name = "\\ZEFTEST.EXE";
-    std::string path = folder.Path().string();
-    while (length - name.size() - path.size() > 101) path += "\\" + std::string(100, 'd');
-    const std::size_t rest = length - name.size() - path.size();
-    if (rest > 1) path += "\\" + std::string(rest - 1, 'e');
-    std::filesystem::create_directories("\\\\?\\" + path);
-    std::ofstream("\\\\?\\" + path + name) << "x";
-    ASSERT_TRUE(std::filesystem::exists("\\\\?\\" + path + name));
-    const std::string old = std::getenv("PATH");
-    SetEnvironmentVariableA("PATH", path.c_str());
-    EXPECT_EQ(find(), length == 259 ? path + "\\BESIDE.XML" : "") << path;
-    SetEnvironmentVariableA("PATH", old.c_str());
+    std::string place = folder.Path.string() + '\\';
+    place.append(length - name.size() - place.size(), 'd');
+    fs::create_directories("\\\\?\\" + place);
+    WriteBytes("\\\\?\\" + place + name, "x");
+    ASSERT_TRUE(fs::exists("\\\\?\\" + place + name));
+    SetEnvironmentVariableA("PATH", place.c_str());
+    EXPECT_EQ(find(), length == 259 ? place + "\\BESIDE.XML" : "") << place;
   }
+  SetEnvironmentVariableA("PATH", search.c_str());
 }
 
 }  // namespace
