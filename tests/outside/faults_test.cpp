@@ -11,11 +11,12 @@
 #include <filesystem>
 #include <fstream>
 #include <string_view>
-#include <utility>
 
 #include "outside/download_test.h"
+#include "outside/imports.h"
 #include "outside/situations.h"
 #include "outside/watchdog.h"
+#include "user/items.h"
 #include "user/say.h"
 
 // What the library asks of the system fails, one call after the other, through its import table. A
@@ -45,75 +46,67 @@ struct TFault {
 
 /// One function of the system, between the library and it.
 struct TSeam {
-  const char* Name;
-  void* Hook;
-  void** Real;
+  std::string_view Name;
+  const void* Hook;
+  const void** Real;
 };
 
-template <class TFunction, ULONG_PTR Result, DWORD Error, int Line>
+// Which: so that functions of one kind have a hook each.
+template <class TFunction, ULONG_PTR Result, DWORD Error, int Which>
 struct THook;
 
-#define FAULT_HOOK(convention)                                                           \
-  template <class TResult, class... TArguments, ULONG_PTR Result, DWORD Error, int Line> \
-  struct THook<TResult(convention*)(TArguments...), Result, Error, Line> {               \
-    static inline void* Real = nullptr;                                                  \
-    static TResult convention Call(TArguments... arguments) {                            \
-      if (Fault.Strikes(&Real)) {                                                        \
-        SetLastError(Error);                                                             \
-        return (TResult)Result;                                                          \
-      }                                                                                  \
-      return reinterpret_cast<TResult(convention*)(TArguments...)>(Real)(arguments...);  \
-    }                                                                                    \
+#define FAULT_HOOK(convention)                                                               \
+  template <class TResult, class... TArguments, ULONG_PTR Result, DWORD Error, int Which>    \
+  struct THook<TResult(convention*)(TArguments...), Result, Error, Which> {                  \
+    static inline const void* Real = nullptr;                                                \
+    static TResult convention Call(TArguments... arguments) {                                \
+      if (Fault.Strikes(&Real)) {                                                            \
+        SetLastError(Error);                                                                 \
+        return (TResult)Result;                                                              \
+      }                                                                                      \
+      return reinterpret_cast<TResult(convention*)(TArguments...)>(const_cast<void*>(Real))( \
+          arguments...);                                                                     \
+    }                                                                                        \
   };
 FAULT_HOOK(__stdcall)
 FAULT_HOOK(__cdecl)
 #undef FAULT_HOOK
 
-template <class TFunction, ULONG_PTR Result, DWORD Error, int Line>
+template <class TFunction, ULONG_PTR Result, DWORD Error, int Which>
 TSeam MakeSeam(const char* name) {
-  using THere = THook<TFunction, Result, Error, Line>;
-  return {name, reinterpret_cast<void*>(&THere::Call), &THere::Real};
+  using THere = THook<TFunction, Result, Error, Which>;
+  return {name, reinterpret_cast<const void*>(&THere::Call), &THere::Real};
+}
+
+template <class... TSeams>
+std::vector<TSeam> All(TSeams... seams) {
+  return {seams...};
 }
 
 #define SEAM(name, result, error) \
-  MakeSeam<decltype(&::name), static_cast<ULONG_PTR>(result), error, __LINE__>(#name)
+  MakeSeam<decltype(&::name), static_cast<ULONG_PTR>(result), error, __COUNTER__>(#name)
 
-const TSeam Seams[] = {
-    SEAM(malloc, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(realloc, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(calloc, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CreateWindowExW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(RegisterClassExW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CreateFontIndirectW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CreateDIBSection, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(SetWindowsHookExW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(SetTimer, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CreateEventW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CreateMutexW, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CreateThread, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(TrySubmitThreadpoolCallback, 0, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(CoCreateInstance, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY),
-    SEAM(LoadLibraryW, 0, ERROR_MOD_NOT_FOUND),
-    SEAM(RegCreateKeyExA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
-    SEAM(RegOpenKeyExA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
-    SEAM(RegSetValueExA, ERROR_NO_SYSTEM_RESOURCES, ERROR_NO_SYSTEM_RESOURCES),
-    SEAM(RegDeleteValueA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
-    SEAM(RegQueryValueExA, ERROR_ACCESS_DENIED, ERROR_ACCESS_DENIED),
-    SEAM(CreateFileW, -1, ERROR_ACCESS_DENIED),
-    SEAM(ReadFile, 0, ERROR_READ_FAULT),
-    SEAM(WriteFile, 0, ERROR_DISK_FULL),
-    SEAM(FlushFileBuffers, 0, ERROR_DISK_FULL),
-    SEAM(SetFileInformationByHandle, 0, ERROR_INVALID_FUNCTION),
-    SEAM(CopyFileExW, 0, ERROR_DISK_FULL),
-    SEAM(CreateDirectoryExW, 0, ERROR_DISK_FULL),
-    SEAM(MoveFileExW, 0, ERROR_ACCESS_DENIED),
-    SEAM(DeleteFileW, 0, ERROR_SHARING_VIOLATION),
-    SEAM(RemoveDirectoryW, 0, ERROR_SHARING_VIOLATION),
-    SEAM(FindFirstFileW, -1, ERROR_ACCESS_DENIED),
-    SEAM(FindNextFileW, 0, ERROR_READ_FAULT),
-    SEAM(SetFileAttributesW, 0, ERROR_ACCESS_DENIED),
-    SEAM(SetCurrentDirectoryW, 0, ERROR_ACCESS_DENIED),
-};
+constexpr DWORD Memory = ERROR_NOT_ENOUGH_MEMORY, Denied = ERROR_ACCESS_DENIED,
+                Full = ERROR_DISK_FULL, InUse = ERROR_SHARING_VIOLATION, Unread = ERROR_READ_FAULT,
+                Scarce = ERROR_NO_SYSTEM_RESOURCES, Missing = ERROR_MOD_NOT_FOUND,
+                Invalid = ERROR_INVALID_FUNCTION;
+
+const std::vector<TSeam> Seams =
+    All(SEAM(malloc, 0, Memory), SEAM(realloc, 0, Memory), SEAM(calloc, 0, Memory),
+        SEAM(CreateWindowExW, 0, Memory), SEAM(RegisterClassExW, 0, Memory),
+        SEAM(CreateFontIndirectW, 0, Memory), SEAM(CreateDIBSection, 0, Memory),
+        SEAM(SetWindowsHookExW, 0, Memory), SEAM(SetTimer, 0, Memory),
+        SEAM(CreateEventW, 0, Memory), SEAM(CreateMutexW, 0, Memory), SEAM(CreateThread, 0, Memory),
+        SEAM(TrySubmitThreadpoolCallback, 0, Memory), SEAM(CoCreateInstance, E_OUTOFMEMORY, Memory),
+        SEAM(LoadLibraryW, 0, Missing), SEAM(RegCreateKeyExA, Denied, Denied),
+        SEAM(RegOpenKeyExA, Denied, Denied), SEAM(RegSetValueExA, Scarce, Scarce),
+        SEAM(RegDeleteValueA, Denied, Denied), SEAM(RegQueryValueExA, Denied, Denied),
+        SEAM(CreateFileW, -1, Denied), SEAM(ReadFile, 0, Unread), SEAM(WriteFile, 0, Full),
+        SEAM(FlushFileBuffers, 0, Full), SEAM(SetFileInformationByHandle, 0, Invalid),
+        SEAM(CopyFileExW, 0, Full), SEAM(CreateDirectoryExW, 0, Full), SEAM(MoveFileExW, 0, Denied),
+        SEAM(DeleteFileW, 0, InUse), SEAM(RemoveDirectoryW, 0, InUse),
+        SEAM(FindFirstFileW, -1, Denied), SEAM(FindNextFileW, 0, Unread),
+        SEAM(SetFileAttributesW, 0, Denied), SEAM(SetCurrentDirectoryW, 0, Denied));
 #undef SEAM
 
 /// In place of the shell's folder picker: the user chose this one.
@@ -121,10 +114,11 @@ std::wstring Chosen;
 LPITEMIDLIST WINAPI ChooseFolder(BROWSEINFOW*) { return ILCreateFromPathW(Chosen.c_str()); }
 
 const TSeam* SeamOf(const char* name) {
-  const auto* found = std::ranges::find_if(
-      Seams, [&](const TSeam& seam) { return std::string_view(seam.Name) == name; });
-  return found == std::end(Seams) ? nullptr : found;
+  const auto found = std::ranges::find(Seams, std::string_view(name), &TSeam::Name);
+  return found == Seams.end() ? nullptr : &*found;
 }
+
+const void* InPlaceOf(const char* name, const void* real);
 
 /// What is resolved by name goes through the seams as well.
 FARPROC WINAPI FindFunction(HMODULE module, LPCSTR name) {
@@ -132,34 +126,16 @@ FARPROC WINAPI FindFunction(HMODULE module, LPCSTR name) {
   if (!real || IS_INTRESOURCE(name)) return real;
   if (!std::strcmp(name, "SHBrowseForFolderW") && !Chosen.empty())
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&ChooseFolder));
-  const TSeam* seam = SeamOf(name);
-  if (!seam) return real;
-  *seam->Real = reinterpret_cast<void*>(real);
-  return reinterpret_cast<FARPROC>(seam->Hook);
+  const void* hook = InPlaceOf(name, reinterpret_cast<const void*>(real));
+  return hook ? reinterpret_cast<FARPROC>(const_cast<void*>(hook)) : real;
 }
 
-void PutSeamsInto(HMODULE module) {
-  auto* image = reinterpret_cast<char*>(module);
-  const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS32*>(
-      image + reinterpret_cast<const IMAGE_DOS_HEADER*>(image)->e_lfanew);
-  const auto& entry = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  for (const auto* library =
-           reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(image + entry.VirtualAddress);
-       library->Name; ++library) {
-    const auto* names = reinterpret_cast<const ULONG_PTR*>(image + library->OriginalFirstThunk);
-    auto* addresses = reinterpret_cast<void**>(image + library->FirstThunk);
-    for (; *names; ++names, ++addresses) {
-      if (IMAGE_SNAP_BY_ORDINAL32(*names)) continue;
-      const char* name = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(image + *names)->Name;
-      const TSeam* seam = SeamOf(name);
-      const bool finder = !std::strcmp(name, "GetProcAddress");
-      if (!seam && !finder) continue;
-      DWORD before = 0;
-      VirtualProtect(addresses, sizeof *addresses, PAGE_READWRITE, &before);
-      if (seam) *seam->Real = *addresses;
-      *addresses = seam ? seam->Hook : reinterpret_cast<void*>(&FindFunction);
-    }
-  }
+const void* InPlaceOf(const char* name, const void* real) {
+  if (!std::strcmp(name, "GetProcAddress")) return reinterpret_cast<const void*>(&FindFunction);
+  const TSeam* seam = SeamOf(name);
+  if (!seam) return nullptr;
+  *seam->Real = real;
+  return seam->Hook;
 }
 
 }  // namespace
@@ -181,38 +157,39 @@ class Faults : public TSituations {
     Library.reset();
     WaitUnloaded();
     Library.emplace();
-    PutSeamsInto(Library->Module);
+    RedirectImports(Library->Module, InPlaceOf);
     Library->VCLSetMainWindowHandle(Owner);
   }
 
   /// Does it with one call after the other failing, and looks at the outcome after each.
-  template <class TOutcome>
-  void Torture(const char* what, const std::function<void()>& prepare,
-               const std::function<TOutcome()>& act,
-               const std::function<void(const TOutcome&, bool struck)>& look) {
+  template <class TAct>
+  void Torture(const char* what, const std::function<void()>& prepare, const TAct& act,
+               const std::function<void(const std::invoke_result_t<TAct>&, bool struck)>& look) {
     const char* wanted = std::getenv("ZEF_FAULTS");
     const long most = wanted ? std::atol(wanted) : 1;
     for (const TSeam& seam : Seams)
       for (const bool sticks : {false, true}) {
-        prepare();
-        Arm(&seam, LONG_MAX, false);
-        const TOutcome whole = act();
-        const long calls = Disarm();
-        look(whole, false);
+        long calls = LONG_MAX;
+        const auto once = [&](long failing) {
+          prepare();
+          Arm(&seam, failing, sticks);
+          const auto outcome = act();
+          const long seen = Disarm();
+          TPilot::Patience = TPilot::Usual;
+          look(outcome, failing < calls);
+          return seen;
+        };
+        calls = once(calls);
         const long stride = std::max(1L, calls / most);
         for (long failing = calls ? FFirst++ % std::min(stride, calls) : 0; failing < calls;
              failing += stride) {
-          SCOPED_TRACE(Say(what, ", ", seam.Name, ' ', failing, " of ", calls,
-                           sticks ? " and all after" : ""));
+          const std::string place = Say(what, ", ", seam.Name, ' ', failing, " of ", calls,
+                                        sticks ? " and all after" : "");
+          SCOPED_TRACE(place);
           TWatchdog::Allow(100);
-          if (wanted) std::printf("%s, %s %ld of %ld\n", what, seam.Name, failing, calls);
-          prepare();
+          if (wanted) std::puts(place.c_str());
           TPilot::Patience = 500;
-          Arm(&seam, failing, sticks);
-          const TOutcome outcome = act();
-          Disarm();
-          TPilot::Patience = TPilot::Usual;
-          look(outcome, true);
+          once(failing);
           ++Done;
           if (HasFailure()) return;
         }
@@ -229,8 +206,12 @@ class Faults : public TSituations {
     return Fault.Seen;
   }
 
+  /// The list as the next opening finds it: names and paths.
   std::string StoredList();
-  void StoreList();
+  void StoreList() {
+    RegDeleteTreeW(HKEY_CURRENT_USER, TSavedSettings::Product);
+    Store({{"Comptes", Home}, {"Partis", Path("partis")}});
+  }
 
   long Done = 0;
 
@@ -240,26 +221,16 @@ class Faults : public TSituations {
 
 // ---- what the user must not lose ----
 
-/// The list as the next opening finds it: names and paths.
 std::string Faults::StoredList() {
   std::string list;
-  const TPilot pilot({{"TDlgDirSelect", [&](HWND form) {
-                         const HWND box = ControlOf(form, "ListRep");
-                         for (int i = 0; i < SendMessageW(box, LB_GETCOUNT, 0, 0); ++i) {
-                           wchar_t name[100] = {};
-                           SendMessageW(box, LB_GETTEXT, static_cast<WPARAM>(i),
-                                        reinterpret_cast<LPARAM>(name));
-                           SelectInList(form, "ListRep", i);
-                           list += Utf8(name) + '=' + TextOf(ControlOf(form, "EditRep")) + ' ';
+  const TPilot pilot({{"TDlgDirSelect", {[&](HWND form) {
+                         for (const auto& name : ItemsOf(ControlOf(form, "ListRep"))) {
+                           Selects("ListRep", name)(form);
+                           list += Say(name, '=', TextOf(ControlOf(form, "EditRep")), ' ');
                          }
-                       }}});
+                       }}}});
   Directories();
   return list;
-}
-
-void Faults::StoreList() {
-  RegDeleteTreeW(HKEY_CURRENT_USER, TSavedSettings::Product);
-  Store({{"Comptes", Home}, {"Partis", Path("partis")}});
 }
 
 TEST_F(Faults, LeaveTheListOfDirectoriesWholeWhateverWriteFails) {
@@ -267,28 +238,13 @@ TEST_F(Faults, LeaveTheListOfDirectoriesWholeWhateverWriteFails) {
   const std::string after = Say("Comptes=", Home, " Neuf=", Home, ' ');
   const auto change = [&] {
     std::string told;
-    const TPilot pilot({{"TDlgDirSelect",
-                         [](HWND form) {
-                           const auto at =
-                               SendMessageW(ControlOf(form, "ListRep"), LB_FINDSTRINGEXACT, 0,
-                                            reinterpret_cast<LPARAM>(L"Partis"));
-                           SelectInList(form, "ListRep", static_cast<int>(at));
-                           ClickLater(form, "BtnRename");
-                         }},
-                        {"TInputBox",
-                         [](HWND form) {
-                           SetWindowTextW(ControlOf(form, "Value"), L"Neuf");
-                           ClickLater(form, "ButtonOK");
-                         }},
-                        {"TDlgDirSelect",
-                         [&](HWND form) {
-                           SetWindowTextW(ControlOf(form, "EditRep"), Wide(Home).c_str());
-                           ClickLater(form, "ButtonOK");
-                         }},
-                        {"#32770", [&](HWND) { told = " told"; }}});
+    const TPilot pilot({{"TDlgDirSelect", {Selects("ListRep", "Partis"), Clicks("BtnRename")}},
+                        {"TInputBox", {Fills("Value", "Neuf"), Clicks("ButtonOK")}},
+                        {"TDlgDirSelect", {Fills("EditRep", Home), Clicks("ButtonOK")}},
+                        {"#32770", {[&](HWND) { told = " told"; }}}});
     return Directories() + told;
   };
-  Torture<std::string>(
+  Torture(
       "list", [&] { StoreList(); }, change,
       [&](const std::string& outcome, bool struck) {
         const std::string list = StoredList();
@@ -304,18 +260,17 @@ TEST_F(Faults, LeaveTheFileOldOrNewWhateverFailsOfADownload) {
   const auto fetch = [&] {
     ZefDialog dialog = nullptr;
     int status = ZEF_DOWNLOAD_NONE;
-    const auto command = [&](int number, const char* text = nullptr) {
-      Library->VCLCmdURL(dialog, static_cast<signed char>(number), text, &status);
-    };
     Library->VCLNewURL(nullptr, nullptr, &dialog);
-    command(ZEF_DOWNLOAD_SET_ADDRESS, Server->Address("/").c_str());
-    command(ZEF_DOWNLOAD_SET_FILE, file.c_str());
-    command(ZEF_DOWNLOAD_FETCH);
-    command(ZEF_DOWNLOAD_GET_STATUS);
-    command(ZEF_DOWNLOAD_DESTROY);
+    const auto command = [&](int number, const std::string& text = "") {
+      Library->VCLCmdURL(dialog, static_cast<signed char>(number), text.c_str(), &status);
+    };
+    command(ZEF_DOWNLOAD_SET_ADDRESS, Server->Address("/"));
+    command(ZEF_DOWNLOAD_SET_FILE, file);
+    for (const int each : {ZEF_DOWNLOAD_FETCH, ZEF_DOWNLOAD_GET_STATUS, ZEF_DOWNLOAD_DESTROY})
+      command(each);
     return status;
   };
-  Torture<int>(
+  Torture(
       "file", [&] { std::ofstream(file) << "old"; }, fetch,
       [&](int status, bool struck) {
         const bool received = status == ZEF_DOWNLOAD_RECEIVED;
@@ -343,15 +298,11 @@ TEST_F(Faults, LeaveAMovedDirectoryWholeInOnePlace) {
     StoreList();
   };
   const auto move = [&] {
-    const TPilot pilot({{"TDlgDirSelect",
-                         [](HWND form) {
-                           SelectInList(form, "ListRep", 0);
-                           ClickLater(form, "BtnMove");
-                         }},
+    const TPilot pilot({{"TDlgDirSelect", {Selects("ListRep", "Comptes"), Clicks("BtnMove")}},
                         {"TDlgDirSelect", {}}});
     return Directories();
   };
-  Torture<std::string>("move", prepare, move, [&](const std::string&, bool struck) {
+  Torture("move", prepare, move, [&](const std::string&, bool struck) {
     // The next opening finishes or undoes it.
     const std::string list = StoredList();
     const bool moved = list.starts_with("Comptes=D:");
@@ -364,18 +315,18 @@ TEST_F(Faults, LeaveAMovedDirectoryWholeInOnePlace) {
 TEST_F(Faults, RefuseADialogAndLeaveNothing) {
   if (!std::getenv("ZEF_FAULTS")) GTEST_SKIP() << "not clean yet; ZEF_FAULTS asks for it";
   for (const TSituation& situation : Situations) {
-    Torture<std::string>(
+    Torture(
         situation.Name, [] {}, [&] { return Run(situation); },
         [&](const std::string& outcome, bool) {
           ExpectNothingLeft();
-          if (!situation.Modal) return;
+          if (!situation.Modal()) return;
           // The texts that the filter is given may be those that fail.
           const bool filter = std::string_view(situation.Name) == "filter";
           EXPECT_EQ(outcome.substr(0, filter ? 1 : outcome.size()),
                     std::string(situation.Cancelled).substr(0, filter ? 1 : std::string::npos));
         });
     // The same objects still serve.
-    EXPECT_TRUE(!situation.Modal || Run(situation) == situation.Cancelled) << situation.Name;
+    EXPECT_TRUE(!situation.Modal() || Run(situation) == situation.Cancelled) << situation.Name;
     if (HasFailure()) break;
   }
 }

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "outside/host_strings.h"
+#include "outside/imports.h"
 #include "outside/outside_test.h"
 
 namespace {
@@ -34,35 +35,20 @@ FARPROC WINAPI FindTheFake(HMODULE module, const char* name) {
   return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&RecordHtmlHelp));
 }
 
-/// Has a function in the place of one that a module imports.
-void Redirect(HMODULE module, const char* name, const void* function) {
-  auto* image = reinterpret_cast<char*>(module);
-  const auto* headers = reinterpret_cast<IMAGE_NT_HEADERS*>(
-      image + reinterpret_cast<IMAGE_DOS_HEADER*>(image)->e_lfanew);
-  const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  for (auto* from = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(image + table.VirtualAddress);
-       from->Name; ++from) {
-    const auto* names = reinterpret_cast<DWORD*>(image + from->OriginalFirstThunk);
-    auto* addresses = reinterpret_cast<const void**>(image + from->FirstThunk);
-    for (; *names; ++names, ++addresses) {
-      if (*names & IMAGE_ORDINAL_FLAG || std::strcmp(image + *names + 2, name) != 0) continue;
-      DWORD before;
-      VirtualProtect(addresses, sizeof *addresses, PAGE_READWRITE, &before);
-      *addresses = function;
-      VirtualProtect(addresses, sizeof *addresses, before, &before);
-      return;
-    }
-  }
-  ADD_FAILURE() << name << " is not imported";
-}
-
 using HtmlHelp = TOutsideTest;
 
 TEST_F(HtmlHelp, OpensCompiledFilesOnly) {
   constexpr UINT DisplayTopic = 0;
   constexpr UINT HelpContext = 15;
-  Redirect(Library->Module, "LoadLibraryW", reinterpret_cast<const void*>(&LoadTheFake));
-  Redirect(Library->Module, "GetProcAddress", reinterpret_cast<const void*>(&FindTheFake));
+  int redirected = 0;
+  RedirectImports(Library->Module, [&](std::string_view name, const void*) -> const void* {
+    const bool loads = name == "LoadLibraryW";
+    if (!loads && name != "GetProcAddress") return nullptr;
+    ++redirected;
+    return loads ? reinterpret_cast<const void*>(&LoadTheFake)
+                 : reinterpret_cast<const void*>(&FindTheFake);
+  });
+  ASSERT_EQ(redirected, 2);
   wchar_t system[MAX_PATH];
   GetSystemDirectoryW(system, MAX_PATH);
   HWND window = nullptr;

@@ -31,15 +31,8 @@ class Interruptions : public TSituations {
   }
   void Disturb();
   void CallEverything();
-  void EndSession() {
-    Broadcast(WM_QUERYENDSESSION, 0, 0, TRUE);
-    Broadcast(WM_ENDSESSION, TRUE, 0);
-  }
-  void ChangeDisplay();
-  void ChangeTheme() {
-    for (const UINT message : {WM_THEMECHANGED, WM_SYSCOLORCHANGE, WM_SETTINGCHANGE, WM_FONTCHANGE})
-      Broadcast(message, 0, 0);
-  }
+  void Tell(UINT message, WPARAM wParam = 0, LPARAM lParam = 0, LRESULT least = 0);
+  void ChangeDpi(int dpi);
 
  private:
   /// Nulls, but for the handle of a dialog, which somebody has to give back.
@@ -53,12 +46,6 @@ class Interruptions : public TSituations {
     FMade = nullptr;
     function(Least<TArguments>()...);
     Library->VCLFreeNonModalDialog(FMade);
-  }
-  static void Broadcast(UINT message, WPARAM wParam, LPARAM lParam, LRESULT least = 0) {
-    for (const HWND top : TopWindows(GetCurrentProcessId())) {
-      EXPECT_GE(SendMessageW(top, message, wParam, lParam), least) << ClassOf(top);
-      for (const HWND child : Descendants(top)) SendMessageW(child, message, wParam, lParam);
-    }
   }
 
   ZefDialog FMade = nullptr;
@@ -75,54 +62,59 @@ const std::vector<Interruptions::TInterruption> Interruptions::All{
 };
 
 void Interruptions::CallEverything() {
-  static const std::set<std::string_view> Others{"VCLFree", "VCLSetMainWindowHandle"};
   TPilot::KeepOld();
-#define ZEF_CALL(result, name, parameters) \
-  if (!Others.contains(#name)) CallWithLeast(Library->name);
+#define ZEF_CALL(result, name, parameters)                                                         \
+  if (#name != std::string_view("VCLFree") && #name != std::string_view("VCLSetMainWindowHandle")) \
+    CallWithLeast(Library->name);
   ZEFEXT_FUNCTIONS(ZEF_CALL)
 #undef ZEF_CALL
   for (const TSituation& other : Situations)
-    if (other.Modal && other.Steps.empty()) {
+    if (other.Modal() && other.Steps.empty()) {
       EXPECT_EQ((this->*other.Call)(), other.Cancelled);
     }
   TPilot::LeaveAll();
 }
 
-void Interruptions::ChangeDisplay() {
-  constexpr UINT BeforeParent = 0x02E2;
-  constexpr UINT AfterParent = 0x02E3;
-  Broadcast(WM_DISPLAYCHANGE, 32, MAKELPARAM(640, 480));
-  for (const int dpi : {144, 96}) {
-    for (const HWND top : TopWindows(GetCurrentProcessId())) {
-      RECT bounds = BoundsOf(top);
-      SendMessageW(top, WM_DPICHANGED, static_cast<WPARAM>(MAKELONG(dpi, dpi)),
-                   reinterpret_cast<LPARAM>(&bounds));
-      for (const HWND child : Descendants(top))
-        for (const UINT message : {BeforeParent, AfterParent}) SendMessageW(child, message, 0, 0);
-    }
+/// Every window; the form stays.
+void Interruptions::Tell(UINT message, WPARAM wParam, LPARAM lParam, LRESULT least) {
+  for (const HWND top : TopWindows(GetCurrentProcessId())) {
+    EXPECT_GE(SendMessageW(top, message, wParam, lParam), least) << ClassOf(top);
+    for (const HWND child : Descendants(top)) SendMessageW(child, message, wParam, lParam);
+  }
+  EXPECT_TRUE(IsWindowVisible(FForm)) << message << WindowTree(GetCurrentProcessId());
+}
+
+void Interruptions::ChangeDpi(int dpi) {
+  constexpr UINT BeforeParent = 0x02E2, AfterParent = 0x02E3;
+  for (const HWND top : TopWindows(GetCurrentProcessId())) {
+    RECT bounds = BoundsOf(top);
+    SendMessageW(top, WM_DPICHANGED, static_cast<WPARAM>(MAKELONG(dpi, dpi)),
+                 reinterpret_cast<LPARAM>(&bounds));
+    for (const HWND child : Descendants(top))
+      for (const UINT message : {BeforeParent, AfterParent}) SendMessageW(child, message, 0, 0);
   }
 }
 
 void Interruptions::Disturb() {
-  const struct {
-    const char* Name;
-    void (Interruptions::*Happen)();
-  } all[] = {{"every export", &Interruptions::CallEverything},
-             {"session end", &Interruptions::EndSession},
-             {"display", &Interruptions::ChangeDisplay},
-             {"theme", &Interruptions::ChangeTheme}};
-  for (const auto& each : all) {
-    SCOPED_TRACE(each.Name);
-    (this->*each.Happen)();
-    EXPECT_TRUE(IsWindowVisible(FForm)) << WindowTree(GetCurrentProcessId());
+  CallEverything();
+  Tell(WM_NULL);
+  Tell(WM_QUERYENDSESSION, 0, 0, TRUE);
+  Tell(WM_ENDSESSION, TRUE);
+  Tell(WM_DISPLAYCHANGE, 32, MAKELPARAM(640, 480));
+  for (const UINT message : {WM_THEMECHANGED, WM_SYSCOLORCHANGE, WM_SETTINGCHANGE, WM_FONTCHANGE})
+    Tell(message);
+  for (const int dpi : {144, 96}) {
+    ChangeDpi(dpi);
+    Tell(WM_NULL);
   }
 }
 
 void Interruptions::Interrupt(const TSituation& situation, const TInterruption& interruption) {
   SCOPED_TRACE(Say(situation.Name, ", ", interruption.Name));
   const bool ends =
-      situation.Modal && (interruption.Effect == TEffect::EndsModals ||
-                          (interruption.Effect == TEffect::EndsSingletons && situation.Singleton));
+      situation.Modal() &&
+      (interruption.Effect == TEffect::EndsModals ||
+       (interruption.Effect == TEffect::EndsSingletons && situation.Kind == TKind::Singleton));
   std::string outcome;
   const bool cut = THostHandler::CutsOff([&] {
     outcome = Run(situation, [&](HWND form) {
@@ -132,7 +124,7 @@ void Interruptions::Interrupt(const TSituation& situation, const TInterruption& 
     });
   });
   EXPECT_EQ(cut, interruption.Effect == TEffect::CutsOff);
-  if (situation.Modal && !cut) {
+  if (situation.Modal() && !cut) {
     EXPECT_EQ(outcome, situation.Cancelled);
   }
   MSG message{};
@@ -151,7 +143,7 @@ TEST_F(Interruptions, EndOrLeaveEveryDialogAndNothingBehind) {
   for (const TSituation& situation : Situations)
     for (const TInterruption& interruption : All) {
       // The call of the others is over, and their host's loop is its own.
-      if (situation.Modal || interruption.Effect != TEffect::CutsOff)
+      if (situation.Modal() || interruption.Effect != TEffect::CutsOff)
         Interrupt(situation, interruption);
     }
 }

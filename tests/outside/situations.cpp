@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "outside/watchdog.h"
+#include "user/items.h"
 #include "user/say.h"
 
 namespace {
@@ -20,12 +21,6 @@ bool MayBeLeft(HWND window) {
   return name == "#32770" || name.starts_with("TDlg") || name == "TInputBox";
 }
 
-void SelectRow(HWND form, const char* name, int index) {
-  LVITEMW item{};
-  item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-  SendMessageW(ControlOf(form, name), LVM_SETITEMSTATE, static_cast<WPARAM>(index),
-               reinterpret_cast<LPARAM>(&item));
-}
 }  // namespace
 
 // ---- the pilot ----
@@ -83,8 +78,7 @@ void CALLBACK TPilot::Tick(HWND, UINT, UINT_PTR timer, DWORD) {
     if (self->FLeaves) self->Leave();
   } else if (const HWND form = Find(self->FSteps[self->FNext].Form)) {
     self->FDeadline = GetTickCount64() + static_cast<ULONGLONG>(Patience);
-    const TStep& step = self->FSteps[self->FNext++];
-    if (step.Act) step.Act(form);
+    for (const TAct& act : self->FSteps[self->FNext++].Acts) act(form);
   }
 }
 
@@ -104,19 +98,30 @@ HWND ControlOf(HWND form, const char* name) {
   return nullptr;
 }
 
-static void Notify(HWND form, const char* name, WORD code) {
-  const HWND control = ControlOf(form, name);
-  SendMessageW(form, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), code),
-               reinterpret_cast<LPARAM>(control));
+TPilot::TAct Selects(const char* list, const std::string& item) {
+  return [=](HWND form) {
+    const HWND control = ControlOf(form, list);
+    SendMessageW(control, LB_SETCURSEL, static_cast<WPARAM>(IndexOfItem(control, item)), 0);
+    SendMessageW(form, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), LBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(control));
+  };
 }
 
-void SelectInList(HWND form, const char* name, int index) {
-  SendMessageW(ControlOf(form, name), LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-  Notify(form, name, LBN_SELCHANGE);
+TPilot::TAct SelectsRow(const char* listView, int index) {
+  return [=](HWND form) {
+    LVITEMW item{};
+    item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    SendMessageW(ControlOf(form, listView), LVM_SETITEMSTATE, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(&item));
+  };
 }
 
-void ClickLater(HWND form, const char* name) {
-  PostMessageW(ControlOf(form, name), BM_CLICK, 0, 0);
+TPilot::TAct Fills(const char* edit, const std::string& text) {
+  return [=](HWND form) { SetWindowTextW(ControlOf(form, edit), Wide(text).c_str()); };
+}
+
+TPilot::TAct Clicks(const char* button) {
+  return [=](HWND form) { PostMessageW(ControlOf(form, button), BM_CLICK, 0, 0); };
 }
 
 // ---- the calls ----
@@ -130,17 +135,14 @@ std::string TSituations::Assistant() {
   return Say(result, ' ', cursor);
 }
 
-std::string TSituations::Picker() {
+static std::string Given(const auto& box, const char* text) {
   const char* result = nullptr;
-  Library->VCLSyntaxConstHelpBox("Gras", &result);
+  box(text, &result);
   return result;
 }
 
-std::string TSituations::Editor() {
-  const char* result = nullptr;
-  Library->VCLSyntaxTypesBox("c=Cpt,d=Cpt", &result);
-  return result;
-}
+std::string TSituations::Picker() { return Given(Library->VCLSyntaxConstHelpBox, "Gras"); }
+std::string TSituations::Editor() { return Given(Library->VCLSyntaxTypesBox, "c=Cpt,d=Cpt"); }
 
 std::string TSituations::Directories() {
   unsigned char cancelled = 9;
@@ -202,75 +204,49 @@ std::string TSituations::Download() {
 
 // ---- the moments ----
 
-const std::vector<TSituations::TSituation> TSituations::Situations{
-    {"base", &TSituations::Base, "0", {}, "TDlgBase", false},
-    {"assistant", &TSituations::Assistant, "c.Ajouter 1, 2 3", {}, "TDlgSyntax"},
-    {"assistant, its list open",
-     &TSituations::Assistant,
-     "c.Ajouter 1, 2 3",
-     {{"TDlgSyntax",
-       [](HWND form) {
-         const HWND box = ControlOf(form, "BoxMethod");
-         SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
-         SendMessageW(box, CB_SETCURSEL, 1, 0);
-       }}},
-     "TDlgSyntax"},
-    {"picker over the assistant",
-     &TSituations::Assistant,
-     "c.Ajouter 1, 2 3",
-     {{"TDlgSyntax",
-       [](HWND form) {
-         SelectRow(form, "ListParam", 1);
-         ClickLater(form, "ButValue");
-       }}},
-     "TDlgSyntaxConst"},
-    {"assistant over the assistant",
-     &TSituations::Assistant,
-     "c.Ajouter 1, 2 3",
-     {{"TDlgSyntax",
-       [](HWND form) {
-         SelectRow(form, "ListParam", 0);
-         ClickLater(form, "ButRecall");
-       }},
-      {"TDlgSyntax", [](HWND form) { SetWindowTextW(ControlOf(form, "EditLigne"), L"ZEF.F"); }}},
-     "TDlgSyntax"},
-    {"picker", &TSituations::Picker, "Gras", {}, "TDlgSyntaxConst"},
-    {"editor",
-     &TSituations::Editor,
-     "c=Cpt,d=Cpt",
-     {{"TDlgSyntaxTypes",
-       [](HWND form) {
-         SetWindowTextW(ControlOf(form, "EditNew"), L"x");
-         ClickLater(form, "BtnAdd");
-       }}},
-     "TDlgSyntaxTypes"},
-    {"directories", &TSituations::Directories, "01", {}, "TDlgDirSelect"},
-    {"name box",
-     &TSituations::Directories,
-     "01",
-     {{"TDlgDirSelect", [](HWND form) { ClickLater(form, "BtnAdd"); }}},
-     "TInputBox"},
-    {"confirmation",
-     &TSituations::Directories,
-     "01",
-     {{"TDlgDirSelect",
-       [](HWND form) {
-         SelectInList(form, "ListRep", 0);
-         ClickLater(form, "BtnDel");
-       }}},
-     "#32770"},
-    {"folder picker",
-     &TSituations::Directories,
-     "01",
-     {{"TDlgDirSelect", [](HWND form) { ClickLater(form, "BtnBrowse"); }}},
-     "#32770"},
-    {"filter", &TSituations::Filter, "0Virement", {}, "TDlgSelectTypOp"},
-    {"offer", &TSituations::Offer, "0", {}, "TDlgAskDwld", false},
-    {"modeless", &TSituations::Modeless, "0", {}, "TDlgBase", false, false},
-    {"view", &TSituations::View, "0", {}, "TExampleView", false, false},
-    {"traces", &TSituations::Traces, "", {}, "TDlgDebug", false, false},
-    {"download", &TSituations::Download, "1", {}, "TDlgDwnld", false, false},
-};
+static void OpensMethods(HWND form) {
+  const HWND box = ControlOf(form, "BoxMethod");
+  SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
+  SendMessageW(box, CB_SETCURSEL, 1, 0);
+}
+
+const std::vector<TSituations::TSituation> TSituations::Situations = [] {
+  const TCall assistant{&TSituations::Assistant, "c.Ajouter 1, 2 3"};
+  const TCall directories{&TSituations::Directories, "01"};
+  const auto modeless = TKind::Modeless;
+  return std::vector<TSituation>{
+      {{&TSituations::Base, "0", TKind::Modal}, "base", "TDlgBase"},
+      {assistant, "assistant", "TDlgSyntax"},
+      {assistant, "its list open", "TDlgSyntax", {{"TDlgSyntax", {OpensMethods}}}},
+      {assistant,
+       "picker over it",
+       "TDlgSyntaxConst",
+       {{"TDlgSyntax", {SelectsRow("ListParam", 1), Clicks("ButValue")}}}},
+      {assistant,
+       "assistant over it",
+       "TDlgSyntax",
+       {{"TDlgSyntax", {SelectsRow("ListParam", 0), Clicks("ButRecall")}},
+        {"TDlgSyntax", {Fills("EditLigne", "ZEF.F")}}}},
+      {{&TSituations::Picker, "Gras"}, "picker", "TDlgSyntaxConst"},
+      {{&TSituations::Editor, "c=Cpt,d=Cpt"},
+       "editor",
+       "TDlgSyntaxTypes",
+       {{"TDlgSyntaxTypes", {Fills("EditNew", "x"), Clicks("BtnAdd")}}}},
+      {directories, "directories", "TDlgDirSelect"},
+      {directories, "name box", "TInputBox", {{"TDlgDirSelect", {Clicks("BtnAdd")}}}},
+      {directories,
+       "confirmation",
+       "#32770",
+       {{"TDlgDirSelect", {Selects("ListRep", "Comptes"), Clicks("BtnDel")}}}},
+      {directories, "folder picker", "#32770", {{"TDlgDirSelect", {Clicks("BtnBrowse")}}}},
+      {{&TSituations::Filter, "0Virement"}, "filter", "TDlgSelectTypOp"},
+      {{&TSituations::Offer, "0", TKind::Modal}, "offer", "TDlgAskDwld"},
+      {{&TSituations::Modeless, "0", modeless}, "modeless", "TDlgBase"},
+      {{&TSituations::View, "0", modeless}, "view", "TExampleView"},
+      {{&TSituations::Traces, "", modeless}, "traces", "TDlgDebug"},
+      {{&TSituations::Download, "1", modeless}, "download", "TDlgDwnld"},
+  };
+}();
 
 void TSituations::SetUp() {
   TDirectoriesTest::SetUp();
@@ -300,9 +276,10 @@ void TSituations::NewOwner() {
   Library->VCLSetMainWindowHandle(Owner);
 }
 
-std::string TSituations::Run(const TSituation& situation, std::function<void(HWND)> last) {
+std::string TSituations::Run(const TSituation& situation, const TPilot::TAct& last) {
   auto steps = situation.Steps;
-  steps.push_back({situation.Top, std::move(last)});
+  steps.push_back({situation.Top, {}});
+  if (last) steps.back().Acts.push_back(last);
   const TPilot pilot(std::move(steps));
   return (this->*situation.Call)();
 }

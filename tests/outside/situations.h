@@ -16,9 +16,10 @@
 /// class, is shown and takes input; when all are done, whatever dialog is there is left by Cancel.
 class TPilot {
  public:
+  using TAct = std::function<void(HWND form)>;
   struct TStep {
     const char* Form;
-    std::function<void(HWND form)> Act;
+    std::vector<TAct> Acts;
   };
 
   explicit TPilot(std::vector<TStep> steps);
@@ -61,45 +62,46 @@ class TPilot {
 };
 
 HWND ControlOf(HWND form, const char* name);
-void SelectInList(HWND form, const char* name, int index);
+TPilot::TAct Selects(const char* list, const std::string& item);
+TPilot::TAct SelectsRow(const char* listView, int index);
+TPilot::TAct Fills(const char* edit, const std::string& text);
 /// By its own loop, not from here: it may open another dialog.
-void ClickLater(HWND form, const char* name);
+TPilot::TAct Clicks(const char* button);
 
 /// Each window of the library in a moment of its life, opened through its export.
 class TSituations : public TDirectoriesTest {
  protected:
-  struct TSituation {
-    const char* Name;
+  enum class TKind {
+    Singleton,  ///< a modal dialog that VCLFree ends
+    Modal,
+    Modeless,
+  };
+  struct TCall {
     std::string (TSituations::*Call)();  ///< what the export gave
     const char* Cancelled;               ///< what it gives when it is left so
-    std::vector<TPilot::TStep> Steps;    ///< to the moment
-    const char* Top;                     ///< the class of the topmost window then
-    bool Singleton = true;               ///< a modal dialog that VCLFree ends
-    bool Modal = true;
+    TKind Kind = TKind::Singleton;
+
+    bool Modal() const { return Kind != TKind::Modeless; }
+  };
+  struct TSituation : TCall {
+    const char* Name;
+    const char* Top;                        ///< the class of the topmost window at that moment
+    std::vector<TPilot::TStep> Steps = {};  ///< to the moment
   };
   static const std::vector<TSituation> Situations;
 
   void SetUp() override;
   void TearDown() override;
   /// Opens it and comes back when the call has ended.
-  std::string Run(const TSituation& situation, std::function<void(HWND)> last = {});
+  std::string Run(const TSituation& situation, const TPilot::TAct& last = {});
   /// No window is left on screen or disabled, no call counts as going on.
   void ExpectNothingLeft();
   void NewOwner();
   /// A new server; this one answers nothing.
   virtual void Listen();
 
-  std::string Base();
-  std::string Assistant();
-  std::string Picker();
-  std::string Editor();
-  std::string Directories();
-  std::string Filter();
-  std::string Offer();
-  std::string Modeless();
-  std::string View();
-  std::string Traces();
-  std::string Download();
+  std::string Base(), Assistant(), Picker(), Editor(), Directories(), Filter(), Offer();
+  std::string Modeless(), View(), Traces(), Download();
 
   HWND Owner = nullptr;  ///< the main window that the library knows
   std::string Home;
