@@ -214,8 +214,11 @@ TXmlEncoding XmlEncodingOf(std::string_view bytes) {
 
 TXmlText PrepareXmlText(std::u16string& text) {
   if (!NormalizeCharacters(text)) return TXmlText::Broken;
-  if (const auto named = NamedEncoding(std::u16string_view(text)))
+  if (const auto named = NamedEncoding(std::u16string_view(text))) {
+    // Else a quote that is not closed might take the document along.
+    if (named->Name.find_first_of(u"<>?") != std::u16string_view::npos) return TXmlText::Broken;
     Blank(text, named->Start, named->End);
+  }
   TTextScan scan(text);
   for (bool mayHaveType = true;;) {
     scan.SkipBlanks();

@@ -57,7 +57,9 @@ const bool xml = Target("xml", [](TInput input) {
   if (PrepareXmlText(text) != TXmlText::Ready) return;
   Check(text.find(u'\r') == std::u16string::npos);
   std::u16string again = text;
-  Check(PrepareXmlText(again) == TXmlText::Ready && again.size() == text.size());
+  // A second name of an encoding, which no reader takes, may be found broken then.
+  const TXmlText outcome = PrepareXmlText(again);
+  Check(outcome == TXmlText::Broken || (outcome == TXmlText::Ready && again.size() == text.size()));
 });
 
 }  // namespace

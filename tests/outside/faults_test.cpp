@@ -313,8 +313,8 @@ TEST_F(Faults, LeaveAMovedDirectoryWholeInOnePlace) {
 }
 
 TEST_F(Faults, RefuseADialogAndLeaveNothing) {
-  if (!std::getenv("ZEF_FAULTS")) GTEST_SKIP() << "not clean yet; ZEF_FAULTS asks for it";
   for (const TSituation& situation : Situations) {
+    if (!std::getenv("ZEF_FAULTS") && !situation.Steps.empty()) continue;
     Torture(
         situation.Name, [] {}, [&] { return Run(situation); },
         [&](const std::string& outcome, bool) {
