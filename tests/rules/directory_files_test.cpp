@@ -89,9 +89,7 @@ class TFakeFiles : public TDirectoryFiles {
   std::map<std::string, TFiles> Directories = {
       {"c:\\", {}}, {"c:\\zef", {"1", "2"}}, {"c:\\zef\\2026", {}}, {"d:\\", {}}, {"d:\\data", {}}};
   std::string Here = "c:\\";
-  bool Stuck = false;
-  bool CopyFails = false;
-  bool Busy = false;
+  bool Stuck = false, CopyFails = false, Busy = false;
   int DieAt = -1;
 
  private:
@@ -116,15 +114,16 @@ TEST(DirectoryFiles, PathsOfMoves) {
   EXPECT_EQ(MovedPath("c:\\a\\b\\", "d:\\data"), "d:\\data\\b");
   EXPECT_EQ(MovedPath("c:\\a", "d:\\"), "d:\\a");
   EXPECT_EQ(MovedPath("relatif", "d:\\data"), "d:\\data\\relatif");
-  const struct {
-    const char *Path, *Directory;
-    bool Inside;
-  } cases[] = {{"c:\\a", "c:\\a", true},    {"C:\\A\\b", "c:\\a", true},
-               {"c:\\ab", "c:\\a", false},  {"c:\\a\\b", "c:\\a\\", true},
-               {"c:\\", "c:\\a", false},    {"c:\\x", "c:\\", true},
-               {"d:\\a\\b", "c:\\a", false}};
-  for (const auto& c : cases)
-    EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Inside) << c.Path << " in " << c.Directory;
+  const std::pair<const char*, const char*> inside[] = {{"c:\\a", "c:\\a"},
+                                                        {"C:\\A\\b", "c:\\a"},
+                                                        {"c:\\a\\b", "c:\\a\\"},
+                                                        {"c:\\x", "c:\\"}},
+                                            outside[] = {{"c:\\ab", "c:\\a"},
+                                                         {"c:\\", "c:\\a"},
+                                                         {"d:\\a\\b", "c:\\a"}};
+  for (const auto& [path, directory] : inside) EXPECT_TRUE(IsOrLiesInside(path, directory)) << path;
+  for (const auto& [path, directory] : outside)
+    EXPECT_FALSE(IsOrLiesInside(path, directory)) << path;
 }
 
 TEST(DirectoryFiles, OpeningAndEntering) {
@@ -142,115 +141,102 @@ TEST(DirectoryFiles, OpeningAndEntering) {
 }
 
 TEST(DirectoryFiles, MovesAndRefusals) {
-  using TTrouble = void (*)(TFakeFiles&, TMemoryStore&);
-  const TTrouble none = [](TFakeFiles&, TMemoryStore&) {};
+  enum { None, Stuck, HalfACopy, OthersMove, OthersSave, NothingNoted };
   const struct {
-    const char *What, *Directory, *Folder, *Current;
+    const char *Directory, *Folder, *Current;
     const char* Moved;  ///< null: refused
     const char* CurrentAfter;
-    TTrouble Trouble;
+    int Trouble = None;
+    const char* Exists = "c:\\";
   } cases[] = {
-      {"to a volume", "c:\\zef", "d:\\data", "d:\\", "d:\\data\\zef", "d:\\", none},
-      {"end slash", "c:\\zef\\", "d:\\data\\", "d:\\", "d:\\data\\zef", "d:\\", none},
-      {"renamed", "d:\\data", "d:\\x", "c:\\", "d:\\x\\data", "c:\\",
-       [](auto& files, auto&) { files.Directories["d:\\x"]; }},
-      {"active", "c:\\zef", "d:\\data", "c:\\zef", "d:\\data\\zef", "d:\\data\\zef", none},
-      {"other case", "C:\\ZEF", "d:\\data", "c:\\zef", "d:\\data\\ZEF", "d:\\data\\ZEF", none},
-      {"inside it", "c:\\zef", "d:\\data", "c:\\zef\\2026", "d:\\data\\zef", "d:\\data\\zef\\2026",
-       none},
-      {"stuck", "c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef",
-       [](auto& files, auto&) { files.Stuck = true; }},
-      {"half a copy", "c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\",
-       [](auto& files, auto&) { files.CopyFails = true; }},
-      {"another moves", "c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\",
-       [](auto& files, auto&) { files.Busy = true; }},
-      {"another saves", "c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef",
-       [](auto&, auto& store) { store.Busy = true; }},
-      {"another saves, renamed", "c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef",
-       [](auto& files, auto& store) {
-         files.Directories["c:\\x"];
-         store.Busy = true;
-       }},
-      {"nothing can be noted", "c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\",
-       [](auto&, auto& store) { store.FailAt = 0; }},
-      {"target exists", "c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef",
-       [](auto& files, auto&) { files.Directories["d:\\data\\zef"]; }},
-      {"into its own parent", "c:\\zef", "c:\\", "c:\\zef", nullptr, "c:\\zef", none},
-      {"into itself", "c:\\zef", "c:\\zef", "c:\\zef", nullptr, "c:\\zef", none},
-      {"inside itself", "c:\\zef", "C:\\Zef\\sub", "c:\\", nullptr, "c:\\", none},
-      {"gone", "e:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", none},
-      {"none", "", "d:\\data", "c:\\", nullptr, "c:\\", none},
+      {"c:\\zef", "d:\\data", "d:\\", "d:\\data\\zef", "d:\\"},
+      {"c:\\zef\\", "d:\\data\\", "d:\\", "d:\\data\\zef", "d:\\"},
+      {"d:\\data", "d:\\x", "c:\\", "d:\\x\\data", "c:\\", None, "d:\\x"},
+      {"c:\\zef", "d:\\data", "c:\\zef", "d:\\data\\zef", "d:\\data\\zef"},
+      {"C:\\ZEF", "d:\\data", "c:\\zef", "d:\\data\\ZEF", "d:\\data\\ZEF"},
+      {"c:\\zef", "d:\\data", "c:\\zef\\2026", "d:\\data\\zef", "d:\\data\\zef\\2026"},
+      {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", Stuck},
+      {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", HalfACopy},
+      {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", OthersMove},
+      {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", OthersSave},
+      {"c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef", OthersSave, "c:\\x"},
+      {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", NothingNoted},
+      {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", None, "d:\\data\\zef"},
+      {"c:\\zef", "c:\\", "c:\\zef", nullptr, "c:\\zef"},
+      {"c:\\zef", "c:\\zef", "c:\\zef", nullptr, "c:\\zef"},
+      {"c:\\zef", "C:\\Zef\\sub", "c:\\", nullptr, "c:\\"},
+      {"e:\\zef", "d:\\data", "c:\\", nullptr, "c:\\"},
+      {"", "d:\\data", "c:\\", nullptr, "c:\\"},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
     TFakeFiles files;
     files.Here = c.Current;
+    files.Stuck = c.Trouble == Stuck;
+    files.CopyFails = c.Trouble == HalfACopy;
+    files.Busy = c.Trouble == OthersMove;
+    files.Directories[c.Exists];
     TListOfOne store(c.Directory);
-    c.Trouble(files, store);
+    store.Busy = c.Trouble == OthersSave;
+    if (c.Trouble == NothingNoted) store.FailAt = 0;
     const auto before = files.Directories;
     const auto moved = MoveDirectoryInto(files, store, c.Directory, c.Folder);
-    EXPECT_EQ(files.Here, c.CurrentAfter) << c.What;
-    EXPECT_EQ(store.Read("DirAliasPath0"), c.Moved ? c.Moved : c.Directory) << c.What;
-    EXPECT_EQ(store.Read("DirAliasMove"), "") << c.What;
-    EXPECT_EQ(moved.value_or("refused"), c.Moved ? c.Moved : "refused") << c.What;
-    EXPECT_TRUE(c.Moved || files.Directories == before) << c.What;
-    for (const auto& [name, held] : files.Directories)
-      EXPECT_EQ(name.find(".mark"), std::string::npos) << c.What << name;
+    EXPECT_EQ(files.Here, c.CurrentAfter);
+    EXPECT_EQ(store.Read("DirAliasPath0"), c.Moved ? c.Moved : c.Directory);
+    EXPECT_EQ(store.Read("DirAliasMove"), "");
+    EXPECT_EQ(moved.value_or("refused"), c.Moved ? c.Moved : "refused");
+    EXPECT_TRUE(c.Moved || files.Directories == before);
+    for (const auto& each : files.Directories)
+      EXPECT_EQ(each.first.find(".mark"), std::string::npos);
   }
 }
 
 /// Dies at one step of the move and at one of the next opening, then goes on.
 void DieTwice(const std::string& folder, int moveStep, int settleStep, bool& died,
               bool& diedAgain) {
+  SCOPED_TRACE(std::to_string(moveStep) + " " + std::to_string(settleStep));
   TFakeFiles files;
   files.Directories["c:\\x"];
-  files.DieAt = moveStep;
   TListOfOne store("c:\\zef");
   store.Changed = [&] { files.Step(); };
-  const auto stored = [&] { return store.Read("DirAliasPath0"); };
   const auto whole = [&](const std::string& path) {
     return files.DirectoryExists(path) && files.Directories[*files.Find(path)] == kWhole;
   };
-  const bool copies = folder[0] != 'c';
-  const auto attempt = [](bool& dead, auto&& action) {
+  const auto stored = [&] { return store.Read("DirAliasPath0"); };
+  const auto dies = [&](int step, auto&& action) {
+    files.DieAt = step;
     try {
       action();
     } catch (const TDeath&) {
-      dead = true;
+      return true;
     }
+    return false;
   };
-  attempt(died, [&] { MoveDirectoryInto(files, store, "c:\\zef", folder); });
   // A renaming is told to the list right after it, and the note says so until then.
-  EXPECT_TRUE(!copies || whole(stored())) << moveStep;
-  files.DieAt = settleStep;
-  attempt(diedAgain, [&] { SettleMove(files, store); });
-  EXPECT_TRUE(!copies || whole(stored())) << moveStep << " " << settleStep;
+  const bool copies = folder[0] != 'c';
+  died = dies(moveStep, [&] { MoveDirectoryInto(files, store, "c:\\zef", folder); });
+  EXPECT_TRUE(!copies || whole(stored()));
+  diedAgain = dies(settleStep, [&] { SettleMove(files, store); });
+  EXPECT_TRUE(!copies || whole(stored()));
   files.DieAt = -1;
   SettleMove(files, store);
-  EXPECT_TRUE(whole(stored())) << moveStep << " " << settleStep;
+  EXPECT_TRUE(whole(stored()));
   MoveDirectoryInto(files, store, "c:\\zef", folder);
   const std::string target = MovedPath("c:\\zef", folder);
-  EXPECT_EQ(stored(), target) << moveStep << " " << settleStep;
-  EXPECT_TRUE(whole(target));
+  EXPECT_TRUE(stored() == target && whole(target));
   EXPECT_EQ(store.Read("DirAliasMove"), "");
-  const std::set<std::string> left = {"c:\\",     "c:\\x", "d:\\",
-                                      "d:\\data", target,  target + "\\2026"};
   std::set<std::string> names;
   for (const auto& each : files.Directories) names.insert(each.first);
-  EXPECT_EQ(names, left) << moveStep << " " << settleStep;
+  EXPECT_EQ(names, (std::set<std::string>{"c:\\", "c:\\x", "d:\\", "d:\\data", target,
+                                          target + "\\2026"}));
 }
 
 TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStep) {
   for (const char* folder : {"d:\\data", "c:\\x"}) {
-    bool died = true;
     int steps = 0;
-    for (; died; ++steps) {
-      died = false;
-      bool diedAgain = true;
-      for (int settleStep = 0; diedAgain; ++settleStep) {
-        diedAgain = false;
-        DieTwice(folder, steps, settleStep, died, diedAgain);
-      }
-    }
+    for (bool died = true, again = true; died; ++steps, again = true)
+      for (int settleStep = 0; again; ++settleStep)
+        DieTwice(folder, steps, settleStep, died, again);
     EXPECT_GT(steps, *folder == 'd' ? 10 : 3) << folder;
   }
 }
@@ -281,18 +267,18 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
       {'c', "c:\\zef"}, {'d', "d:\\zef"}, {'m', "c:\\zef.m"}};
   const TFakeFiles::TFiles sets[] = {{"new"}, kWhole, {"1", "2", "new"}};
   const struct {
-    const char *What, *Note;
+    const char* Note;
     std::string There;
     const char* Left;
-    bool Noted;
+    bool Noted = false;
   } cases[] = {
-      {"worked in the original", "c:\\zef,d:\\zef,.m,copied", "c2d1", "c2d1", false},
-      {"a target of others", "c:\\zef,d:\\zef,.m,begun", "c1d0", "c1d0", false},
-      {"put aside with something new", "c:\\zef,d:\\zef,.m,copied", "d1m2", "c0d1", false},
-      {"put aside, the target deleted", "c:\\zef,d:\\zef,.m,copied", "m1", "c1", false},
-      {"drive away", "c:\\zef,e:\\zef,.m,copied", "c1", "c1", true},
-      {"no mark", "c:\\zef,d:\\zef,,begun", "c1d1", "c1d1", true},
-      {"spoilt", "c:\\zef", "c1", "c1", true},
+      {"c:\\zef,d:\\zef,.m,copied", "c2d1", "c2d1"},  // worked in the original
+      {"c:\\zef,d:\\zef,.m,begun", "c1d0", "c1d0"},   // a target of others
+      {"c:\\zef,d:\\zef,.m,copied", "d1m2", "c0d1"},  // put aside with something new
+      {"c:\\zef,d:\\zef,.m,copied", "m1", "c1"},      // put aside, the target deleted
+      {"c:\\zef,e:\\zef,.m,copied", "c1", "c1", true},
+      {"c:\\zef,d:\\zef,,begun", "c1d1", "c1d1", true},
+      {"c:\\zef", "c1", "c1", true},
   };
   for (const auto& c : cases) {
     TFakeFiles files;
@@ -311,9 +297,9 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
     for (const auto& [letter, path] : places)
       if (const auto found = files.Directories.find(path); found != files.Directories.end())
         left.append(1, letter) += std::to_string(std::ranges::find(sets, found->second) - sets);
-    EXPECT_EQ(left, c.Left) << c.What;
-    EXPECT_EQ(store.Read("DirAliasPath0"), "c:\\zef") << c.What;
-    EXPECT_EQ(!store.Read("DirAliasMove").empty(), c.Noted) << c.What;
+    EXPECT_EQ(left, c.Left) << c.Note;
+    EXPECT_EQ(store.Read("DirAliasPath0"), "c:\\zef") << c.Note;
+    EXPECT_EQ(!store.Read("DirAliasMove").empty(), c.Noted) << c.Note;
   }
 }
 
