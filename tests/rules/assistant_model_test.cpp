@@ -2,233 +2,223 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
+
 #include "sample_syntax.h"
 
 namespace {
-
-using TValues = std::vector<std::string>;
 
 class AssistantModel : public testing::Test {
  protected:
   // "^" in the line stands for the cursor.
   void Analyse(std::string marked) {
+    FModel.SetDeclared("c=Compte");
     const std::size_t cursor = marked.find('^');
-    FModel.AnalyseHostLine(FSyntax.View(), marked.erase(cursor, 1), static_cast<int>(cursor));
+    FModel.AnalyseHostLine(FView, marked.erase(cursor, 1), static_cast<int>(cursor));
   }
-  std::string Expression() const { return FModel.Analysis().Expression(); }
-  int Position() const { return FModel.Analysis().Position(); }
-  std::string SelectedItem() const {
-    const int item = FModel.SelectedItem();
-    return item < 0 ? std::string() : FModel.MemberItems().Text(item);
-  }
-  TValues Rows() const {  // "+" enabled, "x" checked
-    TValues rows;
+  std::string Record() { return FModel.RecordUndeclaredType(FView).value_or("none"); }
+  // The line, the position, the type and the member of as many; the rows, "+" enabled, "x" checked;
+  // the value and its panel; the box of the return value, "?" greyed; what changed: (L)ine,
+  // (I)tems, (R)ows, (V)alue.
+  std::string Shown() {
+    std::string text = FModel.Result() + " @" + std::to_string(FModel.Analysis().Position()) + " ";
+    text += FModel.SelectedType() + " ";
+    if (const int item = FModel.SelectedItem(); item >= 0) text += FModel.MemberItems().Text(item);
+    text += "/" + std::to_string(FModel.MemberItems().Count());
     for (const TParamRow& row : FModel.ParamRows())
-      rows.push_back(row.Text + (row.Enabled ? "+" : "") + (row.Checked ? "x" : ""));
-    return rows;
-  }
-  void Type(std::string_view text) {  // as keys into the value box
-    for (std::size_t length = 1; length <= text.size(); ++length)
-      FModel.SetValue(FSyntax.View(), text.substr(0, length));
+      text += " " + row.Text + (row.Enabled ? "+" : "") + (row.Checked ? "x" : "");
+    const TParamPanel& panel = FModel.ParamPanel();
+    if (FModel.SelectedParam() >= 0)
+      text += " =" + FModel.Value() + "{" + "roa"[static_cast<int>(panel.Kind)] + panel.Type + "," +
+              panel.List + "," + panel.Default + "," + panel.Help + "}";
+    const TUseReturnBox box = FModel.UseReturnBox();
+    if (box.Enabled) text += std::string(" (") + " x?"[static_cast<int>(box.State)] + ")";
+    const unsigned changes = FModel.TakeChanges();
+    text += changes != 0 ? " " : "";
+    for (int i = 0; i < 4; ++i)
+      if (changes >> i & 1) text += "LIRV"[i];
+    return text;
   }
 
   const TSampleSyntax FSyntax;
+  const TSyntaxView FView = FSyntax.View();
   TAssistantModel FModel;
 };
 
-TEST_F(AssistantModel, RewritesWithEachAction) {
-  const TSyntaxView syntax = FSyntax.View();
-  FModel.SetDeclared("c=Compte");
-  Analyse("If c.No^m = 1 Then");
-  FModel.ChooseMember(syntax, FModel.MemberItems().Find("ADD"));
-  EXPECT_EQ(FModel.Result(), "If c.Add = 1 Then");
-  FModel.SelectParam(syntax, 1);
-  Type("True");
-  EXPECT_EQ(FModel.Result(), "If c.Add , True = 1 Then");
-  EXPECT_EQ(Rows(), (TValues{"Montant", "[Force]+x", "[Style]+"}));
-  FModel.ToggleParamCheck(syntax, 1);
-  EXPECT_EQ(FModel.Result(), "If c.Add = 1 Then");
-  EXPECT_EQ(FModel.Value(), "");
-  FModel.TakeChanges();
-  FModel.ToggleParamCheck(syntax, 2);
-  EXPECT_EQ(FModel.Result(), "If c.Add = 1 Then");
-  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ParamRowsChanged);
-  FModel.DeleteMember(syntax);
-  EXPECT_EQ(FModel.Result(), "If c = 1 Then");
-  EXPECT_EQ(FModel.ResultCursor(), 4);
-  EXPECT_FALSE(FModel.DeleteEnabled());
-  EXPECT_EQ(FModel.MemberHelp().Own, TAssistantText::ChooseMember);
-}
-
-TEST_F(AssistantModel, KeepsTheOtherValuesWhileOneIsTyped) {
-  FModel.SetDeclared("c=Compte");
-  Analyse("y = c.Ad^d(1, 2).Nom");
-  FModel.SelectParam(FSyntax.View(), 0);
-  FModel.SetValue(FSyntax.View(), "");
-  EXPECT_EQ(Expression(), "c.Add(, 2).Nom");
-  Type("f(\"a, b)\", [c");
-  Type("\"(\"");
-  EXPECT_EQ(Expression(), "c.Add(\"(\", 2).Nom");
-  // The call is another one after its parentheses went.
-  Analyse("c.Ad^d(1, 2)");
-  FModel.SelectParam(FSyntax.View(), 0);
-  Type("34");
-  FModel.ClickUseReturn(FSyntax.View());
-  FModel.SetValue(FSyntax.View(), "345");
-  EXPECT_EQ(Expression(), "c.Add 345, 2");
-}
-
-TEST_F(AssistantModel, UseReturnBoxFollowsParenthesesAndReturn) {
-  // "x" checked, "?" greyed, "+" enabled.
+TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
+  std::string on;
+  const auto number = [&] { return std::stoi(on); };
+  const std::map<std::string, std::function<void()>> actions = {
+      {"host", [&] { Analyse(on); }},
+      {"edit", [&] { FModel.EditLine(FView, on); }},
+      {"leave", [&] { FModel.LeaveLine(FView); }},
+      {"step", [&] { FModel.Step(FView, number()); }},
+      {"type", [&] { FModel.ChooseType(FView, on); }},
+      {"member", [&] { FModel.ChooseMember(FView, FModel.MemberItems().Find(on)); }},
+      {"param", [&] { FModel.SelectParam(FView, number()); }},
+      {"value", [&] { FModel.SetValue(FView, on); }},
+      {"tick", [&] { FModel.ToggleParamCheck(FView, number()); }},
+      {"return", [&] { FModel.ClickUseReturn(FView); }},
+      {"delete", [&] { FModel.DeleteMember(FView); }},
+  };
   const struct {
-    const char *Line, *Box, *AfterClick, *NextBox;
-  } cases[] = {
-      {"c.Solde^", "+", "c.Solde()", "x+"},     {"c.Sol^de()", "x+", "c.Solde", "+"},
-      {"c.Ad^d(1, 2)", "?+", "c.Add 1, 2", ""}, {"c.Add^ 1", "", "c.Add 1", ""},
-      {"c.Ad^d(1,,)", "?+", "c.Add 1", ""},     {"c.Ad^d(,5)", "?+", "c.Add , 5", ""},
-      {"c.Ad^d(,)", "?+", "c.Add", ""},         {"c.Solde^ 1,2", "+", "c.Solde(1,2)", "x+"},
+    std::string Action;
+    const char* Shown = nullptr;  ///< null: not looked at
+  } steps[] = {
+      // Each rewrites the line.
+      {"host If c.No^m = 1 Then", "If c.Nom = 1 Then @0 Compte Nom/4 LI"},
+      {"member ADD", "If c.Add = 1 Then @0 Compte Add()/4 Montant [Force]+ [Style]+ LR"},
+      {"param 1", "If c.Add = 1 Then @0 Compte Add()/4 Montant [Force]+ [Style]+ ={obool,bool,,}"},
+      {"value True",
+       "If c.Add , True = 1 Then @0 Compte Add()/4 Montant [Force]+x [Style]+ =True{obool,bool,,} "
+       "LR"},
+      {"tick 1",
+       "If c.Add = 1 Then @0 Compte Add()/4 Montant [Force]+ [Style]+ ={obool,bool,,} LRV"},
+      {"tick 2",
+       "If c.Add = 1 Then @0 Compte Add()/4 Montant [Force]+ [Style]+ ={o,Styles,0,le style} R"},
+      {"param 3", "If c.Add = 1 Then @0 Compte Add()/4 Montant [Force]+ [Style]+"},
+      {"tick -1", "If c.Add = 1 Then @0 Compte Add()/4 Montant [Force]+ [Style]+ R"},
+      {"delete", "If c = 1 Then @0 Compte /4 LR"},
+      {"delete", "If c = 1 Then @0 Compte /4"},
+      // The other values stay while one is typed.
+      {"host y = c.Ad^d(1, 2).Nom"},
+      {"param 0",
+       "y = c.Add(1, 2).Nom @0 Compte Add()/4 Montantx [Force]+x [Style]+ =1{r,,,} (?) LIRV"},
+      {"value", "y = c.Add(, 2).Nom @0 Compte Add()/4 Montant [Force]+x [Style]+ ={r,,,} (?) LR"},
+      {"value f(\"a, b)\", [c",
+       "y = c.Add(f(\"a, b)\", [c, 2).Nom @0 Compte Add()/4 Montantx [Force]+x [Style]+ =f(\"a, "
+       "b)\", [c{r,,,} (?) LR"},
+      {"value \"(\"",
+       "y = c.Add(\"(\", 2).Nom @0 Compte Add()/4 Montantx [Force]+x [Style]+ =\"(\"{r,,,} (?) LR"},
+      // The call is another one after its parentheses went.
+      {"host c.Ad^d(1, 2)"},
+      {"param 0"},
+      {"value 34", "c.Add(34, 2) @0 Compte Add()/4 Montantx [Force]+x [Style]+ =34{r,,,} (?) LIRV"},
+      {"return", "c.Add 34, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ =34{r,,,} L"},
+      {"value 345", "c.Add 345, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ =345{r,,,} LR"},
+      // The box follows parentheses and the return value.
+      {"host c.So^lde", "c.Solde @0 Compte Solde()/4 ( ) LIRV"},
+      {"return", "c.Solde() @0 Compte Solde()/4 (x) L"},
+      {"host c.Sol^de()", "c.Solde() @0 Compte Solde()/4 (x) LI"},
+      {"return", "c.Solde @0 Compte Solde()/4 ( ) L"},
+      {"host c.Ad^d(1, 2)", "c.Add(1, 2) @0 Compte Add()/4 Montantx [Force]+x [Style]+ (?) LIR"},
+      {"return", "c.Add 1, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ L"},
+      {"host c.Ad^d 1", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+ LIR"},
+      {"return", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+"},
+      {"host c.Ad^d(1,,)", "c.Add(1,,) @0 Compte Add()/4 Montantx [Force]+ [Style]+ (?) LIR"},
+      {"return", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+ L"},
+      {"host c.Ad^d(,5)", "c.Add(,5) @0 Compte Add()/4 Montant [Force]+x [Style]+ (?) LIR"},
+      {"return", "c.Add , 5 @0 Compte Add()/4 Montant [Force]+x [Style]+ L"},
+      {"host c.Ad^d(,)", "c.Add(,) @0 Compte Add()/4 Montant [Force]+ [Style]+ (?) LIR"},
+      {"return", "c.Add @0 Compte Add()/4 Montant [Force]+ [Style]+ L"},
+      {"host c.So^lde 1,2", "c.Solde 1,2 @0 Compte Solde()/4 <?>+x <?>+x ( ) LIR"},
+      {"return", "c.Solde(1,2) @0 Compte Solde()/4 <?>+x <?>+x (x) L"},
+      // The line is typed.
+      {"host y = ^", "y =  @0  /2 LIR"},
+      {"edit c", "y =c  @0 Compte /4 I"},
+      {"edit c.ecritures", "y =c.Ecritures  @0 Compte Ecritures/4 L"},
+      {"edit c.ecritures.item(1).X", "y =c.Ecritures.item(1).X  @0 Compte Ecritures/4 L"},
+      {"leave", "y =c.Ecritures.item(1).X  @0 Compte Ecritures/4"},
+      {"step 1", "y =c.Ecritures.Item(1).X  @1 Ecritures Item()/1 Indexx (x) LIR"},
+      {"step 2", "y =c.Ecritures.Item(1).X  @2 Ecriture /1 IR"},
+      {"step 9", "y =c.Ecritures.Item(1).X  @3  /0 I"},
+      {"edit app.comptes.count 1, 2", "y =app.comptes.count 1, 2  @2 Ecriture /1 I"},
+      // The type of a count is none that is offered.
+      {"leave", "y =app.Comptes.Count 1, 2  @2  /0 LI"},
+      {"step 1", "y =app.Comptes.Count 1, 2  @1 Comptes Count/2 <?>+x <?>+x IR"},
+      // Another first object drops what was chosen for the one before, and a shorter chain the
+      // position's type.
+      {"edit v", "y =v  @0  /0 IR"},
+      {"leave"},
+      {"type Compte", "y =v  @0 Compte /4 I"},
+      {"edit w.Nom", "y =w.Nom  @0 Compte Nom/4"},
+      {"leave", "y =w.Nom  @0  /0 I"},
+      // Nothing is shown of what was before.
+      {"host c.Ad^d(1).zzz"},
+      {"param 0", "c.Add(1).zzz @0 Compte Add()/4 Montantx [Force]+ [Style]+ =1{r,,,} (?) LIRV"},
+      {"step 1", "c.Add(1).zzz @1  /0 IRV"},
+      {"step 0", "c.Add(1).zzz @0 Compte Add()/4 Montantx [Force]+ [Style]+ (?) IR"},
+      {"type Texte", "c.Add(1).zzz @0 Texte /0 (?) IR"},
+      {"type Compte", "c.Add(1).zzz @0 Compte Add()/4 Montantx [Force]+ [Style]+ (?) IR"},
+      {"type rien", "c.Add(1).zzz @0  /0 (?) IR"},
+      // A type that the chain meets twice, and a member that it does not know.
+      {"host app.comptes.item(1).xyz.comptes.item^",
+       "app.Comptes.Item(1).xyz.comptes.item @5  /0 L"},
+      {"edit app.comptes.item(1).ecritures.item(2).x",
+       "app.comptes.item(1).ecritures.item(2).x @5  /0"},
+      {"leave", "app.Comptes.Item(1).Ecritures.Item(2).x @5  /0 L"},
+      // Functions, of which no type is known.
+      {"host MsgB^ox(1)", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ (x) LIR"},
+      {"type Compte", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ (x)"},
+      {"param 1", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ ={o,,,} (x)"},
+      {"edit c.Nom", "c.Nom @0 Compte Nom/4 IR"},
+      {"edit Left", "Left @0  Left()/2 Text Length ( ) IR"},
+      {"member msgbox", "MsgBox @0  MsgBox()/2 Prompt [Buttons]+ ( ) LR"},
+      // Only what changed is said to have.
+      {"host c.Nom^"},
+      {"step 0", "c.Nom @0 Compte Nom/4 LIR"},
+      {"edit c.Nom 1", "c.Nom 1 @0 Compte Nom/4 <?>+x R"},
+      // Respelled under the user's hands.
+      {"edit c.nom 1", "c.Nom 1 @0 Compte Nom/4 <?>+x LR"},
+      {"param 0", "c.Nom 1 @0 Compte Nom/4 <?>+x =1{a,,,} V"},
+      {"value 1", "c.Nom 1 @0 Compte Nom/4 <?>+x =1{a,,,}"},
+      {"edit c.Nom 1", "c.Nom 1 @0 Compte Nom/4 <?>+x =1{a,,,}"},
+      {"value 12", "c.Nom 12 @0 Compte Nom/4 <?>+x =12{a,,,} LR"},
+      {"step 0", "c.Nom 12 @0 Compte Nom/4 <?>+x =12{a,,,}"},
+      {"step 1", "c.Nom 12 @1 Texte /0 IRV"},
   };
-  const auto box = [&] {
-    const TUseReturnBox shown = FModel.UseReturnBox();
-    const char* const marks[] = {"", "x", "?"};
-    return std::string(marks[static_cast<int>(shown.State)]) + (shown.Enabled ? "+" : "");
-  };
-  FModel.SetDeclared("c=Compte");
-  for (const auto& test : cases) {
-    Analyse(test.Line);
-    FModel.Step(FSyntax.View(), 0);
-    EXPECT_EQ(box(), test.Box) << test.Line;
-    FModel.ClickUseReturn(FSyntax.View());
-    EXPECT_EQ(Expression(), test.AfterClick) << test.Line;
-    EXPECT_EQ(box(), test.NextBox) << test.Line;
-  }
-}
-
-TEST_F(AssistantModel, DeclaresAnUndeclaredVariableWithItsChosenType) {
-  const TSyntaxView syntax = FSyntax.View();
-  struct {
-    const char *Line, *Type;
-    std::optional<std::string> Declared;
-  } const cases[] = {
-      {"v.so^lde", "compte", "c=Compte,v=Compte"},
-      {"v^", "Compte", "c=Compte,v=Compte"},  // no member yet, as when a line is begun
-      {"v.so^lde", "", std::nullopt},
-      {"v(1).so^lde", "Compte", std::nullopt},
-      {"c.so^lde", "Categorie", std::nullopt},
-      {"app.comp^tes", "Categorie", std::nullopt},
-  };
-  for (const auto& test : cases) {
-    FModel.SetDeclared("c=Compte");
-    Analyse(test.Line);
-    FModel.ChooseType(syntax, test.Type);
-    EXPECT_EQ(FModel.RecordUndeclaredType(syntax), test.Declared) << test.Line;
-  }
-  FModel.SetDeclared("c=Compte");
-  Analyse("v.So^lde");
-  FModel.ChooseType(syntax, "Compte");
-  FModel.Step(syntax, 1);
-  FModel.Step(syntax, 0);
-  EXPECT_EQ(FModel.SelectedType(), "Compte");
-  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), "c=Compte,v=Compte");
-  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
-}
-
-TEST_F(AssistantModel, FollowsTheUserTypingTheLine) {
-  const TSyntaxView syntax = FSyntax.View();
-  FModel.SetDeclared("c=Compte");
-  Analyse("y = ^");
-  const std::string typed = "c.ecritures.item(1).X";
-  for (std::size_t length = 1; length <= typed.size(); ++length) {
-    FModel.EditLine(syntax, typed.substr(0, length));
-    ASSERT_EQ(FModel.SelectedType(), "Compte") << "known from the first letter on";
-  }
-  FModel.LeaveLine(syntax);
-  EXPECT_EQ(FModel.SelectedType(), "Compte");
-  EXPECT_EQ(SelectedItem(), "Ecritures");
-  EXPECT_EQ(FModel.Result(), "y =c.Ecritures.item(1).X ");
-  FModel.Step(syntax, 1);
-  FModel.Step(syntax, 2);
-  EXPECT_EQ(FModel.SelectedType(), "Ecriture");
-
-  FModel.EditLine(syntax, "app.comptes.count 1, 2");
-  EXPECT_EQ(Position(), 2);
-  FModel.LeaveLine(syntax);
-  EXPECT_EQ(FModel.SelectedType(), "");  // the type of a count is none that is offered
-  FModel.Step(syntax, 1);
-  EXPECT_EQ(FModel.SelectedType(), "Comptes");
-  EXPECT_EQ(Rows(), (TValues{"<?>+x", "<?>+x"}));
-  EXPECT_EQ(Expression(), "app.Comptes.Count 1, 2");
-
-  // Another first object drops what was chosen for the one before, and a shorter chain the
-  // position's type.
-  FModel.EditLine(syntax, "v");
-  EXPECT_EQ(Position(), 0);
-  EXPECT_EQ(FModel.SelectedType(), "");
-  FModel.LeaveLine(syntax);
-  FModel.ChooseType(syntax, "Compte");
-  FModel.EditLine(syntax, "w.Nom");
-  FModel.LeaveLine(syntax);
-  EXPECT_EQ(FModel.SelectedType(), "");
-  EXPECT_EQ(FModel.RecordUndeclaredType(syntax), std::nullopt);
-}
-
-TEST_F(AssistantModel, KeepsThePickWhileTheObjectIsRenamed) {
-  const TSyntaxView syntax = FSyntax.View();
-  struct {
-    std::vector<std::string> Edits;
-    const char* Type;
-    std::optional<std::string> Declared;
-  } const cases[] = {
-      {{"cmpt.Nom", "cpt.Nom"}, "Categorie", "c=Compte,cpt=Categorie"},
-      // On the way to the right name it is a known one, a function, or none for a moment.
-      {{"c.Nom", "co.Nom"}, "Categorie", "c=Compte,co=Categorie"},
-      {{"Left.Nom", "Left", "Lefts"}, "Categorie", "c=Compte,Lefts=Categorie"},
-      {{".Nom", "w.Nom"}, "Categorie", "c=Compte,w=Categorie"},
-      {{"cmtp.Solde", "cmt.Solde"}, "Categorie", "c=Compte,cmt=Categorie"},
-      {{"c.Nom"}, "Compte", std::nullopt},
-      {{"app.Nom"}, "Application", std::nullopt},
-      {{"w.Solde"}, "", std::nullopt},
-      {{"", "w"}, "", std::nullopt},
-      {{"w", "w.Nom"}, "", std::nullopt},
-  };
-  for (const auto& test : cases)
-    for (const bool leaves : {false, true}) {
-      SCOPED_TRACE(test.Edits.back());
-      FModel.SetDeclared("c=Compte");
-      Analyse("cmtp.Nom^");
-      FModel.Step(syntax, 0);
-      FModel.ChooseType(syntax, "Categorie");
-      for (const std::string& edit : test.Edits) {
-        FModel.EditLine(syntax, edit);
-        if (leaves) FModel.LeaveLine(syntax);
-      }
-      FModel.LeaveLine(syntax);
-      EXPECT_EQ(FModel.SelectedType(), test.Type);
-      EXPECT_EQ(FModel.RecordUndeclaredType(syntax), test.Declared);
+  for (const auto& [action, shown] : steps) {
+    const std::string what = action.substr(0, action.find(' '));
+    on = action.substr(std::min(action.size(), what.size() + 1));
+    actions.at(what)();
+    if (shown != nullptr) {
+      EXPECT_EQ(Shown(), shown) << action;
     }
+  }
 }
 
-TEST_F(AssistantModel, ShowsNothingOfWhatWasBefore) {
-  const TSyntaxView syntax = FSyntax.View();
-  FModel.SetDeclared("c=Compte");
-  Analyse("c.Ad^d(1).zzz");
-  FModel.SelectParam(syntax, 0);
-  FModel.Step(syntax, 1);
-  EXPECT_EQ(FModel.SelectedParam(), -1);
-  EXPECT_EQ(Rows(), TValues());
-  FModel.Step(syntax, 0);
-  for (const char* type : {"Texte", "Compte"}) {
-    FModel.ChooseType(syntax, type);
-    EXPECT_EQ(FModel.MemberItems().Count(), *type == 'T' ? 0 : 4) << type;
-  }
-  // A type that the chain meets twice, and a member that it does not know.
-  Analyse("app.comptes.item(1).xyz.comptes.item^");
-  EXPECT_EQ(Expression(), "app.Comptes.Item(1).xyz.comptes.item");
-  FModel.TakeChanges();
-  FModel.EditLine(syntax, "app.comptes.item(1).ecritures.item(2).x");
-  FModel.LeaveLine(syntax);
-  EXPECT_EQ(Expression(), "app.Comptes.Item(1).Ecritures.Item(2).x");
-  EXPECT_NE(FModel.TakeChanges() & TAssistantModel::LineChanged, 0U);
+TEST_F(AssistantModel, DeclaresWhatATypeWasChosenForWhateverItsName) {
+  const struct {
+    const char *Line, *Pick;
+    std::vector<std::string> Edits;
+    const char *Type, *Declared;
+  } cases[] = {
+      {"v.so^lde", "compte", {}, "Compte", "c=Compte,v=Compte"},
+      {"v^", "Compte", {}, "Compte", "c=Compte,v=Compte"},  // no member yet: a line is begun
+      {"v.so^lde", "", {}, "", "none"},
+      {"v(1).so^lde", "Compte", {}, "Compte", "none"},
+      {"c.so^lde", "Categorie", {}, "Categorie", "none"},
+      {"app.comp^tes", "Categorie", {}, "Categorie", "none"},
+      {"x.Nom^", "Categorie", {"xy.Nom", "y.Nom"}, "Categorie", "c=Compte,y=Categorie"},
+      // On the way to the right name it is a known one, a function, or none for a moment.
+      {"x.Nom^", "Categorie", {"c.Nom", "co.Nom"}, "Categorie", "c=Compte,co=Categorie"},
+      {"x.Nom^", "Categorie", {"Left.Nom", "Left", "L"}, "Categorie", "c=Compte,L=Categorie"},
+      {"x.Nom^", "Categorie", {".Nom", "w.Nom"}, "Categorie", "c=Compte,w=Categorie"},
+      {"xy.Nom^", "Categorie", {"xy.Solde", "x.Solde"}, "Categorie", "c=Compte,x=Categorie"},
+      {"x.Nom^", "Categorie", {"c.Nom"}, "Compte", "none"},
+      {"x.Nom^", "Categorie", {"app.Nom"}, "Application", "none"},
+      {"x.Nom^", "Categorie", {"w.Solde"}, "", "none"},
+      {"x.Nom^", "Categorie", {"", "w"}, "", "none"},
+      {"x.Nom^", "Categorie", {"w", "w.Nom"}, "", "none"},
+  };
+  for (const bool leaves : {false, true})
+    for (const auto& [line, pick, edits, type, declared] : cases) {
+      SCOPED_TRACE(std::string(line) + " " + pick + (edits.empty() ? "" : edits.back()));
+      Analyse(line);
+      FModel.Step(FView, 0);
+      FModel.ChooseType(FView, pick);
+      FModel.Step(FView, 1);
+      FModel.Step(FView, 0);
+      for (const std::string& edit : edits) {
+        FModel.EditLine(FView, edit);
+        if (leaves) FModel.LeaveLine(FView);
+      }
+      FModel.LeaveLine(FView);
+      EXPECT_EQ(FModel.SelectedType(), type);
+      EXPECT_EQ(Record(), declared);
+      EXPECT_EQ(Record(), "none");
+    }
 }
 
 TEST(MemberItems, AreInTheOrderOfTheirTexts) {
@@ -242,26 +232,6 @@ TEST(MemberItems, AreInTheOrderOfTheirTexts) {
   EXPECT_EQ(shown, "a2 b2 B2 C()0 ");
   EXPECT_EQ(items.Name(3), "C");
   EXPECT_EQ(items.Find("B"), 1);
-}
-
-TEST_F(AssistantModel, SaysWhatChanged) {
-  const TSyntaxView syntax = FSyntax.View();
-  FModel.SetDeclared("c=Compte");
-  Analyse("c.Nom^");
-  FModel.Step(syntax, 0);
-  FModel.TakeChanges();
-  FModel.EditLine(syntax, "c.Nom 1");
-  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ParamRowsChanged);
-  FModel.EditLine(syntax, "c.nom 1");  // respelled under the user's hands
-  EXPECT_NE(FModel.TakeChanges() & TAssistantModel::LineChanged, 0U);
-  FModel.SelectParam(syntax, 0);
-  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::ValueChanged);
-  FModel.SetValue(syntax, "1");
-  FModel.EditLine(syntax, Expression());
-  EXPECT_EQ(FModel.SelectedParam(), 0);
-  EXPECT_EQ(FModel.TakeChanges(), 0U);
-  FModel.SetValue(syntax, "12");
-  EXPECT_EQ(FModel.TakeChanges(), TAssistantModel::LineChanged | TAssistantModel::ParamRowsChanged);
 }
 
 }  // namespace

@@ -20,18 +20,15 @@ std::string Marks(const TConstantChoice& choice) {
   return marks;
 }
 
-TConstantChoice Choice(std::string_view list) {
+TConstantChoice Choice(const std::string& list) {
   TConstantChoice choice;
-  choice.Fill(DatabaseFromXml("<objects>" + std::string(list) + "</objects>"), "L");
+  choice.Fill(DatabaseFromXml("<objects>" + list + "</objects>"), "L");
   return choice;
 }
 
-constexpr std::string_view kAbc =
-    R"(<listconst name="a"/><listconst name="B"/><listconst name="c"/>)";
-
 TConstantChoice Abc(bool additive) {
-  return Choice("<list name=\"L\" flag=\"" + std::string(additive ? "add" : "") + "\">" +
-                std::string(kAbc) + "</list>");
+  return Choice("<list name=\"L\" flag=\"" + std::string(additive ? "add" : "") +
+                R"("><listconst name="a"/><listconst name="B"/><listconst name="c"/></list>)");
 }
 
 TEST(ConstantCategories, AreGroupedSortedAndFiltered) {
@@ -42,16 +39,14 @@ TEST(ConstantCategories, AreGroupedSortedAndFiltered) {
   const struct {
     const char *Filter, *Categories;
     int Selected;
-  } cases[] = {
-      {"", " Alarme Presque zone+Alarme+BoxStyle+Style", -1},
-      {"BoxStyle", "+BoxStyle+Style", 0},
-      {"Style", "+Style", 0},
-      {"boxstyle", "", -1},
-      {"MonStyle", "+Style", -1},
-      {"Alarme", " Alarme+Alarme", 1},  // the last of two
-      {"Alarme+zone", " Alarme zone+Alarme", -1},
-      {"Type", "", -1},
-  };
+  } cases[] = {{"", " Alarme Presque zone+Alarme+BoxStyle+Style", -1},
+               {"Alarme", " Alarme+Alarme", 1},  // the last of two
+               {"Alarme+zone", " Alarme zone+Alarme", -1},
+               {"BoxStyle", "+BoxStyle+Style", 0},
+               {"Style", "+Style", 0},
+               {"MonStyle", "+Style", -1},
+               {"boxstyle", "", -1},
+               {"Type", "", -1}};
   for (const auto& c : cases) {
     const auto categories = ConstantCategories(database, c.Filter);
     EXPECT_EQ(Shown(categories), c.Categories) << c.Filter;
@@ -78,17 +73,14 @@ TEST(ConstantChoice, MergesListsOfOneName) {
 }
 
 TEST(ConstantChoice, ParsesTheValue) {
-  const struct {
-    const char *Value, *Marks;
-  } cases[] = {
-      {"A + b", "xx."}, {"+ +a++\tc", "x.x"}, {"a+a", "x.."}, {"a,b", "..."}, {"\"a\"+b", ".x."},
-  };
+  const std::pair<const char*, const char*> cases[] = {
+      {"A + b", "xx."}, {"+ +a++\tc", "x.x"}, {"a+a", "x.."}, {"a,b", "..."}, {"\"a\"+b", ".x."}};
   for (const bool additive : {false, true})
-    for (const auto& c : cases) {
+    for (const auto& [value, marks] : cases) {
       TConstantChoice choice = Abc(additive);
       choice.Parse("b");
-      choice.Parse(c.Value);
-      EXPECT_EQ(Marks(choice), c.Marks) << c.Value;
+      choice.Parse(value);
+      EXPECT_EQ(Marks(choice), marks) << value;
     }
   // Constants of the same name are ticked together.
   TConstantChoice twins = Choice(

@@ -18,8 +18,7 @@ void FeedXml(std::string_view xml, TSink& sink) {
   };
   while (!xml.empty()) {
     if (xml.front() != '<') {
-      const std::string_view text = xml.substr(0, xml.find('<'));
-      // In pieces, as a streaming reader gives it.
+      const std::string_view text = xml.substr(0, xml.find('<'));  // in pieces, as readers give it
       sink.Characters(text.substr(0, text.size() / 2));
       sink.Characters(text.substr(text.size() / 2));
       xml.remove_prefix(text.size());
@@ -35,14 +34,13 @@ void FeedXml(std::string_view xml, TSink& sink) {
       std::string_view tag = take(">").substr(1);
       const bool closed = tag.ends_with('/');
       if (closed) tag.remove_suffix(1);
-      const std::string_view name = tag.substr(0, tag.find(' '));
-      tag.remove_prefix(name.size());
       std::vector<TSyntaxDatabaseBuilder::TAttribute> attributes;
-      while (!tag.empty()) {
-        const std::size_t equals = tag.find('='), end = tag.find('"', equals + 2);
-        attributes.emplace_back(tag.substr(1, equals - 1),
+      const std::string_view name = tag.substr(0, tag.find(' '));
+      for (std::size_t at = name.size(), end = 0; at < tag.size(); at = end + 1) {
+        const std::size_t equals = tag.find('=', at);
+        end = tag.find('"', equals + 2);
+        attributes.emplace_back(tag.substr(at + 1, equals - at - 1),
                                 tag.substr(equals + 2, end - equals - 2));
-        tag.remove_prefix(end + 1);
       }
       sink.StartElement(name, attributes);
       if (closed) sink.EndElement();

@@ -34,11 +34,11 @@ class TFakeFiles : public TDirectoryFiles {
     if (!found || DirectoryExists(to) || Stuck || IsOrLiesInside(Here, from))
       return TRenaming::Refused;
     if (UpperText(from.substr(0, 1)) != UpperText(to.substr(0, 1))) return TRenaming::OtherVolume;
-    Directories[to] = Directories[*found];
-    Directories.erase(*found);
-    for (const auto& below : Below(*found)) {
-      Directories[to + below.substr(found->size())] = Directories[below];
-      Directories.erase(below);
+    TFiles moved = Below(*found);
+    moved.insert(*found);
+    for (const auto& path : moved) {
+      Directories[to + path.substr(found->size())] = Directories[path];
+      Directories.erase(path);
     }
     Step();
     return TRenaming::Done;
@@ -114,16 +114,14 @@ TEST(DirectoryFiles, PathsOfMoves) {
   EXPECT_EQ(MovedPath("c:\\a\\b\\", "d:\\data"), "d:\\data\\b");
   EXPECT_EQ(MovedPath("c:\\a", "d:\\"), "d:\\a");
   EXPECT_EQ(MovedPath("relatif", "d:\\data"), "d:\\data\\relatif");
-  const std::pair<const char*, const char*> inside[] = {{"c:\\a", "c:\\a"},
-                                                        {"C:\\A\\b", "c:\\a"},
-                                                        {"c:\\a\\b", "c:\\a\\"},
-                                                        {"c:\\x", "c:\\"}},
-                                            outside[] = {{"c:\\ab", "c:\\a"},
-                                                         {"c:\\", "c:\\a"},
-                                                         {"d:\\a\\b", "c:\\a"}};
-  for (const auto& [path, directory] : inside) EXPECT_TRUE(IsOrLiesInside(path, directory)) << path;
-  for (const auto& [path, directory] : outside)
-    EXPECT_FALSE(IsOrLiesInside(path, directory)) << path;
+  const struct {
+    const char *Path, *Directory;
+    bool Inside;
+  } cases[] = {{"c:\\a", "c:\\a", true},    {"C:\\A\\b", "c:\\a", true},
+               {"c:\\ab", "c:\\a", false},  {"c:\\a\\b", "c:\\a\\", true},
+               {"c:\\", "c:\\a", false},    {"c:\\x", "c:\\", true},
+               {"d:\\a\\b", "c:\\a", false}};
+  for (const auto& c : cases) EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Inside) << c.Path;
 }
 
 TEST(DirectoryFiles, OpeningAndEntering) {

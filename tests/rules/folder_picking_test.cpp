@@ -19,9 +19,9 @@ TEST(FolderPicking, OptionsCountFromTheirShellVersionOn) {
                {ShellVersionNumber(4, 70), 0x300F},
                {ShellVersionNumber(4, 71), 0x703F},
                {ShellVersionNumber(4, 99), 0x703F},
-               {ShellVersionNumber(5, 0), 0x703F + 0x8080 + 0x40 + 0x50},
-               {ShellVersionNumber(5, 82), 0x703F + 0x8080 + 0x40 + 0x50},
-               {ShellVersionNumber(6, 0), 0x703F + 0x8080 + 0x40 + 0x50 + 0x700}};
+               {ShellVersionNumber(5, 0), 0xF14F},
+               {ShellVersionNumber(5, 82), 0xF14F},
+               {ShellVersionNumber(6, 0), 0xF84F}};
   for (const auto& c : cases) {
     EXPECT_EQ(FolderPickerFlags(all, c.Version), c.Sum) << c.Version;
     EXPECT_EQ(ReportsWrongNames(c.Version), c.Version > ShellVersionNumber(4, 70));

@@ -26,14 +26,16 @@ void CompareWithThePlainList(TStringList::TOptions options, int names, int delet
 
   TStringList list(options);
   TPlainList model(options);
+  const auto remove = [&] {
+    if (list.Count() == 0) return;
+    const int index = below(list.Count());
+    list.Delete(index);
+    model.Delete(index);
+  };
   for (int step = 0; step < 4000; ++step) {
     const int dice = below(100);
-    const int count = static_cast<int>(model.Lines().size());
     if (dice < deleteShare) {
-      if (count == 0) continue;
-      const int index = below(count);
-      list.Delete(index);
-      model.Delete(index);
+      remove();
     } else if (dice < 75) {
       const std::string text = line();
       ASSERT_EQ(list.Add(text), model.Add(text)) << text;
@@ -54,9 +56,7 @@ void CompareWithThePlainList(TStringList::TOptions options, int names, int delet
   }
   // Enough lines at some time to need several chunks, and back to none.
   while (list.Count() > 0) {
-    const int index = below(list.Count());
-    list.Delete(index);
-    model.Delete(index);
+    remove();
     ASSERT_TRUE(list.Count() % 97 != 0 || LinesOf(list) == model.Lines());
   }
   EXPECT_EQ(list.IndexOf(line()), -1);
@@ -72,30 +72,25 @@ TEST(StringList, RandomOperationsAgreeWithThePlainList) {
 }
 
 TEST(StringList, CommaTextReads) {
-  const struct {
-    const char* Text;
-    TLines Lines;
-  } cases[] = {
-      {"", {}},
-      {"\"\"", {""}},
-      {"a  b\tc", {"a", "b", "c"}},
-      {" a , b ", {"a", "b"}},
-      {"a,", {"a", ""}},
-      {"a,,b", {"a", "", "b"}},
-      {",", {"", ""}},
-      {"\"a b", {"a b"}},
-      {"\"a\"\"", {"a\""}},
-      {"\"", {""}},
-      {"\"a\"b", {"a", "b"}},
-      {"\"a\"\"b\",\"c\"\"d\"", {"a\"b", "c\"d"}},
-      {"a\"b c\"", {"a\"b", "c\""}},
-      {"caf\xE9,\xA0", {"caf\xE9", "\xA0"}},
-  };
-  for (const auto& c : cases) {
+  const std::pair<const char*, TLines> cases[] = {{"", {}},
+                                                  {"\"\"", {""}},
+                                                  {"\"a b", {"a b"}},
+                                                  {"\"", {""}},
+                                                  {"\"a\"\"", {"a\""}},
+                                                  {",", {"", ""}},
+                                                  {"a,", {"a", ""}},
+                                                  {"a,,b", {"a", "", "b"}},
+                                                  {" a , b ", {"a", "b"}},
+                                                  {"a  b\tc", {"a", "b", "c"}},
+                                                  {"\"a\"b", {"a", "b"}},
+                                                  {"a\"b c\"", {"a\"b", "c\""}},
+                                                  {"caf\xE9,\xA0", {"caf\xE9", "\xA0"}},
+                                                  {"\"a\"\"b\",\"c\"\"d\"", {"a\"b", "c\"d"}}};
+  for (const auto& [text, lines] : cases) {
     TStringList list({.CaseSensitive = true, .KeepDuplicates = true});
     list.Add("gone");
-    list.SetCommaText(c.Text);
-    EXPECT_EQ(LinesOf(list), c.Lines) << c.Text;
+    list.SetCommaText(text);
+    EXPECT_EQ(LinesOf(list), lines) << text;
   }
 }
 

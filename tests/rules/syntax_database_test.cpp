@@ -52,15 +52,14 @@ TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
   EXPECT_EQ(account.Comment, "Un compte");
   EXPECT_FALSE(account.Text);
   EXPECT_EQ(account.Members.size(), 3u);
+  const auto member = [&](const char* name) { return TSyntaxDatabase::FindMember(account, name); };
   EXPECT_EQ(
-      Shown(*TSyntaxDatabase::FindMember(account, "Add")),
+      Shown(*member("Add")),
       "Add:Ecriture(a:bool,,,requis;b?:date,Jours,1,facultatif;c:,,,;)Ajoute|ce qui est fait");
-  EXPECT_EQ(Shown(*TSyntaxDatabase::FindMember(account, "Solde")),
-            "Solde:currency()Le solde|no return");
-  for (const char* name : {"add", "Ferme", ""})
-    EXPECT_FALSE(TSyntaxDatabase::FindMember(account, name)) << name;
-  EXPECT_TRUE(database.FindElement("Quoi")->Kind == TSyntaxKind::Other);
-  EXPECT_TRUE(database.FindElement("Quoi")->Members.empty());
+  EXPECT_EQ(Shown(*member("Solde")), "Solde:currency()Le solde|no return");
+  for (const char* name : {"add", "Ferme", ""}) EXPECT_FALSE(member(name)) << name;
+  const TSyntaxElement& other = *database.FindElement("Quoi");
+  EXPECT_TRUE(other.Kind == TSyntaxKind::Other && other.Members.empty());
   const TSyntaxElement& days = *database.FindElement("Jours");
   EXPECT_EQ(days.Flag + days.Type, "adddate");
   EXPECT_EQ(days.Comments, (std::vector<std::string>{"un", "", "trois"}));
@@ -74,42 +73,36 @@ TEST(SyntaxDatabase, LookUpsTakeTheFirstExactName) {
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
   EXPECT_EQ(database.FindElement("MsgBox"), &database.Elements()[4]);
   EXPECT_EQ(database.FindFunction("MsgBox"), &*database.Elements()[4].Function);
-  EXPECT_EQ(database.FindFunction("MsgBox")->ValueType(), "result");
-  EXPECT_EQ(database.FindFunction("MsgBox")->Comment, "Affiche");
-  EXPECT_EQ(database.FindFunction("MsgBox")->Params.at(0).Help, "");
-  for (const char* name : {"msgbox", "MsgBo", "MsgBoxx", ""})
-    EXPECT_FALSE(database.FindElement(name)) << name;
+  EXPECT_EQ(Shown(*database.FindFunction("MsgBox")), "MsgBox:result(prompt:,,,;)Affiche|le bouton");
+  for (const char* name : {"msgbox", "MsgBoxx", ""}) EXPECT_FALSE(database.FindElement(name));
   EXPECT_FALSE(database.FindFunction("Compte"));
 }
 
 TEST(SyntaxDatabase, TextIsTheOnlyChild) {
   const struct {
-    const char* Content;
-    const char* Text;  ///< null when the content is not text
+    std::string Content;
+    std::optional<std::string> Text = std::nullopt;
   } cases[] = {
       {"a b", "a b"},
       {" \n<![CDATA[x]]>\t", "x"},
       {"<![CDATA[]]>", ""},
-      {" \r\n\t", nullptr},
-      {"a<![CDATA[b]]>", nullptr},
-      {"<b/>a", nullptr},
-      {"<!-- c -->a", nullptr},
-      {"<b>a</b>", nullptr},
+      {" \r\n\t"},
+      {"a<![CDATA[b]]>"},
+      {"<b/>a"},
+      {"<!-- c -->a"},
+      {"<b>a</b>"},
       // What the file indents is not indented in the help; what a text indents more, is.
       {"\n    a\n      b\n\n    c\n  ", "a\r\n  b\r\n\r\nc\r\n"},
       {"  a\n\t\tb\n\t c\n", "a\r\n\tb\r\n c\r\n"},
       {"\n\n \ta", "a"},
   };
-  for (const auto& c : cases) {
-    const std::string content = c.Content;
+  for (const auto& [content, text] : cases) {
     const TSyntaxDatabase database =
         DatabaseFromXml("<objects><const name=\"c\">" + content +
                         "</const><list name=\"l\"><listconst name=\"k\">" + content +
                         "</listconst></list></objects>");
-    const auto& text = database.Elements().at(0).Text;
-    EXPECT_EQ(text.has_value(), c.Text != nullptr) << content;
-    EXPECT_EQ(text.value_or(""), c.Text ? c.Text : "") << content;
-    EXPECT_EQ(database.Elements().at(1).Constants.at(0).Help, c.Text ? c.Text : "") << content;
+    EXPECT_EQ(database.Elements().at(0).Text, text) << content;
+    EXPECT_EQ(database.Elements().at(1).Constants.at(0).Help, text.value_or("")) << content;
   }
 }
 
@@ -125,8 +118,7 @@ TEST(SyntaxDatabase, DepthIsNoRisk) {
   for (int i = 0; i < 200'000; ++i) xml += "<object name=\"a\">";
   for (int i = 0; i < 200'000; ++i) xml += "</object>";
   const TSyntaxDatabase database = DatabaseFromXml(xml + "<type name=\"after\"/></objects>");
-  ASSERT_EQ(database.Elements().size(), 2u);
-  EXPECT_TRUE(database.FindElement("after"));
+  EXPECT_TRUE(database.Elements().size() == 2 && database.FindElement("after"));
 }
 
 TEST(SyntaxNames, TellWordsOfTheDatabase) {
@@ -138,23 +130,15 @@ TEST(SyntaxNames, TellWordsOfTheDatabase) {
                       "<list name=\"l\"><listconst name=\"Vieux\"/></list></objects>"));
   names.BuildWords(database);
   const struct {
-    const char* Word;
-    bool Method, Function, Constant;
-  } cases[] = {
-      {".Add", true, false, false},   {".aDD", true, false, false},
-      {"Add", false, false, false},   {".Ferme", true, false, false},
-      {".Solde", true, false, false}, {".", false, false, false},
-      {"MSGBOX", true, true, false},  {"msgbox", true, true, false},
-      {"MsgBo", false, false, false}, {"budget", true, false, false},
-      {"Nu", false, false, false},    {"Compte", false, false, false},
-      {"LUNDI", false, false, true},  {"Mardi", false, false, true},
-      {"dit", false, false, true},    {"Vieux", false, false, false},
-      {"", false, false, false},      {".comment", false, false, false},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(names.IsMethod(c.Word), c.Method) << c.Word;
-    EXPECT_EQ(names.IsFunction(c.Word), c.Function) << c.Word;
-    EXPECT_EQ(names.IsConstant(c.Word), c.Constant) << c.Word;
+    const char *Word, *Is;  ///< m(ethod), f(unction), c(onstant)
+  } cases[] = {{".Add", "m"}, {".aDD", "m"},    {"Add", ""},      {".Ferme", "m"}, {".Solde", "m"},
+               {".", ""},     {"MSGBOX", "mf"}, {"msgbox", "mf"}, {"MsgBo", ""},   {"budget", "m"},
+               {"Nu", ""},    {"Compte", ""},   {"LUNDI", "c"},   {"Mardi", "c"},  {"dit", "c"},
+               {"Vieux", ""}, {"", ""},         {".comment", ""}};
+  for (const auto& [word, is] : cases) {
+    std::string shown = names.IsMethod(word) ? "m" : "";
+    shown.append(names.IsFunction(word) ? "f" : "").append(names.IsConstant(word) ? "c" : "");
+    EXPECT_EQ(shown, is) << word;
   }
 }
 
@@ -219,50 +203,37 @@ TEST(XmlText, TellsEncodings) {
 }
 
 TEST(XmlText, IsMadeReadyForAnyReader) {
-  const auto ready = TXmlText::Ready, entities = TXmlText::DefinesEntities,
-             broken = TXmlText::Broken;
-  const struct {
-    std::u16string_view Before;
-    TXmlText Outcome;
-    std::u16string_view After;  ///< blanks in a row are one here
-  } cases[] = {
-      {u"<a>\r\n\r\rx\n</a>", ready, u"<a>\n\n\nx\n</a>"},
-      {u"<?xml version='1.0' encoding='big5' ?><a/>", ready, u"<?xml version='1.0' ?><a/>"},
-      {u"<!DOCTYPE o><o/>", ready, u" <o/>"},
-      {u"<!--<!DOCTYPE--><?p <!?>\n<!DOCTYPE o SYSTEM \"a>[<!ENTITY\"><o/>", ready,
+  const auto outcome = [](std::u16string text) { return PrepareXmlText(text); };
+  const std::pair<const char16_t*, const char16_t*> ready[] = {
+      {u"<a>\r\n\r\rx\n</a>", u"<a>\n\n\nx\n</a>"},
+      {u"<a>\xD83D\xDE00</a>", u"<a>\xD83D\xDE00</a>"},
+      {u"<?xml version='1.0' encoding='big5' ?><a/>", u"<?xml version='1.0' ?><a/>"},
+      {u"<!DOCTYPE o><o/>", u" <o/>"},
+      {u"<!--<!DOCTYPE--><?p <!?>\n<!DOCTYPE o SYSTEM \"a>[<!ENTITY\"><o/>",
        u"<!--<!DOCTYPE--><?p <!?>\n <o/>"},
-      {u"<!DOCTYPE o PUBLIC 'p' 'http://x/y' [ ] ><o/>", ready, u" <o/>"},
+      {u"<!DOCTYPE o PUBLIC 'p' 'http://x/y' [ ] ><o/>", u" <o/>"},
       {u"<!DOCTYPE o [<!--<!ENTITY--><?p ]>?><!ELEMENT o (#PCDATA)><!ATTLIST o a CDATA "
        u"'%]>'>]><o/>",
-       ready, u" <o/>"},
-      {u"<!DOCTYPE o [<!ENTITY a 'b'>]><o/>", entities, {}},
-      {u"<!DOCTYPE o SYSTEM 'x' [ %p; ]><o/>", entities, {}},
-      {u"<!DOCTYPE o [<!ATTLIST o %p;>]><o/>", entities, {}},
-      {u"<!DOCTYPE o [<!OTHER>]><o/>", broken, {}},
-      {u"<!DOCTYPE o [ <o/>", broken, {}},
-      {u"<!DOCTYPE o [] x><o/>", broken, {}},
-      {u"<!DOCTYPE o <o/>", broken, {}},
-      {u"<!DOCTYPEo><o/>", broken, {}},
-      {u"<!DOCTYPE o", broken, {}},
-      {u"<!DOCTYPE o><!DOCTYPE o><o/>", broken, {}},
-      {u"MZ", broken, {}},
-      {u"<!-- no end", broken, {}},
-      {u"<a>\x1</a>", broken, {}},
-      {u"<a>\xFFFE</a>", broken, {}},
-      {u"<a>\xDC00</a>", broken, {}},
-      {u"<a>\xD83D</a>", broken, {}},
-      {u"\xD83D", broken, {}},
-      {u"<a>\xD83D\xDE00</a>", ready, u"<a>\xD83D\xDE00</a>"},
+       u" <o/>"},
   };
-  for (const auto& c : cases) {
-    std::u16string text(c.Before);
-    SCOPED_TRACE(std::string(text.begin(), text.end()));
-    ASSERT_EQ(PrepareXmlText(text), c.Outcome);
-    if (c.Outcome != ready) continue;
+  for (const auto& [before, after] : ready) {
+    std::u16string text(before);
+    ASSERT_EQ(PrepareXmlText(text), TXmlText::Ready) << std::string(text.begin(), text.end());
+    // Blanks in a row are one here.
     const auto both = [](char16_t a, char16_t b) { return a == u' ' && b == u' '; };
     text.erase(std::unique(text.begin(), text.end(), both), text.end());
-    EXPECT_TRUE(text == c.After);
+    EXPECT_TRUE(text == after) << std::string(text.begin(), text.end());
   }
+  for (const char16_t* type :
+       {u"o [<!ENTITY a 'b'>]", u"o SYSTEM 'x' [ %p; ]", u"o [<!ATTLIST o %p;>]"})
+    EXPECT_EQ(outcome(u"<!DOCTYPE " + std::u16string(type) + u"><o/>"), TXmlText::DefinesEntities);
+  for (const std::u16string_view broken :
+       {u"<!DOCTYPE o [<!OTHER>]><o/>", u"<!DOCTYPE o [ <o/>", u"<!DOCTYPE o [] x><o/>",
+        u"<!DOCTYPE o <o/>", u"<!DOCTYPEo><o/>", u"<!DOCTYPE o", u"<!DOCTYPE o><!DOCTYPE o><o/>",
+        u"MZ", u"<!-- no end", u"<a>\x1</a>", u"<a>\xFFFE</a>", u"<a>\xDC00</a>", u"<a>\xD83D</a>",
+        u"\xD83D"})
+    EXPECT_EQ(outcome(std::u16string(broken)), TXmlText::Broken)
+        << std::string(broken.begin(), broken.end());
 }
 
 }  // namespace

@@ -15,20 +15,17 @@ TEST(TypeFilter, OpensOnTheEarlierChoice) {
     const char* Previous;
     int Type, Card;
     const char* Chosen;  ///< by OK at once
-  } cases[] = {
-      {Types, Cards, "", -1, -1, ""},
-      {Types, Cards, "Inconnu", -1, -1, ""},
-      {Types, Cards, "Vire", -1, -1, ""},
-      {Types, Cards, "ESPECES", 2, -1, "Especes"},
-      {Types, Cards, "CB/Chq", 1, 0, "Visa"},
-      {Types, Cards, "cheques 2", 1, 2, "Cheques 2"},
-      {Types, {}, "CB/Chq", 1, -1, ""},
-      {{"", "Virement"}, {""}, "", -1, -1, ""},
-      {{"Virement"}, Cards, "Visa", -1, 0, ""},
-      {{"Virement", "cb/chq"}, Cards, "Visa", 1, 0, "cb/chq"},
-      {{}, {}, "Virement", -1, -1, ""},
-      {{"Visa"}, Cards, "Visa", 0, -1, "Visa"},
-  };
+  } cases[] = {{Types, Cards, "", -1, -1, ""},
+               {Types, Cards, "Vire", -1, -1, ""},
+               {Types, Cards, "ESPECES", 2, -1, "Especes"},
+               {Types, Cards, "CB/Chq", 1, 0, "Visa"},
+               {Types, Cards, "cheques 2", 1, 2, "Cheques 2"},
+               {Types, {}, "CB/Chq", 1, -1, ""},
+               {{"Virement"}, Cards, "Visa", -1, 0, ""},
+               {{"", "Virement"}, {""}, "", -1, -1, ""},
+               {{"Virement", "cb/chq"}, Cards, "Visa", 1, 0, "cb/chq"},
+               {{"Visa"}, Cards, "Visa", 0, -1, "Visa"},
+               {{}, {}, "Virement", -1, -1, ""}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.Previous);
     TTypeFilter filter(c.Types, c.Cards);
