@@ -148,6 +148,11 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
       {"edit app.comptes.item(1).ecritures.item(2).x",
        "app.comptes.item(1).ecritures.item(2).x @5  /0"},
       {"leave", "app.Comptes.Item(1).Ecritures.Item(2).x @5  /0 L"},
+      // A type that was chosen stays when a line is left that nobody edited.
+      {"host app.comptes.count.x^"},
+      {"step 1"},
+      {"type Compte", "app.Comptes.Count.x @1 Compte /4 LI"},
+      {"leave", "app.Comptes.Count.x @1 Compte /4"},
       // Functions, of which no type is known.
       {"host MsgB^ox(1)", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ (x) LIR"},
       {"type Compte", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ (x)"},

@@ -179,6 +179,7 @@ TEST(DirectoryList, TwoProgramsSave) {
       {set(0, "x"), removeFirst, "a=x;b=q;"},
       {removeFirst, [](auto& list) { list.Remove(1); }, ""},
       {nothing, [](auto& list) { list.Import("b", "x"); }, "a=p*;b=q;b=x;"},
+      {set(1, "x"), add("0", "y"), "0=y;a=p*;b=x;"},
       {[](auto& list) { list.SetDefault(1); }, add("c", "y"), "a=p;b=q*;c=y;"},
       {add("c", "x"), [](auto& list) { list.Rename(1, "z"); }, "a=p*;c=x;z=q;"},
   };
@@ -200,6 +201,8 @@ TEST(DirectoryList, TwoProgramsSave) {
     for (int saves = 0; saves < 2; ++saves) {
       ASSERT_TRUE(mine.Save(store));
       EXPECT_EQ(Loaded(store), c.Stored) << &c - cases;
+      const std::string stored = c.Stored, name = store.Read("DirAliasName0");
+      EXPECT_TRUE(stored.empty() || stored.starts_with(name)) << stored << name;
     }
   }
 }

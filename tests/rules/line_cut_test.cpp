@@ -8,14 +8,12 @@
 
 namespace {
 
-struct TCase {
-  std::string Marked;  // "^" stands for the cursor
-  std::string Prefix, Expression, Suffix;
-  int Position;
-};
-
 TEST(LineCut, CutsAroundTheCursor) {
-  const TCase cases[] = {
+  const struct {
+    std::string Marked;  ///< "^" stands for the cursor
+    std::string Prefix, Expression, Suffix;
+    int Position;
+  } cases[] = {
       {"If x > 0 Then obj.A^dd 1, 2", "If x > 0 Then ", "obj.Add 1, 2", "", 0},
       {"y = obj.Na^me ' note", "y = ", "obj.Name", " ' note", 0},
       {"y = obj.Item(3).Na^me ' note", "y = ", "obj.Item(3).Name ", "' note", 1},
@@ -57,14 +55,13 @@ TEST(LineCut, CutsAroundTheCursor) {
   TCollation doubleBytes = before;
   doubleBytes.LeadBytes[0x83] = true;
   SetUserCollation(doubleBytes);
-  for (const TCase& test : cases) {
+  for (const auto& test : cases) {
     const std::size_t cursor = test.Marked.find('^');
-    const std::string line = test.Marked.substr(0, cursor) + test.Marked.substr(cursor + 1);
+    const std::string line = std::string(test.Marked).erase(cursor, 1);
     const TLineCut cut = CutLine(line, static_cast<int>(cursor));
-    EXPECT_EQ(cut.Prefix, test.Prefix) << test.Marked;
-    EXPECT_EQ(cut.Expression, test.Expression) << test.Marked;
-    EXPECT_EQ(cut.Suffix, test.Suffix) << test.Marked;
-    EXPECT_EQ(cut.Position, test.Position) << test.Marked;
+    EXPECT_TRUE(cut.Prefix == test.Prefix && cut.Expression == test.Expression &&
+                cut.Suffix == test.Suffix && cut.Position == test.Position)
+        << test.Marked << ": " << cut.Prefix << "|" << cut.Expression << "|" << cut.Suffix;
   }
   SetUserCollation(before);
 }
