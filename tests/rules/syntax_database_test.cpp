@@ -228,8 +228,8 @@ TEST(XmlText, IsMadeReadyForAnyReader) {
   for (const std::u16string_view broken :
        {u"<!DOCTYPE o [<!OTHER>]><o/>", u"<!DOCTYPE o [ <o/>", u"<!DOCTYPE o [] x><o/>",
         u"<!DOCTYPE o <o/>", u"<!DOCTYPEo><o/>", u"<!DOCTYPE o", u"<!DOCTYPE o><!DOCTYPE o><o/>",
-        u"MZ", u"<!-- no end", u"<a>\x1</a>", u"<a>\xFFFE</a>", u"<a>\xDC00</a>", u"<a>\xD83D</a>",
-        u"\xD83D"})
+        u"<?xml version='1.0' encoding='a?><b c='d'/>", u"MZ", u"<!-- no end", u"<a>\x1</a>",
+        u"<a>\xFFFE</a>", u"<a>\xDC00</a>", u"<a>\xD83D</a>", u"\xD83D"})
     EXPECT_EQ(outcome(std::u16string(broken)), TXmlText::Broken)
         << std::string(broken.begin(), broken.end());
 }
