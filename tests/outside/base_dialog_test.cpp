@@ -1,17 +1,8 @@
 #include "outside/outside_test.h"
-
-namespace {
-constexpr char OkHint[] =
-    "Cliquez ici pour fermer la boîte de dialogue et valider les modifications";
-constexpr char CancelHint[] =
-    "Cliquez ici pour fermer la boîte de dialogue sans prendre en compte les modifications";
-constexpr char HelpHint[] = "Affiche l'aide sur cette fenêtre";
-}  // namespace
+#include "user/say.h"
 
 class BaseDialog : public TOutsideTest {
  protected:
-  using TRequests = std::vector<THelpServer::TRequest>;
-
   /// Runs the modal dialog; the script is left by Escape.
   void Look(const std::function<void(TScriptedUser&, TFormDriver&)>& script,
             const char* helpFile = nullptr) {
@@ -25,61 +16,61 @@ class BaseDialog : public TOutsideTest {
   }
 };
 
-TEST_F(BaseDialog, TellsItsHintsOverTheMiddleOfTheMainWindowOfTheMoment) {
-  const HWND other = CreateWindowExW(0, L"STATIC", L"autre", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
-                                     700, 500, nullptr, nullptr, nullptr, nullptr);
-  for (const HWND owner : {other, HWND{}, MainWindow}) {
-    Library->VCLSetMainWindowHandle(owner);
-    Look([owner](TScriptedUser& user, TFormDriver& form) {
-      EXPECT_EQ(GetWindow(form.Handle(), GW_OWNER), owner);
-      const RECT bounds = BoundsOf(form.Handle());
-      if (owner) {
-        EXPECT_NEAR(bounds.left + bounds.right, BoundsOf(owner).left + BoundsOf(owner).right, 2);
-      }
-      // By the mouse, by F1 under the control, and by the question mark.
-      EXPECT_EQ(form.TipAt("ButtonHelp"), HelpHint);
-      form.TabTo("ButtonCancel");
-      form.WaitPainted();  // drawing takes a bubble away
-      form.Press(VK_F1);
-      user.WaitUntil("the hint", [&] { return user.WaitForBubble() == CancelHint; });
-      RECT place = BoundsOf(form.Control("ButtonCancel"));
-      MapWindowPoints(nullptr, form.Handle(), reinterpret_cast<POINT*>(&place), 2);
-      EXPECT_EQ(BoundsOf(user.FindBubble()).left, bounds.left + place.left);
-      form.AskAbout("ButtonOK");
-      user.WaitUntil("the other hint", [&] { return user.WaitForBubble() == OkHint; });
-      form.ClickFormAt({100, 60});
-      user.WaitForNoBubble();
-    });
-  }
-  DestroyWindow(other);
-  SetForegroundWindow(MainWindow);
+// By the mouse, by F1 under the control, and by the question mark.
+TEST_F(BaseDialog, TellsItsHintsOverTheMiddleOfTheMainWindow) {
+  Look([this](TScriptedUser& user, TFormDriver& form) {
+    const auto waitBubble = [&](const char* how) {
+      const std::string hint = Say("Cliquez ici pour fermer la boîte de dialogue ", how);
+      user.WaitUntil(hint, [&] { return user.WaitForBubble() == hint; });
+    };
+    const RECT bounds = BoundsOf(form.Handle()), owner = BoundsOf(MainWindow);
+    EXPECT_NEAR(bounds.left + bounds.right, owner.left + owner.right, 2);
+    EXPECT_EQ(form.TipAt("ButtonHelp"), "Affiche l'aide sur cette fenêtre");
+    form.TabTo("ButtonCancel");
+    form.WaitPainted();  // drawing takes a bubble away
+    form.Press(VK_F1);
+    waitBubble("sans prendre en compte les modifications");
+    RECT place = BoundsOf(form.Control("ButtonCancel"));
+    MapWindowPoints(nullptr, form.Handle(), reinterpret_cast<POINT*>(&place), 2);
+    EXPECT_EQ(BoundsOf(user.FindBubble()).left, bounds.left + place.left);
+    form.AskAbout("ButtonOK");
+    waitBubble("et valider les modifications");
+    form.ClickFormAt({100, 60});
+    user.WaitForNoBubble();
+  });
 }
 
-TEST_F(BaseDialog, HelpButtonAsksTheHelpSystemWithTheRightFile) {
+TEST_F(BaseDialog, HelpButtonAsksTheRightHelpSystemWithTheRightFile) {
+  constexpr UINT HtmlTopic = 0, HtmlContext = 15;
   const struct {
-    const char* What;
-    const char* Main;
-    const char* Own;
-    std::string Expected;
-  } cases[] = {
-      {"the main file", HelpFile, nullptr, HelpFile},
-      {"a file of its own", HelpFile, "C:\\ZEF\\Autre.hlp", "C:\\ZEF\\Autre.hlp"},
-      {"an own file that is empty", HelpFile, "", ""},
-      {"no file", "", nullptr, ""},
-  };
-  for (const auto& each : cases) {
-    SCOPED_TRACE(each.What);
-    HelpServer->Forget();
-    Library->VCLSetMainHelpFile(each.Main);
-    HWND dialog = nullptr;
+    const char *Main, *Own, *Asked;
+    bool Compiled;
+  } cases[] = {{HelpFile, nullptr, HelpFile, false},
+               {"Zef.CHM", nullptr, "Zef.CHM", true},
+               {HelpFile, "Autre.hlp", "Autre.hlp", false},
+               {"Zef.chm.hlp", "", "", false}};
+  for (const auto& [mainFile, own, asked, compiled] : cases) {
+    SCOPED_TRACE(mainFile);
+    Library->VCLFree();  // a dialog keeps the file that it was made with
+    Library->VCLSetMainHelpFile(mainFile);
+    THelpRequest::All.clear();
+    THelpRequest base{{}, asked, compiled ? HtmlTopic : HELP_CONTEXT, 0, compiled};
+    THelpRequest assistant{{}, mainFile, compiled ? HtmlContext : HELP_CONTEXT, 50001, compiled};
     Look(
         [&](TScriptedUser&, TFormDriver& form) {
-          dialog = form.Handle();
+          base.Window = form.Handle();
           form.Click("ButtonHelp");
           form.Mnemonic('A');
         },
-        each.Own);
-    const THelpServer::TRequest asked{dialog, HELP_CONTEXT, 0, each.Expected};
-    EXPECT_EQ(HelpServer->Requests(), (TRequests{asked, asked}));
+        own);
+    During([&] { Library->VCLSyntaxHelpBox("", nullptr, nullptr, nullptr); },
+           [&](TScriptedUser& user) {
+             TFormDriver form = user.WaitForForm("TDlgSyntax");
+             assistant.Window = form.Handle();
+             form.Click("ButtonHelp");
+             form.Press(VK_ESCAPE);
+             form.WaitGone();
+           });
+    EXPECT_EQ(THelpRequest::All, (std::vector{base, base, assistant}));
   }
 }

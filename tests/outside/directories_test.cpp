@@ -1,7 +1,7 @@
-#include <algorithm>
-#include <atomic>
+#include <commctrl.h>
+#include <shlobj.h>
+
 #include <fstream>
-#include <thread>
 
 #include "outside/directories_fixture.h"
 
@@ -9,24 +9,69 @@
 /// registry and two disks.
 class Directories : public TDirectoriesTest {
  protected:
-  using TSettings = std::map<std::string, std::string>;
+  using TScript = std::function<void(TScriptedUser& user, TFormDriver& form)>;
+  using TOutcome = std::pair<int, int>;  ///< changed, cancelled
+  static constexpr int NameEdit = 0x3745, StatusText = 0x3743;
 
-  /// The text of the box on screen, which is then left by a button: 1 OK, 6 yes, 7 no.
-  static std::string Answer(TScriptedUser& user, const char* caption, const char* button = "#1") {
+  /// Without a script no window may open.
+  TOutcome Choose(const char* name, bool showList, const TScript& script = {},
+                  const char* form = "TDlgDirSelect") {
+    unsigned char cancelled = 2;
+    int changed = -1;
+    const auto call = [&] {
+      changed = Library->VCLSelectDirList(name, static_cast<unsigned char>(showList), &cancelled);
+    };
+    if (!script) return call(), TOutcome{changed, cancelled};
+    During(call, [&](TScriptedUser& user) {
+      TFormDriver first = user.WaitForForm(form);
+      script(user, first);
+      first.WaitGone();
+    });
+    return {changed, cancelled};
+  }
+  static std::string Current() { return Utf8(std::filesystem::current_path().wstring()); }
+  /// Empty when there is none.
+  static std::string Setting(const wchar_t* name) {
+    wchar_t value[1000]{};
+    DWORD size = sizeof value;
+    RegGetValueW(HKEY_CURRENT_USER, TSavedSettings::Product, name, RRF_RT_REG_SZ, nullptr, value,
+                 &size);
+    return Utf8(value);
+  }
+  /// The text of the box on screen, which is then left by OK.
+  static std::string Answer(TScriptedUser& user, const char* caption) {
     TFormDriver box = user.WaitForMessageBox(caption);
     std::string text;
     for (const HWND child : Descendants(box.Handle()))
       if (ClassOf(child) == "Static" && !TextOf(child).empty()) text = TextOf(child);
-    box.Click(button);
+    box.Click("#1");
     box.WaitGone();
     return text;
   }
-  static void MoveInto(TScriptedUser& user, TFormDriver& form, const std::string& folder,
-                       std::string_view shownName) {
-    form.Click("BtnMove");
-    TPickerDriver picker(user);
-    picker.Select(folder, shownName);
-    picker.Leave("#1");
+
+  static TFormDriver Picker(TUser& user) {
+    HWND picker = nullptr;
+    user.WaitUntil("the folder picker", [&] {
+      for (const HWND window : TopWindows(user.Process()))
+        for (const HWND child : Descendants(window))
+          if (Shown(window) && ClassOf(child) == WC_TREEVIEWA) picker = window;
+      return picker != nullptr;
+    });
+    return {user, picker};
+  }
+  /// A name, or a label before it.
+  static void WaitSelected(TUser& user, const TFormDriver& picker, const std::string& name) {
+    user.WaitUntil("the folder " + name,
+                   [&] { return TextOf(GetDlgItem(picker.Handle(), NameEdit)).ends_with(name); });
+  }
+  /// As a program that opened the picker does, and a click on the folder would; then by a button.
+  static void Pick(TUser& user, const std::string& folder, const std::string& shownName) {
+    TFormDriver picker = Picker(user);
+    SendMessageW(picker.Handle(), BFFM_SETSELECTIONW, TRUE,
+                 reinterpret_cast<LPARAM>(Wide(folder).c_str()));
+    WaitSelected(user, picker, shownName);
+    picker.Click("#1");
+    picker.WaitGone();
   }
 };
 
@@ -34,10 +79,10 @@ TEST_F(Directories, DefaultAndNamedEntriesOpenSilently) {
   const std::string home = MakeDirectory("Comptes d'été");
   const std::string other = MakeDirectory("autre");
   Store({{"Été", home}, {"Autre", other}, {"Parti", Path("parti")}}, "Été");
-  EXPECT_EQ(ChooseSilently(""), (TOutcome{1, 0}));
+  EXPECT_EQ(Choose("", false), (TOutcome{1, 0}));
   EXPECT_EQ(Current(), home);
-  EXPECT_EQ(ChooseSilently(nullptr), (TOutcome{0, 0})) << "it is current already";
-  EXPECT_EQ(ChooseSilently("AUTRE"), (TOutcome{1, 0}));
+  EXPECT_EQ(Choose(nullptr, false), (TOutcome{0, 0})) << "it is current already";
+  EXPECT_EQ(Choose("AUTRE", false), (TOutcome{1, 0}));
   const auto refuse = [&](TScriptedUser&, TFormDriver& form) {
     EXPECT_EQ(form.Items("ListRep"), (std::vector<std::string>{"Autre", "Été", "Parti"}));
     EXPECT_EQ(form.SelectedItem("ListRep"), "Autre") << "the current directory's entry";
@@ -50,35 +95,21 @@ TEST_F(Directories, DefaultAndNamedEntriesOpenSilently) {
 }
 
 TEST_F(Directories, DataOfAnOlderProgramIsImported) {
-  Enter(MakeDirectory("sans données"));
-  const auto nothing = Choose("", false, [](TScriptedUser& user, TFormDriver& form) {
-    EXPECT_TRUE(form.Items("ListRep").empty());
-    for (const char* name : {"EditRep", "BoxDefault", "BtnRename", "BtnDel", "BtnMove"})
-      EXPECT_FALSE(form.Enabled(name)) << name;
-    form.Click("ButtonOK");
-    EXPECT_EQ(Answer(user, "Erreur"), "Vous devez choisir un répertoire !");
-    form.CloseBox();
-  });
-  EXPECT_EQ(nothing, (TOutcome{0, 1}));
   const std::string old = MakeDirectory("ancien", true);
   Enter(old);
-  unsigned char cancelled = 2;
-  During([&] { Library->VCLSelectDirList("", static_cast<unsigned char>(0), &cancelled); },
-         [&](TScriptedUser& user) {
-           EXPECT_EQ(Answer(user, "Avertissement"),
-                     "ZEF a importé l'ancien répertoire de lancement comme répertoire des comptes. "
-                     "Il est recommandé de déplacer le répertoire dans le répertoire 'Mes "
-                     "Documents' à l'aide du menu 'Fichier' puis 'Répertoire des comptes'...");
-           TFormDriver form = user.WaitForForm("TDlgDirSelect");
-           EXPECT_EQ(form.SelectedItem("ListRep"), "Répertoire par défaut");
-           form.Click("ButtonOK");
-           form.WaitGone();
-         });
-  EXPECT_EQ(cancelled, 0);
-  EXPECT_EQ(Settings(), (TSettings{{"NbDirAlias", "1"},
-                                   {"DirAliasName0", "Répertoire par défaut"},
-                                   {"DirAliasPath0", old},
-                                   {"DirAliasDefault", ""}}));
+  const auto script = [](TScriptedUser& user, TFormDriver&) {
+    EXPECT_EQ(Answer(user, "Avertissement"),
+              "ZEF a importé l'ancien répertoire de lancement comme répertoire des comptes. "
+              "Il est recommandé de déplacer le répertoire dans le répertoire 'Mes "
+              "Documents' à l'aide du menu 'Fichier' puis 'Répertoire des comptes'...");
+    TFormDriver form = user.WaitForForm("TDlgDirSelect");
+    EXPECT_EQ(form.SelectedItem("ListRep"), "Répertoire par défaut");
+    form.Click("ButtonOK");
+    form.WaitGone();
+  };
+  EXPECT_EQ(Choose("", false, script, "#32770").second, 0);
+  EXPECT_EQ(Setting(L"NbDirAlias") + Setting(L"DirAliasName0") + Setting(L"DirAliasPath0"),
+            "1Répertoire par défaut" + old);
 }
 
 TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {
@@ -88,6 +119,8 @@ TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {
   // A program of the same session that saves for long.
   const HANDLE saving = CreateMutexW(nullptr, FALSE, L"Local\\ZEF directory list");
   const auto outcome = Choose("clé", false, [&](TScriptedUser& user, TFormDriver& form) {
+    form.Click("ButtonOK");
+    EXPECT_EQ(Answer(user, "Erreur"), "Vous devez choisir un répertoire !");
     form.Select("ListRep", "Clé");
     form.Click("ButtonOK");
     EXPECT_EQ(Answer(user, "Erreur"), "Le répertoire " + gone + " n'existe pas !");
@@ -100,29 +133,7 @@ TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {
   CloseHandle(saving);
   EXPECT_EQ(outcome, (TOutcome{1, 0})) << "what was chosen is opened all the same";
   EXPECT_EQ(Current(), home);
-  EXPECT_EQ(Settings()["DirAliasPath0"], gone);
-}
-
-// Another program writes and deletes values of the same key all the time.
-TEST_F(Directories, ManyEntriesAreReadWholeWhileOthersWrite) {
-  std::vector<std::pair<std::string, std::string>> entries;
-  for (int i = 0; i < 500; ++i)
-    entries.emplace_back("Comptes " + std::to_string(1499 - i), "c:\\x");
-  Store(entries);
-  std::atomic<bool> done = false;
-  std::thread other([&] {
-    for (int i = 0; !done; ++i) {
-      RegSetKeyValueW(HKEY_CURRENT_USER, TSavedSettings::Product, L"Autre", REG_SZ, L"", 2);
-      RegDeleteKeyValueW(HKEY_CURRENT_USER, TSavedSettings::Product, L"Autre");
-      if (i % 8 == 0) Sleep(1);
-    }
-  });
-  Choose("", true, [&](TScriptedUser&, TFormDriver& form) {
-    EXPECT_EQ(form.Items("ListRep").size(), 500u);
-    form.Press(VK_ESCAPE);
-  });
-  done = true;
-  other.join();
+  EXPECT_EQ(Setting(L"DirAliasPath0"), gone);
 }
 
 TEST_F(Directories, ThePickerShowsWhereItIsAndWhatAFolderHolds) {
@@ -131,75 +142,58 @@ TEST_F(Directories, ThePickerShowsWhereItIsAndWhatAFolderHolds) {
   Store({{"Comptes", data}});
   Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
     form.Select("ListRep", "Comptes");
-    for (const char* button : {"#2", "#1"}) {
+    for (const bool withData : {true, false}) {
       form.Click("BtnBrowse");
-      TPickerDriver picker(user);
-      EXPECT_EQ(GetWindow(picker.Form.Handle(), GW_OWNER), MainWindow);
+      TFormDriver picker = Picker(user);
+      EXPECT_EQ(GetWindow(picker.Handle(), GW_OWNER), MainWindow);
       EXPECT_FALSE(IsWindowEnabled(form.Handle())) << "only the picker takes input";
-      picker.WaitSelected("avec données d'été");
-      picker.WaitShown("Rechercher un dossier (ZEF)", "Contient des données ZEF");
-      picker.Select(plain, "sans données");
-      picker.WaitShown("Rechercher un dossier", "");
-      picker.Leave(button);
-      form.WaitText("EditRep", *button == '#' && button[1] == '1' ? plain : data);
+      WaitSelected(user, picker, withData ? "avec données d'été" : "sans données");
+      user.WaitUntil("its caption", [&] {
+        const HWND status = GetDlgItem(picker.Handle(), StatusText);
+        return picker.Caption() ==
+                   (withData ? "Rechercher un dossier (ZEF)" : "Rechercher un dossier") &&
+               TextOf(status) == (withData ? "Contient des données ZEF" : "");
+      });
+      Pick(user, plain, "sans données");
+      form.WaitText("EditRep", plain);
+      form.WaitFocus("BtnBrowse");
     }
-    form.WaitFocus("BtnBrowse");
-    form.Click("BtnBrowse");
-    TPickerDriver typed(user);
-    typed.WaitSelected("sans données");
-    typed.TypeName("rien de tel");
-    typed.Form.Press(VK_RETURN);
-    typed.Form.WaitGone();
-    EXPECT_EQ(form.Text("EditRep"), plain) << "a name that is nowhere changes nothing";
     form.Press(VK_ESCAPE);
   });
 }
 
-TEST_F(Directories, TheActiveOneMovesToAnotherVolumeAndBack) {
+TEST_F(Directories, TheActiveOneMovesToAnotherVolumeUnlessCancelled) {
   const std::string home = MakeDirectory("Comptes d'été", true);
-  const std::string back = MakeDirectory("retour");
   const std::string away = "D:\\Comptes d'été";
-  const std::string end = Path("retour/Comptes d'été");
-  Store({{"Comptes", home}}, "Comptes");
-  ASSERT_EQ(ChooseSilently(""), (TOutcome{1, 0}));
-  const auto outcome = Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
-    form.WaitText("EditRep", home);
-    MoveInto(user, form, home, "Comptes d'été");
-    EXPECT_EQ(Answer(user, "Erreur"), "Erreur, impossible de déplacer !");
-    EXPECT_EQ(form.Text("EditRep"), home);
-    MoveInto(user, form, "D:\\", "(D:)");
-    form.WaitText("EditRep", away);
-    EXPECT_EQ(Current(), away);
-    MoveInto(user, form, back, "retour");
-    form.WaitText("EditRep", end);
-    EXPECT_TRUE(std::filesystem::exists(Wide(end + "\\ZEF.INI")));
-    form.Press(VK_ESCAPE);
-  });
-  EXPECT_EQ(outcome, (TOutcome{1, 1})) << "cancelled, but what was moved is elsewhere";
-  EXPECT_EQ(Current(), end);
-  EXPECT_EQ(Settings()["DirAliasPath0"], end) << "a move is stored at once";
-  EXPECT_EQ(Settings().count("DirAliasMove"), 0u);
-}
-
-// Long enough for a user to see it and to think better of it.
-TEST_F(Directories, AMoveIsShownAndCancelledWhileItCopies) {
-  const std::string home = MakeDirectory("comptes", true);
   // Enough to be still at work when the user cancels.
   for (int i = 0; i < 3000; ++i)
     std::ofstream(std::filesystem::path(Wide(home)) / std::to_string(i)) << "compte";
-  Store({{"Comptes", home}});
-  Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
-    form.Select("ListRep", "Comptes");
-    MoveInto(user, form, "D:\\", "(D:)");
-    TFormDriver moving = user.WaitForForm("TDlgDirMove");
-    EXPECT_EQ(moving.Text("LabelPath"), home);
-    moving.Press(VK_ESCAPE);
-    moving.WaitGone();
-    form.WaitFocus("BtnMove");
-    EXPECT_EQ(form.Text("EditRep"), home);
+  Store({{"Comptes", home}}, "Comptes");
+  ASSERT_EQ(Choose("", false), (TOutcome{1, 0}));
+  const auto outcome = Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
+    form.WaitText("EditRep", home);
+    form.Click("BtnMove");
+    Pick(user, home, "Comptes d'été");
+    EXPECT_EQ(Answer(user, "Erreur"), "Erreur, impossible de déplacer !");
+    for (const bool cancel : {true, false}) {
+      EXPECT_EQ(form.Text("EditRep"), home);
+      EXPECT_FALSE(std::filesystem::exists(Wide(away)));
+      form.Click("BtnMove");
+      Pick(user, "D:\\", "(D:)");
+      TFormDriver moving = user.WaitForForm("TDlgDirMove");
+      EXPECT_EQ(moving.Text("LabelPath"), home);
+      if (cancel) moving.Press(VK_ESCAPE);
+      moving.WaitGone();
+      form.WaitFocus("BtnMove");
+    }
+    form.WaitText("EditRep", away);
+    EXPECT_TRUE(std::filesystem::exists(Wide(away + "\\999")));
     form.Press(VK_ESCAPE);
   });
-  EXPECT_TRUE(std::filesystem::exists(Wide(home + "\\999")));
-  WIN32_FIND_DATAW left;
-  EXPECT_EQ(FindFirstFileW(L"D:\\comptes*", &left), INVALID_HANDLE_VALUE) << Utf8(left.cFileName);
+  EXPECT_EQ(outcome, (TOutcome{1, 1})) << "cancelled, but what was moved is elsewhere";
+  EXPECT_EQ(Current(), away);
+  EXPECT_EQ(Setting(L"DirAliasPath0"), away) << "a move is stored at once";
+  EXPECT_EQ(Setting(L"DirAliasMove"), "");
+  Enter("C:\\");
+  std::filesystem::remove_all(Wide(away));
 }

@@ -12,7 +12,6 @@
 #include <fstream>
 #include <string_view>
 
-#include "outside/download_test.h"
 #include "outside/imports.h"
 #include "outside/situations.h"
 #include "outside/watchdog.h"

@@ -13,9 +13,10 @@ inline void RaiseHostException() { RaiseException(HostException, 0, 0, nullptr);
 /// host goes on behind the call.
 class THostHandler {
  public:
-  /// True when the exception came out of the call.
-  static bool CutsOff(const std::function<void()>& call) {
+  /// True when that exception came out of the call.
+  static bool CutsOff(const std::function<void()>& call, DWORD wanted = HostException) {
     THostHandler handler;
+    handler.FWanted = wanted;
     asm volatile("movl %%fs:0, %0" : "=r"(handler.FNext) : : "memory");
     asm volatile("movl %0, %%fs:0" : : "r"(&handler) : "memory");
     volatile bool cut = true;
@@ -29,12 +30,14 @@ class THostHandler {
 
  private:
   static EXCEPTION_DISPOSITION Handle(EXCEPTION_RECORD* record, void* frame, CONTEXT*, void*) {
-    const bool wanted = record->ExceptionCode == HostException && !(record->ExceptionFlags & 6);
-    if (wanted) longjmp(static_cast<THostHandler*>(frame)->FBack, 1);
+    auto* const self = static_cast<THostHandler*>(frame);
+    const bool unwinding = record->ExceptionFlags & 6;
+    if (record->ExceptionCode == self->FWanted && !unwinding) longjmp(self->FBack, 1);
     return ExceptionContinueSearch;
   }
 
   void* FNext = nullptr;
   EXCEPTION_DISPOSITION (*FHandler)(EXCEPTION_RECORD*, void*, CONTEXT*, void*) = Handle;
+  DWORD FWanted = 0;
   jmp_buf FBack{};
 };

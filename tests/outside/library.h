@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "outside/stand_ins.h"
 #include "zefext_load.h"
 
 /// One function of the library, found by its name when it is called.
@@ -32,6 +33,7 @@ class TLibrary {
   explicit TLibrary(const std::string& file = "zefext.dll") : Module(LoadLibraryA(file.c_str())) {
     if (!Module)
       throw std::runtime_error(file + " cannot be loaded: error " + std::to_string(GetLastError()));
+    StandInFor(Module);
   }
   TLibrary(const TLibrary&) = delete;
   TLibrary& operator=(const TLibrary&) = delete;

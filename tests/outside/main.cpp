@@ -6,7 +6,6 @@
 #include <cstdio>
 
 #include "hosts/hostility.h"
-#include "outside/debug_listener.h"
 #include "outside/watchdog.h"
 
 int main(int argc, char** argv) {
@@ -18,7 +17,6 @@ int main(int argc, char** argv) {
   // go.
   InitCommonControls();
   TWatchdog::Start();
-  TDebugListener::Start();
   // The test framework watches each thread that traces with one more thread: this one from now on,
   // not from within a test that counts threads.
   { SCOPED_TRACE(""); }

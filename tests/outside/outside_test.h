@@ -8,7 +8,6 @@
 #include <string>
 
 #include "outside/census.h"
-#include "outside/help_server.h"
 #include "outside/library.h"
 #include "outside/scripted_user.h"
 #include "user/window.h"
@@ -40,7 +39,6 @@ class TOutsideTest : public testing::Test {
 
   HWND MainWindow = nullptr;
   std::optional<TLibrary> Library;
-  std::optional<THelpServer> HelpServer;
 
  private:
   void DropOrphans();
