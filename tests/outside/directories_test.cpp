@@ -1,4 +1,3 @@
-#include <commctrl.h>
 #include <shlobj.h>
 
 #include <fstream>
@@ -11,7 +10,8 @@ class Directories : public TDirectoriesTest {
  protected:
   using TScript = std::function<void(TScriptedUser& user, TFormDriver& form)>;
   using TOutcome = std::pair<int, int>;  ///< changed, cancelled
-  static constexpr int NameEdit = 0x3745, StatusText = 0x3743;
+  static constexpr char FolderName[] = "#14149", FolderStatus[] = "#14147";
+  static constexpr char WithData[] = "Rechercher un dossier (ZEF)";
 
   /// Without a script no window may open.
   TOutcome Choose(const char* name, bool showList, const TScript& script = {},
@@ -49,27 +49,12 @@ class Directories : public TDirectoriesTest {
     return text;
   }
 
-  static TFormDriver Picker(TUser& user) {
-    HWND picker = nullptr;
-    user.WaitUntil("the folder picker", [&] {
-      for (const HWND window : TopWindows(user.Process()))
-        for (const HWND child : Descendants(window))
-          if (Shown(window) && ClassOf(child) == WC_TREEVIEWA) picker = window;
-      return picker != nullptr;
-    });
-    return {user, picker};
-  }
-  /// A name, or a label before it.
-  static void WaitSelected(TUser& user, const TFormDriver& picker, const std::string& name) {
-    user.WaitUntil("the folder " + name,
-                   [&] { return TextOf(GetDlgItem(picker.Handle(), NameEdit)).ends_with(name); });
-  }
-  /// As a program that opened the picker does, and a click on the folder would; then by a button.
-  static void Pick(TUser& user, const std::string& folder, const std::string& shownName) {
-    TFormDriver picker = Picker(user);
+  /// As a program that opened the picker does, and a click on the folder would; then by OK.
+  static void Pick(TUser& user, TFormDriver picker, const std::string& folder,
+                   const std::string& shownName) {
     SendMessageW(picker.Handle(), BFFM_SETSELECTIONW, TRUE,
                  reinterpret_cast<LPARAM>(Wide(folder).c_str()));
-    WaitSelected(user, picker, shownName);
+    user.WaitUntil(shownName, [&] { return picker.Text(FolderName).ends_with(shownName); });
     picker.Click("#1");
     picker.WaitGone();
   }
@@ -119,8 +104,6 @@ TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {
   // A program of the same session that saves for long.
   const HANDLE saving = CreateMutexW(nullptr, FALSE, L"Local\\ZEF directory list");
   const auto outcome = Choose("clé", false, [&](TScriptedUser& user, TFormDriver& form) {
-    form.Click("ButtonOK");
-    EXPECT_EQ(Answer(user, "Erreur"), "Vous devez choisir un répertoire !");
     form.Select("ListRep", "Clé");
     form.Click("ButtonOK");
     EXPECT_EQ(Answer(user, "Erreur"), "Le répertoire " + gone + " n'existe pas !");
@@ -144,17 +127,14 @@ TEST_F(Directories, ThePickerShowsWhereItIsAndWhatAFolderHolds) {
     form.Select("ListRep", "Comptes");
     for (const bool withData : {true, false}) {
       form.Click("BtnBrowse");
-      TFormDriver picker = Picker(user);
+      TFormDriver picker = user.WaitForMessageBox(withData ? WithData : "Rechercher un dossier");
       EXPECT_EQ(GetWindow(picker.Handle(), GW_OWNER), MainWindow);
       EXPECT_FALSE(IsWindowEnabled(form.Handle())) << "only the picker takes input";
-      WaitSelected(user, picker, withData ? "avec données d'été" : "sans données");
-      user.WaitUntil("its caption", [&] {
-        const HWND status = GetDlgItem(picker.Handle(), StatusText);
-        return picker.Caption() ==
-                   (withData ? "Rechercher un dossier (ZEF)" : "Rechercher un dossier") &&
-               TextOf(status) == (withData ? "Contient des données ZEF" : "");
+      user.WaitUntil("the folder", [&] {
+        return picker.Text(FolderName) == (withData ? "avec données d'été" : "sans données");
       });
-      Pick(user, plain, "sans données");
+      EXPECT_EQ(picker.Text(FolderStatus), withData ? "Contient des données ZEF" : "");
+      Pick(user, picker, plain, "sans données");
       form.WaitText("EditRep", plain);
       form.WaitFocus("BtnBrowse");
     }
@@ -173,13 +153,13 @@ TEST_F(Directories, TheActiveOneMovesToAnotherVolumeUnlessCancelled) {
   const auto outcome = Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
     form.WaitText("EditRep", home);
     form.Click("BtnMove");
-    Pick(user, home, "Comptes d'été");
+    Pick(user, user.WaitForMessageBox(WithData), home, "Comptes d'été");
     EXPECT_EQ(Answer(user, "Erreur"), "Erreur, impossible de déplacer !");
     for (const bool cancel : {true, false}) {
       EXPECT_EQ(form.Text("EditRep"), home);
       EXPECT_FALSE(std::filesystem::exists(Wide(away)));
       form.Click("BtnMove");
-      Pick(user, "D:\\", "(D:)");
+      Pick(user, user.WaitForMessageBox(WithData), "D:\\", "(D:)");
       TFormDriver moving = user.WaitForForm("TDlgDirMove");
       EXPECT_EQ(moving.Text("LabelPath"), home);
       if (cancel) moving.Press(VK_ESCAPE);

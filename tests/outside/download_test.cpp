@@ -201,21 +201,18 @@ TEST_F(Download, GoesToTheFilesOrTheMemoryAsked) {
   const TDownload kept(*Library);
   for (const std::string& file : {Path("."), Path("no/such"), Path("Default.ht?"), std::string()})
     EXPECT_EQ(kept.StatusAfter(Server.Address("/exact"), file.c_str()), Failed) << file;
-  for (const auto& [path, whole] : {std::pair{"/exact", Whole}, {"/short", std::string()}}) {
-    kept.StatusAfter(Server.Address(path), nullptr);
-    for (const int room : {50, 36, 10, 0}) {
-      std::string body(50, '?');
-      int size = room;
-      kept.Do(ZEF_DOWNLOAD_COPY_BODY, body.data(), &size);
-      EXPECT_EQ(size, std::min(room, static_cast<int>(whole.size())));
-      EXPECT_EQ(
-          body,
-          (whole.substr(0, static_cast<unsigned>(room)) + std::string(50, '?')).substr(0, 50));
-    }
+  EXPECT_EQ(kept.StatusAfter(Server.Address("/exact"), nullptr), Received);
+  for (const int room : {50, 36, 10, 0}) {
+    std::string body(50, '?');
+    int size = room;
+    kept.Do(ZEF_DOWNLOAD_COPY_BODY, body.data(), &size);
+    EXPECT_EQ(size, std::min(room, 36));
+    const std::string copied = Whole.substr(0, static_cast<unsigned>(room));
+    EXPECT_EQ(body, copied + std::string(50 - copied.size(), '?'));
   }
 }
 
-TEST_F(Download, TakesItsCommandsAndDiesByEitherFunctionOrWithItsOwner) {
+TEST_F(Download, DiesByEitherFunctionOrWithItsOwner) {
   ZefDialog owner = nullptr;
   Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &owner);
   const TDownload owned(*Library, owner), freed(*Library, owner), other(*Library);
@@ -223,10 +220,9 @@ TEST_F(Download, TakesItsCommandsAndDiesByEitherFunctionOrWithItsOwner) {
   for (int number = -128; number < 128; ++number)
     EXPECT_TRUE((number >= 1 && number <= 11) || !other.Do(number, nullptr, &value)) << number;
   EXPECT_EQ(value, 5);
-  EXPECT_EQ(other.Status(), ZEF_DOWNLOAD_NONE);
   for (const TDownload* each : {&owned, &freed, &other})
     each->Start(Server.Address("/stall"), nullptr);
-  EXPECT_LT(Duration([&] { EXPECT_EQ(Library->VCLFreeNonModalDialog(freed.Handle), 0); }), SoonMs);
+  EXPECT_LT(Duration([&] { Library->VCLFreeNonModalDialog(freed.Handle); }), SoonMs);
   EXPECT_LT(Duration([&] { Library->VCLFreeNonModalDialog(owner); }), SoonMs);
   for (const TDownload* each : {&owned, &freed, &other})
     EXPECT_EQ(each->Do(ZEF_DOWNLOAD_GET_STATUS, nullptr, &value), each == &other ? 1 : 0);

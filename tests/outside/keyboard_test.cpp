@@ -5,19 +5,17 @@
 #include "outside/outside_test.h"
 
 namespace {
-constexpr char Words[] =
-    "<objects><object name=\"Agence\"><data name=\"Nom\" type=\"String\"/></object>"
-    "<object name=\"Application\"><data name=\"Compte\" type=\"Compte\"/><data "
-    "name=\"Nom\"/></object>"
-    "<object name=\"Compte\"><data name=\"Nom\"/><data name=\"Note\"/><data name=\"Numero\"/>"
-    "<data name=\"Solde\"/><method name=\"Ajouter\"><return type=\"Double\"/><param "
-    "name=\"montant\" type=\"Double\"/>"
-    "<oparam name=\"style\" type=\"Integer\" list=\"Styles\" def=\"Gras\"/></method>"
-    "<method name=\"Fermer\"><param name=\"raison\"/></method></object>"
-    "<type name=\"Cpt\"/><const name=\"ZEF\" type=\"Application\"/>"
-    "<list name=\"Styles\" flag=\"add\" type=\"Integer\"><listconst name=\"Gras\"/>"
-    "<listconst name=\"Italique\"/><listconst name=\"Souligné\">En "
-    "bas.</listconst></list></objects>";
+constexpr char Words[] = R"(<objects>
+  <object name="Agence"><data name="Nom"/></object>
+  <object name="Application"><data name="Compte" type="Compte"/><data name="Nom"/></object>
+  <object name="Compte"><data name="Nom"/><data name="Note"/><data name="Numero"/>
+    <data name="Solde"/><method name="Fermer"><param name="raison"/></method>
+    <method name="Ajouter"><return type="Double"/><param name="montant" type="Double"/>
+      <oparam name="style" type="Integer" list="Styles" def="Gras"/></method></object>
+  <type name="Cpt"/><const name="ZEF" type="Application"/>
+  <list name="Styles" flag="add" type="Integer"><listconst name="Gras"/>
+    <listconst name="Italique"/><listconst name="Souligné">En bas.</listconst></list>
+</objects>)";
 
 std::string Assist(const TLibrary& library, const char* line, int cursor) {
   const char* result = nullptr;

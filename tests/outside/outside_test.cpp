@@ -33,6 +33,18 @@ HWND CreateMainWindow() {
   return window;
 }
 
+bool MadeBySystem(HWND window) {
+  static const std::set<std::string> Classes{"IME", "MSCTFIME UI", "OleMainThreadWndClass"};
+  return Classes.contains(ClassOf(window));
+}
+
+std::set<HWND> OwnWindows() {
+  std::set<HWND> windows;
+  for (const HWND window : TopWindows(GetCurrentProcessId()))
+    if (!MadeBySystem(window)) windows.insert(window);
+  return windows;
+}
+
 void ServeMessages() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -47,7 +59,7 @@ void TOutsideTest::SetUp() {
   MainWindow = CreateMainWindow();
   ServeMessages();
   THelpRequest::All.clear();
-  FBefore = TCensus::Take();
+  FBefore = OwnWindows();
   Library.emplace();
   Library->VCLSetMainWindowHandle(MainWindow);
   Library->VCLSetMainHelpFile(HelpFile);
@@ -84,8 +96,8 @@ void TOutsideTest::InHost(const std::function<void()>& call) {
 
 // A window that outlives the library would run into its unmapped code at the next message.
 void TOutsideTest::DropOrphans() {
-  for (const HWND window : TCensus::Take().Windows) {
-    if (FBefore.Windows.contains(window)) continue;
+  for (const HWND window : OwnWindows()) {
+    if (FBefore.contains(window)) continue;
     ADD_FAILURE() << "outlives the library: " << ClassOf(window) << " '" << TextOf(window) << "'";
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcW));
     DestroyWindow(window);

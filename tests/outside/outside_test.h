@@ -5,9 +5,9 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 
-#include "outside/census.h"
 #include "outside/library.h"
 #include "outside/scripted_user.h"
 #include "user/window.h"
@@ -28,7 +28,7 @@ class TOutsideTest : public testing::Test {
   }
   /// The host serves its messages while the user acts.
   void WhileIdle(const std::function<void(TScriptedUser&)>& script) {
-    TScriptedUser().WhileIdle(script);
+    During([] {}, script);
   }
 
   /// From a script: makes a call in the host's thread, as the host does when a message comes in.
@@ -43,7 +43,7 @@ class TOutsideTest : public testing::Test {
  private:
   void DropOrphans();
 
-  TCensus FBefore;
+  std::set<HWND> FBefore;  ///< the windows there were
 };
 
 /// The syntax database beside the host's program, for as long as this object lives.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 
 #include "outside/input_barrier.h"
@@ -15,23 +14,13 @@ class TScriptedUser : public TUser {
   TScriptedUser() : TUser(GetCurrentProcessId()) {}
 
   /// Makes the call in this thread while the script runs in another, then serves messages until the
-  /// script has ended. A script that fails is a test failure with the steps and the window tree;
-  /// the forms it left open are closed. A call that does not return even so ends the process.
+  /// script has ended. A script that fails ends the process, which nothing else could get out of
+  /// the call, and tells its steps and the window tree.
   void During(const std::function<void()>& call, const std::function<void(TScriptedUser&)>& script);
-  /// The script alone: there is no call whose return would make its waits hopeless.
-  void WhileIdle(const std::function<void(TScriptedUser&)>& script);
 
  protected:
   void Settle() override;
-  std::string Hopeless() const override;
 
  private:
-  void Act(const std::function<void(TScriptedUser&)>& script);
-  void CloseForms();
-
   TInputBarrier FBarrier;
-  std::atomic<bool> FCallEnded = false;
-  std::atomic<ULONGLONG> FHopelessFrom = 0;  ///< in ticks; 0: not at all
-  std::atomic<bool> FScriptEnded = false;
-  bool FIdle = false;
 };

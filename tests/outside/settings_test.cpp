@@ -97,13 +97,10 @@ TEST_F(Settings, RefusalsGiveTheSystemsCode) {
   RegCloseKey(key);
 }
 
-TEST(DigestExport, WritesTheDigestAndNothingElse) {
-  const TLibrary library;
-  for (const auto& [text, digest] : {std::pair{"", "d41d8cd98f00b204e9800998ecf8427e"},
-                                     {nullptr, "d41d8cd98f00b204e9800998ecf8427e"},
-                                     {"\xE9", "3406877694691ddd1dfb0aca54681407"}}) {
+TEST_F(Settings, StandBesideADigestThatWritesNothingElse) {
+  for (const char* text : {"", static_cast<const char*>(nullptr)}) {
     std::string buffer(40, '#');
-    library.MD5(buffer.data(), text);
-    EXPECT_EQ(buffer, digest + std::string("\0#######", 8));
+    Library.MD5(buffer.data(), text);
+    EXPECT_EQ(buffer, std::string("d41d8cd98f00b204e9800998ecf8427e\0#######", 40));
   }
 }
