@@ -5,8 +5,8 @@
 #include <tuple>
 
 #include "outside/situations.h"
-#include "outside/watchdog.h"
 #include "user/say.h"
+#include "user/watchdog.h"
 
 namespace {
 

@@ -14,9 +14,9 @@
 
 #include "outside/imports.h"
 #include "outside/situations.h"
-#include "outside/watchdog.h"
 #include "user/items.h"
 #include "user/say.h"
+#include "user/watchdog.h"
 
 // What the library asks of the system fails, one call after the other, through its import table. A
 // few calls of each kind; the variable ZEF_FAULTS asks for another number (100000: each of them).

@@ -9,8 +9,8 @@
 #include <cstdlib>
 
 #include "outside/situations.h"
-#include "outside/watchdog.h"
 #include "user/say.h"
+#include "user/watchdog.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "hosts/hostility.h"
-#include "outside/watchdog.h"
+#include "user/watchdog.h"
 
 int main(int argc, char** argv) {
   // What was said last must be on paper when the program is ended.

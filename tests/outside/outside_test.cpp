@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "outside/watchdog.h"
+#include "user/watchdog.h"
 
 namespace {
 constexpr int TestSeconds = 180;

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "outside/library.h"
-#include "outside/scripted_user.h"
+#include "user/scripted_user.h"
 #include "user/window.h"
 
 /// A host with a main window and the library loaded, its windows used by a scripted user. When the

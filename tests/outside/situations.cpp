@@ -2,9 +2,9 @@
 
 #include <commctrl.h>
 
-#include "outside/watchdog.h"
 #include "user/items.h"
 #include "user/say.h"
+#include "user/watchdog.h"
 
 namespace {
 constexpr UINT TickMs = 10;

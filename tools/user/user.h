@@ -4,6 +4,8 @@
 //
 //   TUser           someone at a process's windows: keys, clicks, and waits for what is to appear
 //   TFormDriver     (form_driver.h) one form: its controls by name, read and operated
+//   TScriptedUser   (scripted_user.h) a user of this process's own windows, beside a call of its
+//                   main thread; TInputBarrier and TWatchdog are its means
 //   TSavedSettings  (saved_settings.h) the real user's settings, out of the way meanwhile
 //   window.h, items.h, input.h, picture.h   the means of all: windows, lists, devices, screen
 //

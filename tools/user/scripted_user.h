@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "outside/input_barrier.h"
 #include "user/form_driver.h"
+#include "user/input_barrier.h"
 #include "user/user.h"
 
 /// A user of this process's own windows, who acts from a second thread while the user-interface

@@ -1,4 +1,4 @@
-#include "outside/input_barrier.h"
+#include "user/input_barrier.h"
 
 #include <array>
 #include <atomic>
@@ -7,7 +7,7 @@
 
 namespace {
 constexpr DWORD WaitMs = 250;
-constexpr DWORD LookAgainMs = 1;
+constexpr DWORD MarkerLookMs = 1;
 constexpr WORD MarkerKey = 0xE8;  // unassigned: no layout and no program gives it a meaning
 constexpr WORD MarkerCount = 200;
 
@@ -44,7 +44,7 @@ TInputBarrier::~TInputBarrier() {
 bool TInputBarrier::Pass() {
   // Keys go to the foreground thread: between two dialogs it may be nobody for a moment.
   if (GetWindowThreadProcessId(GetForegroundWindow(), nullptr) != FThread) {
-    Sleep(LookAgainMs);
+    Sleep(MarkerLookMs);
     return false;
   }
   FMarker = static_cast<WORD>(FMarker % MarkerCount + 1);

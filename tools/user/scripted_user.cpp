@@ -1,10 +1,10 @@
-#include "outside/scripted_user.h"
+#include "user/scripted_user.h"
 
 #include <algorithm>
 #include <atomic>
 #include <thread>
 
-#include "outside/watchdog.h"
+#include "user/watchdog.h"
 #include "user/window.h"
 
 void TScriptedUser::During(const std::function<void()>& call,

@@ -1,4 +1,4 @@
-#include "outside/watchdog.h"
+#include "user/watchdog.h"
 
 #include <windows.h>
 
