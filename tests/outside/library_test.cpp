@@ -86,6 +86,8 @@ TEST_F(LoadedLibrary, BelongsToTheThreadOfItsWindowsWhileThatRuns) {
     }
   }).join();
   EXPECT_EQ(cancelled, 1);
+  Library->VCLDialogShow(reinterpret_cast<ZefDialog>(4711));
+  EXPECT_NE(TakeDebugLines().find("VCLDialogShow"), std::string::npos) << "a handle refused";
   const auto expectMemo = [this](const char* text) {
     WhileIdle(
         [&](TScriptedUser& user) { EXPECT_EQ(user.WaitForForm("TDlgDebug").Text("Memo"), text); });
