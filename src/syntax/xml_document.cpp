@@ -78,7 +78,10 @@ TReading OpenDatabase(const std::string& fileName) {
   return reading;
 }
 
+/// Once, until there is something else to tell: each word that the host colours opens the document.
 void Tell(const std::string& fileName, const char* complaint, const std::source_location& place) {
+  static const char* told = nullptr;
+  if (std::exchange(told, complaint) == complaint || !complaint) return;
   const std::string named = fileName.empty() ? fileName : " " + fileName;
   DebugReport("the syntax database" + named + " is " + complaint, place);
 }
@@ -90,7 +93,7 @@ TXMLDocument::TXMLDocument() : FDatabase(EmptyDatabase()) {}
 void TXMLDocument::Open(const std::source_location& place) {
   if (FOpenings == 0) {
     const TReading reading = OpenDatabase(FFileName);
-    if (reading.Complaint) Tell(FFileName, reading.Complaint, place);
+    Tell(FFileName, reading.Complaint, place);
     FDatabase = reading.Database;
     FKnown = reading.Known;
   }
