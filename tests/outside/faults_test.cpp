@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string_view>
 
 #include "outside/imports.h"
@@ -312,8 +313,10 @@ TEST_F(Faults, LeaveAMovedDirectoryWholeInOnePlace) {
 }
 
 TEST_F(Faults, RefuseADialogAndLeaveNothing) {
+  // Enough unasked: a dialog of many controls, a window that works in the background.
+  static const std::set<std::string_view> Usual{"assistant", "download"};
   for (const TSituation& situation : Situations) {
-    if (!std::getenv("ZEF_FAULTS") && !situation.Steps.empty()) continue;
+    if (!std::getenv("ZEF_FAULTS") && !Usual.contains(situation.Name)) continue;
     Torture(
         situation.Name, [] {}, [&] { return Run(situation); },
         [&](const std::string& outcome, bool) {
