@@ -8,7 +8,8 @@
 #include "user/window.h"
 
 namespace {
-constexpr int ListUncoveredMs = 3000;
+/// For hangs only: a busy machine may take seconds.
+constexpr int ListUncoveredMs = 30000;
 constexpr DWORD LookAgainMs = 5;
 
 /// Memory that a control of another process can be pointed to.
