@@ -2,16 +2,16 @@
 
 #include <windows.h>
 
-#include <map>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "forms/application.h"
 #include "forms/control.h"
+#include "forms/form_binder.h"
+#include "forms/form_placement.h"
 #include "forms/form_tips.h"
 #include "platform/handle.h"
 
@@ -19,47 +19,7 @@
 enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2 };
 
 class TButton;
-class TForm;
 class TModalRun;
-
-/// Ties a loaded layout to a form's class: its controls to fields, its event names to handlers.
-class TFormBinder {
- public:
-  using TCloseQueryEvent = std::function<bool()>;
-  /// Command and data of a help request; sets callHelp to have the help system asked. The result
-  /// says that the request was dealt with.
-  using THelpEvent = std::function<bool(UINT command, int data, bool& callHelp)>;
-
-  explicit TFormBinder(TForm& form) : FForm(form) {}
-
-  /// Throws std::logic_error when the layout has no such control or one of another kind.
-  template <class T>
-  void Control(const char* name, T*& field);
-
-  void Handler(const std::string& name, TNotifyEvent handler) {
-    FHandlers[name] = std::move(handler);
-  }
-  void CloseQueryHandler(const std::string& name, TCloseQueryEvent handler) {
-    FCloseQueryHandlers[name] = std::move(handler);
-  }
-  void HelpHandler(const std::string& name, THelpEvent handler) {
-    FHelpHandlers[name] = std::move(handler);
-  }
-
- private:
-  friend class TForm;
-  template <class TMap>
-  static typename TMap::mapped_type Find(const TMap& handlers, const std::string& name) {
-    const auto found = handlers.find(name);
-    if (found == handlers.end()) throw std::logic_error("unknown handler " + name);
-    return found->second;
-  }
-
-  TForm& FForm;
-  std::map<std::string, TNotifyEvent> FHandlers;
-  std::map<std::string, TCloseQueryEvent> FCloseQueryHandlers;
-  std::map<std::string, THelpEvent> FHelpHandlers;
-};
 
 /// A window described by the layout resource of its class. Its window class bears the class's name.
 ///
@@ -119,7 +79,9 @@ class TForm : public TComponent {
   void SetActiveControl(TControl* control) { FActiveControl = control; }
 
   RECT WindowBounds() const;
-  SIZE ClientSize() const;
+  SIZE ClientSize() const { return FPlacement.ClientSize(); }
+  const TLayoutItem& Layout() const { return FLayout; }
+  HFONT Font() const { return FFont.Get(); }
   /// Device pixels for pixels at 96 DPI.
   int Scaled(int pixels) const { return MulDiv(pixels, FDpi, 96); }
   int Dpi() const { return FDpi; }
@@ -192,11 +154,12 @@ class TForm : public TComponent {
   TControl& Child(std::string_view name) const;
   HWND ParentWindow() const { return FParentWindow; }
   /// Moves a form with a window of its own to where its layout says.
-  void Place();
-  const TLayoutItem& Layout() const { return FLayout; }
+  void Place() {
+    if (FCentred) FPlacement.Place();
+  }
 
  private:
-  friend class TFormBinder;
+  friend class TFormPlacement;
   friend class TModalRun;
   friend class TApplication;
   friend class TFormPin;
@@ -207,29 +170,8 @@ class TForm : public TComponent {
   TNotifyEvent* FindEvent(std::string_view property);
   void BindEvents(const TFormBinder& binder);
   TFontHandle MakeFont() const;
-  // form_placement.cpp
-  void SizeAsWanted();
-  void MeasureControls();
-  void ArrangeControls();
-  RECT WorkAreaAround() const;
-  SIZE FullClient() const;
-  SIZE Borders() const;
-  SIZE DesignedClient() const;
-  bool Embedded() const;
-  void SetClientSize(SIZE size);
-  void FitTo(const RECT& workArea);
-  void KeepInside(const RECT& workArea);
-  void KeepOnScreen();
-  bool ExceedsScreen() const;
-  void Restored();
-  void RememberSize();
-  void ScaleTo(int dpi);
-  void Scroll(int bar, int position);
-  void ScrollBy(int bar, int wheel);
-  void HandleScrollBar(int bar, int request);
-  void Reveal(const TControl& control);
-  void LimitTracking(MINMAXINFO& limits) const;
-  bool HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam);
+  /// Fonts and pictures follow; places do not.
+  void SetDpi(int dpi);
   void FocusFirst(TControl* first);
   void FocusArrived(HWND from);
   bool TranslateKey(const MSG& message) const;
@@ -248,11 +190,7 @@ class TForm : public TComponent {
   std::optional<TFormTips> FTips;
   TLayoutItem FLayout;
   std::vector<TControl*> FControls;
-  std::vector<TControl*> FArranged;  ///< the items of FArrangement, in Tab order
-  TArrangement FArrangement;         ///< device pixels
-  SIZE FWantedClient{};    ///< what the form would have where there is room, device pixels
-  SIZE FGivenClient{};     ///< what it was given of it
-  bool FSetAside = false;  ///< minimised or maximised
+  TFormPlacement FPlacement{*this};
   bool FCentred = true;
   int FNextControlId = 0;
   bool FPlaced = false;
@@ -286,12 +224,6 @@ class TFormPin {
   TForm& FForm;
   TUnwindNotice FNotice{[](void* self) { --static_cast<TFormPin*>(self)->FForm.FPins; }, this};
 };
-
-template <class T>
-void TFormBinder::Control(const char* name, T*& field) {
-  field = dynamic_cast<T*>(FForm.FindControl(std::string_view(name)));
-  if (!field) throw std::logic_error(std::string("no such control: ") + name);
-}
 
 /// Builds a form, loads its layout, makes its windows and lets it initialise itself.
 template <class T, class... TArgs>

@@ -1,8 +1,8 @@
-// How large a form is, where it stands and where its controls stand in it: as designed where the
-// screen has room for that, else by the anchors, and scrolled where even they have no room left.
+#include "forms/form_placement.h"
 
 #include <algorithm>
 #include <map>
+#include <string>
 #include <utility>
 
 #include "forms/dpi.h"
@@ -73,46 +73,48 @@ void SetScrollBar(HWND window, int bar, LONG content, LONG page) {
 
 }  // namespace
 
+HWND TFormPlacement::Window() const { return FForm.Handle(); }
+
 // ---- sizes ----
 
-bool TForm::Embedded() const { return HasStyle(FHandle, WS_CHILD); }
+bool TFormPlacement::Embedded() const { return HasStyle(Window(), WS_CHILD); }
 
-SIZE TForm::ClientSize() const {
+SIZE TFormPlacement::ClientSize() const {
   RECT client{};
-  GetClientRect(FHandle, &client);
+  GetClientRect(Window(), &client);
   return SizeOf(client);
 }
 
-SIZE TForm::FullClient() const {
+SIZE TFormPlacement::FullClient() const {
   const SIZE client = ClientSize();
-  const SIZE bars = BarsOf(FHandle);
+  const SIZE bars = BarsOf(Window());
   return {client.cx + bars.cx, client.cy + bars.cy};
 }
 
-SIZE TForm::Borders() const {
+SIZE TFormPlacement::Borders() const {
   // Measured: what the system would calculate is for one DPI, whichever the monitor has.
-  const SIZE window = SizeOf(WindowBounds());
+  const SIZE window = SizeOf(FForm.WindowBounds());
   const SIZE client = FullClient();
   return {window.cx - client.cx, window.cy - client.cy};
 }
 
-SIZE TForm::DesignedClient() const {
-  const auto* outer = FLayout.Find("size");
-  const auto* size = outer ? outer : FLayout.Find("client");
-  if (!size) throw TLayoutError(std::string(ClassName()) + " has no size");
+SIZE TFormPlacement::DesignedClient() const {
+  const auto* outer = FForm.Layout().Find("size");
+  const auto* size = outer ? outer : FForm.Layout().Find("client");
+  if (!size) throw TLayoutError(std::string(FForm.ClassName()) + " has no size");
   const SIZE borders = outer ? Borders() : SIZE{};
-  return {Scaled(LayoutNumber(size->Values[0])) - borders.cx,
-          Scaled(LayoutNumber(size->Values[1])) - borders.cy};
+  return {FForm.Scaled(LayoutNumber(size->Values[0])) - borders.cx,
+          FForm.Scaled(LayoutNumber(size->Values[1])) - borders.cy};
 }
 
-void TForm::SetClientSize(SIZE size) {
+void TFormPlacement::SetClientSize(SIZE size) {
   const SIZE borders = Borders();
-  SetWindowPos(FHandle, nullptr, 0, 0, size.cx + borders.cx, size.cy + borders.cy,
+  SetWindowPos(Window(), nullptr, 0, 0, size.cx + borders.cx, size.cy + borders.cy,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void TForm::FitTo(const RECT& workArea) {
-  if (HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE)) return;
+void TFormPlacement::FitTo(const RECT& workArea) {
+  if (HasStyle(Window(), WS_MINIMIZE | WS_MAXIMIZE)) return;
   RememberSize();
   const SIZE borders = Borders();
   const SIZE room = SizeOf(workArea);
@@ -128,23 +130,23 @@ void TForm::FitTo(const RECT& workArea) {
   FGivenClient = FullClient();
 }
 
-void TForm::RememberSize() {
-  if (!HasStyle(FHandle, WS_THICKFRAME) || Embedded()) return;
-  if (HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE) || FGivenClient.cx == 0) return;
+void TFormPlacement::RememberSize() {
+  if (!HasStyle(Window(), WS_THICKFRAME) || Embedded()) return;
+  if (HasStyle(Window(), WS_MINIMIZE | WS_MAXIMIZE) || FGivenClient.cx == 0) return;
   const SIZE client = FullClient();
   if (Same(client, FGivenClient)) return;
   // A side that only the screen made short is still wanted as it was.
   if (client.cx != FGivenClient.cx) FWantedClient.cx = client.cx;
   if (client.cy != FGivenClient.cy) FWantedClient.cy = client.cy;
   FGivenClient = client;
-  ChosenSizes()[ClassName()] = {FWantedClient, FDpi};
+  ChosenSizes()[FForm.ClassName()] = {FWantedClient, FForm.Dpi()};
 }
 
-void TForm::SizeAsWanted() {
-  const auto chosen = ChosenSizes().find(ClassName());
+void TFormPlacement::SizeAsWanted() {
+  const auto chosen = ChosenSizes().find(FForm.ClassName());
   const bool again = chosen != ChosenSizes().end() && !Embedded();
   FWantedClient =
-      again ? ScaleSize(chosen->second.Client, FDpi, chosen->second.Dpi) : DesignedClient();
+      again ? ScaleSize(chosen->second.Client, FForm.Dpi(), chosen->second.Dpi) : DesignedClient();
   if (Embedded()) {
     SetClientSize(FWantedClient);
   } else {
@@ -152,92 +154,85 @@ void TForm::SizeAsWanted() {
   }
 }
 
-void TForm::LimitTracking(MINMAXINFO& limits) const {
+void TFormPlacement::LimitTracking(MINMAXINFO& limits) const {
   if (Embedded()) return;
   const SIZE borders = Borders();
-  const SIZE room = SizeOf(WorkAreaOf(WindowBounds()));
+  const SIZE room = SizeOf(WorkAreaOf(FForm.WindowBounds()));
   const TExtent design = FArrangement.Design();
   limits.ptMinTrackSize = {std::min(design.Width + borders.cx, room.cx),
                            std::min(design.Height + borders.cy, room.cy)};
 }
 
-void TForm::ScaleTo(int dpi) {
-  const int before = FDpi;
+void TFormPlacement::ScaleTo(int dpi) {
+  const int before = FForm.Dpi();
   if (dpi == before) return;
   RememberSize();
   FWantedClient = ScaleSize(FWantedClient, dpi, before);
-  FDpi = dpi;
-  TFontHandle font = MakeFont();
-  for (TControl* control : FArranged) {
-    control->SetFont(font.Get());
-    control->DpiChanged(dpi);
-  }
-  FFont = std::move(font);
-  DpiChanged();
-  MeasureControls();
+  FForm.SetDpi(dpi);
+  Measure();
   if (!Embedded()) {
-    FitTo(WorkAreaOf(WindowBounds()));
+    FitTo(WorkAreaOf(FForm.WindowBounds()));
   } else if (const SIZE client = FullClient(); Same(client, FGivenClient)) {
     // Else the host has given it its new size already.
     SetClientSize(ScaleSize(client, dpi, before));
   }
-  ArrangeControls();
+  Arrange();
 }
 
 // ---- places ----
 
-RECT TForm::WorkAreaAround() const {
+RECT TFormPlacement::WorkAreaAround() const {
   RECT around{};
   const HWND owner = Application().MainWindow();
   if (owner && !IsIconic(owner)) GetWindowRect(owner, &around);
   return WorkAreaOf(around);
 }
 
-void TForm::Place() {
-  if (!FCentred || IsIconic(FHandle)) return;
+void TFormPlacement::Place() {
+  if (IsIconic(Window())) return;
   const HWND owner = Application().MainWindow();
-  if (const int dpi = DpiOf(owner ? owner : FHandle); dpi != FDpi) ScaleTo(dpi);
+  if (const int dpi = DpiOf(owner ? owner : Window()); dpi != FForm.Dpi()) ScaleTo(dpi);
   const RECT area = WorkAreaAround();
   RECT around{};
-  const auto* position = FLayout.Find("position");
+  const auto* position = FForm.Layout().Find("position");
   const bool onScreen = position && position->Values[0] == "screen";
   if (onScreen || !owner || IsIconic(owner) || !GetWindowRect(owner, &around)) around = area;
   FitTo(area);
-  const SIZE size = SizeOf(WindowBounds());
-  SetWindowPos(FHandle, nullptr, (around.left + around.right - size.cx) / 2,
+  const SIZE size = SizeOf(FForm.WindowBounds());
+  SetWindowPos(Window(), nullptr, (around.left + around.right - size.cx) / 2,
                (around.top + around.bottom - size.cy) / 2, 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   KeepInside(area);
 }
 
-void TForm::KeepInside(const RECT& workArea) {
-  const RECT bounds = WindowBounds();
+void TFormPlacement::KeepInside(const RECT& workArea) {
+  const RECT bounds = FForm.WindowBounds();
   const SIZE size = SizeOf(bounds);
   // A window larger than the screen keeps its caption in reach.
-  SetWindowPos(FHandle, nullptr,
+  SetWindowPos(Window(), nullptr,
                std::max(std::min(bounds.left, workArea.right - size.cx), workArea.left),
                std::max(std::min(bounds.top, workArea.bottom - size.cy), workArea.top), 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void TForm::KeepOnScreen() {
-  if (Embedded() || HasStyle(FHandle, WS_MINIMIZE | WS_MAXIMIZE)) return;
-  const RECT area = WorkAreaOf(WindowBounds());
+void TFormPlacement::KeepOnScreen() {
+  if (Embedded() || HasStyle(Window(), WS_MINIMIZE | WS_MAXIMIZE)) return;
+  const RECT area = WorkAreaOf(FForm.WindowBounds());
   FitTo(area);
   KeepInside(area);
 }
 
 /// Larger than its screen. The frame of one that the user put against an edge may reach beyond it.
-bool TForm::ExceedsScreen() const {
-  const SIZE size = SizeOf(WindowBounds());
-  const SIZE room = SizeOf(WorkAreaOf(WindowBounds()));
+bool TFormPlacement::ExceedsScreen() const {
+  const SIZE size = SizeOf(FForm.WindowBounds());
+  const SIZE room = SizeOf(WorkAreaOf(FForm.WindowBounds()));
   const LONG frame = 2 * GetSystemMetrics(SM_CXSIZEFRAME);
   return size.cx > room.cx + frame || size.cy > room.cy + frame;
 }
 
 // The screen may have become smaller meanwhile. What the system then leaves of the form is not a
 // size that the user chose.
-void TForm::Restored() {
+void TFormPlacement::Restored() {
   if (Embedded() || !ExceedsScreen()) return;
   FGivenClient = FullClient();
   KeepOnScreen();
@@ -245,7 +240,25 @@ void TForm::Restored() {
 
 // ---- controls ----
 
-void TForm::MeasureControls() {
+std::vector<TFormPlacement::TPlace> TFormPlacement::SetControls(std::vector<TControl*> controls) {
+  FArranged = std::move(controls);
+  Measure();
+  if (!Embedded()) FitTo(WorkAreaAround());
+  return PlacesIn(ClientSize());
+}
+
+std::vector<TFormPlacement::TPlace> TFormPlacement::PlacesIn(SIZE client) const {
+  std::vector<TPlace> places;
+  places.reserve(FArranged.size());
+  const auto boxes = FArrangement.At({static_cast<int>(client.cx), static_cast<int>(client.cy)});
+  for (std::size_t i = 0; i < boxes.size(); ++i) {
+    const TBox& box = boxes[i];
+    places.push_back({FArranged[i], {box.Left, box.Top, box.Right, box.Bottom}});
+  }
+  return places;
+}
+
+void TFormPlacement::Measure() {
   std::vector<TArrangedItem> items;
   std::vector<std::size_t> labels;
   for (const TControl* control : FArranged) {
@@ -254,30 +267,30 @@ void TForm::MeasureControls() {
     if (!bounds[0] || !bounds[1]) throw TLayoutError(control->Name() + " has no position");
     const bool captioned = layout.Find("caption") != nullptr;
     if (!bounds[2] && !captioned) throw TLayoutError(control->Name() + " has no size");
-    const SIZE text = captioned ? CaptionSize(FHandle, FFont.Get(), layout) : SIZE{};
-    const SIZE size = bounds[2] ? SIZE{Scaled(*bounds[2]), Scaled(*bounds[3])} : text;
+    const SIZE text = captioned ? CaptionSize(Window(), FForm.Font(), layout) : SIZE{};
+    const SIZE size = bounds[2] ? SIZE{FForm.Scaled(*bounds[2]), FForm.Scaled(*bounds[3])} : text;
     TArrangedItem item;
-    item.Box.Left = Scaled(*bounds[0]);
-    item.Box.Top = Scaled(*bounds[1]);
+    item.Box.Left = FForm.Scaled(*bounds[0]);
+    item.Box.Top = FForm.Scaled(*bounds[1]);
     item.Box.Right = item.Box.Left + static_cast<int>(size.cx);
     item.Box.Bottom = item.Box.Top + static_cast<int>(size.cy);
     item.Anchors = control->Anchors();
     item.Shown = !layout.Find("hidden");
     // Three lines of a list or memo, a few letters of a field; a caption and its check box whole.
-    item.Least.Width =
-        static_cast<int>(std::min<LONG>(size.cx, captioned ? text.cx + Scaled(20) : Scaled(48)));
-    item.Least.Height = static_cast<int>(std::min<LONG>(size.cy, Scaled(45)));
+    item.Least.Width = static_cast<int>(
+        std::min<LONG>(size.cx, captioned ? text.cx + FForm.Scaled(20) : FForm.Scaled(48)));
+    item.Least.Height = static_cast<int>(std::min<LONG>(size.cy, FForm.Scaled(45)));
     if (!bounds[2]) labels.push_back(items.size());
     items.push_back(item);
   }
-  MakeRoomForLabels(items, labels, Scaled(4));
+  MakeRoomForLabels(items, labels, FForm.Scaled(4));
   const SIZE design = DesignedClient();
   FArrangement =
       TArrangement(std::move(items), {static_cast<int>(design.cx), static_cast<int>(design.cy)});
 }
 
-void TForm::ArrangeControls() {
-  if (IsIconic(FHandle)) return;
+void TFormPlacement::Arrange() {
+  if (IsIconic(Window())) return;
   const SIZE full = FullClient();
   const TExtent least = FArrangement.Least();
   const LONG barWidth = GetSystemMetrics(SM_CXVSCROLL);
@@ -287,40 +300,38 @@ void TForm::ArrangeControls() {
   scrollsDown = scrollsDown || (scrollsAcross && full.cy - barHeight < least.Height);
   const SIZE client{full.cx - (scrollsDown ? barWidth : 0),
                     full.cy - (scrollsAcross ? barHeight : 0)};
-  SetScrollBar(FHandle, SB_VERT, least.Height, scrollsDown ? client.cy : least.Height);
-  SetScrollBar(FHandle, SB_HORZ, least.Width, scrollsAcross ? client.cx : least.Width);
-  const int left = GetScrollPos(FHandle, SB_HORZ);
-  const int top = GetScrollPos(FHandle, SB_VERT);
-  const auto boxes = FArrangement.At({static_cast<int>(client.cx), static_cast<int>(client.cy)});
-  for (std::size_t i = 0; i < boxes.size(); ++i) {
-    if (!FArranged[i]->Handle()) continue;
-    const TBox& box = boxes[i];
-    FArranged[i]->SetBounds({box.Left - left, box.Top - top, box.Right - left, box.Bottom - top});
+  SetScrollBar(Window(), SB_VERT, least.Height, scrollsDown ? client.cy : least.Height);
+  SetScrollBar(Window(), SB_HORZ, least.Width, scrollsAcross ? client.cx : least.Width);
+  const int left = GetScrollPos(Window(), SB_HORZ);
+  const int top = GetScrollPos(Window(), SB_VERT);
+  for (auto [control, bounds] : PlacesIn(client)) {
+    OffsetRect(&bounds, -left, -top);
+    if (control->Handle()) control->SetBounds(bounds);
   }
   // Children are not clipped: the form's background would cover those that merely moved.
-  RedrawWindow(FHandle, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 // ---- scrolling ----
 
-void TForm::Scroll(int bar, int position) {
-  const int before = GetScrollPos(FHandle, bar);
-  SetScrollPos(FHandle, bar, position, TRUE);
-  if (GetScrollPos(FHandle, bar) != before) ArrangeControls();
+void TFormPlacement::Scroll(int bar, int position) {
+  const int before = GetScrollPos(Window(), bar);
+  SetScrollPos(Window(), bar, position, TRUE);
+  if (GetScrollPos(Window(), bar) != before) Arrange();
 }
 
 /// By what the wheel was turned.
-void TForm::ScrollBy(int bar, int wheel) {
-  Scroll(bar, GetScrollPos(FHandle, bar) + MulDiv(Scaled(60), wheel, WHEEL_DELTA));
+void TFormPlacement::ScrollBy(int bar, int wheel) {
+  Scroll(bar, GetScrollPos(Window(), bar) + MulDiv(FForm.Scaled(60), wheel, WHEEL_DELTA));
 }
 
-void TForm::HandleScrollBar(int bar, int request) {
+void TFormPlacement::HandleScrollBar(int bar, int request) {
   SCROLLINFO info{};
   info.cbSize = sizeof info;
   info.fMask = SIF_ALL;
-  if (!GetScrollInfo(FHandle, bar, &info)) return;
+  if (!GetScrollInfo(Window(), bar, &info)) return;
   const int page = static_cast<int>(info.nPage);
-  const int line = Scaled(20);
+  const int line = FForm.Scaled(20);
   switch (request) {
     case SB_LINEUP:
       return Scroll(bar, info.nPos - line);
@@ -342,7 +353,7 @@ void TForm::HandleScrollBar(int bar, int request) {
   }
 }
 
-void TForm::Reveal(const TControl& control) {
+void TFormPlacement::Reveal(const TControl& control) {
   const SIZE client = ClientSize();
   const RECT bounds = control.Bounds();
   const auto reveal = [&](int bar, LONG start, LONG end, LONG length) {
@@ -350,18 +361,18 @@ void TForm::Reveal(const TControl& control) {
     if (start >= 0 && start < length / 2 && end - start > length / 2) return;
     // Its start counts more than its end.
     const LONG by = start < 0 ? start : std::min(std::max(end - length, 0L), start);
-    if (by != 0) Scroll(bar, GetScrollPos(FHandle, bar) + static_cast<int>(by));
+    if (by != 0) Scroll(bar, GetScrollPos(Window(), bar) + static_cast<int>(by));
   };
-  if (HasStyle(FHandle, WS_VSCROLL)) reveal(SB_VERT, bounds.top, bounds.bottom, client.cy);
-  if (HasStyle(FHandle, WS_HSCROLL)) reveal(SB_HORZ, bounds.left, bounds.right, client.cx);
+  if (HasStyle(Window(), WS_VSCROLL)) reveal(SB_VERT, bounds.top, bounds.bottom, client.cy);
+  if (HasStyle(Window(), WS_HSCROLL)) reveal(SB_HORZ, bounds.left, bounds.right, client.cx);
 }
 
 // ---- messages ----
 
-bool TForm::HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam) {
+bool TFormPlacement::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_SIZE:
-      if (wParam != SIZE_MINIMIZED) ArrangeControls();
+      if (wParam != SIZE_MINIMIZED) Arrange();
       if (wParam == SIZE_RESTORED && std::exchange(FSetAside, false)) Restored();
       if (wParam != SIZE_RESTORED) FSetAside = true;
       return false;
@@ -372,34 +383,39 @@ bool TForm::HandlePlacement(UINT message, WPARAM wParam, LPARAM lParam) {
       // Perhaps on another monitor, with less room, or with more.
       if (Embedded()) return false;
       RememberSize();
-      if (ExceedsScreen() || !Same(FGivenClient, FWantedClient)) FitTo(WorkAreaOf(WindowBounds()));
+      if (ExceedsScreen() || !Same(FGivenClient, FWantedClient))
+        FitTo(WorkAreaOf(FForm.WindowBounds()));
       return false;
     case WM_DISPLAYCHANGE:
-      if (Visible()) KeepOnScreen();
+      if (FForm.Visible()) KeepOnScreen();
       return false;
     case WM_SETTINGCHANGE:
-      if (wParam == SPI_SETWORKAREA && Visible()) KeepOnScreen();
+      if (wParam == SPI_SETWORKAREA && FForm.Visible()) KeepOnScreen();
       return false;
     case WM_DPICHANGED: {
       ScaleTo(LOWORD(wParam));
       const auto& bounds = *reinterpret_cast<const RECT*>(lParam);
-      SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, 0, 0,
+      SetWindowPos(Window(), nullptr, bounds.left, bounds.top, 0, 0,
                    SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-      FitTo(WorkAreaOf(WindowBounds()));
+      FitTo(WorkAreaOf(FForm.WindowBounds()));
       return true;
     }
     case WM_DPICHANGED_BEFOREPARENT:
       FGivenClient = FullClient();
       return false;
     case WM_DPICHANGED_AFTERPARENT:
-      ScaleTo(DpiOf(FHandle));
+      ScaleTo(DpiOf(Window()));
       return false;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      HandleScrollBar(message == WM_VSCROLL ? SB_VERT : SB_HORZ, LOWORD(wParam));
+      return true;
     case WM_MOUSEWHEEL:
-      if (!HasStyle(FHandle, WS_VSCROLL)) return false;
+      if (!HasStyle(Window(), WS_VSCROLL)) return false;
       ScrollBy(SB_VERT, -static_cast<short>(HIWORD(wParam)));
       return true;
     case WM_MOUSEHWHEEL:
-      if (!HasStyle(FHandle, WS_HSCROLL)) return false;
+      if (!HasStyle(Window(), WS_HSCROLL)) return false;
       ScrollBy(SB_HORZ, static_cast<short>(HIWORD(wParam)));
       return true;
     default:

@@ -87,31 +87,3 @@ void TModalRun::Serve() {
     }
   }
 }
-
-int TForm::ShowModal() {
-  if (!FHandle || Modal()) return mrCancel;
-  const TCallScope scope;
-  {
-    TModalRun run(*this);
-    Show();
-    // Over the windows that are disabled now, also where the system did not put it there.
-    SetWindowPos(FHandle, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    run.Serve();
-    if (run.Abandoned()) {
-      FModalResult = mrCancel;
-    } else if (OnClose) {
-      Guarded(OnClose);
-    }
-  }
-  return FModalResult;
-}
-
-bool TForm::TranslateKey(const MSG& message) const {
-  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
-  TControl* control = FindControl(message.hwnd);
-  return control && control->TranslateKey(message);
-}
-
-void TForm::Abandon() {
-  if (FModalRun) FModalRun->Abandon();
-}
