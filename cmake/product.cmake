@@ -52,7 +52,9 @@ target_compile_definitions(zefext_objects
 
 add_library(zefext SHARED ${PROJECT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/layouts.rc
                           src/resources/zefext.def)
-set_target_properties(zefext PROPERTIES PREFIX "")
+# The linker's import library does not link: the one that does is made in sdk.cmake.
+set_target_properties(zefext PROPERTIES PREFIX ""
+                      ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/CMakeFiles)
 target_link_libraries(zefext PRIVATE zefext_objects)
 # Windows 7 is the oldest system. Handlers of structured exceptions lie in the image (modal runs), so
 # it must not say that there are none. The map tells the check of the binary where code is.
