@@ -9,6 +9,11 @@
 
 #include "user/form_driver.h"
 #include "user/user.h"
+#include "user/user_error.h"
+
+inline void Expect(bool fulfilled, const char* what) {
+  if (!fulfilled) throw TUserError(what);
+}
 
 /// The example host, started for one stop of the tour, with its user. Ended with this object.
 class TTourHost {

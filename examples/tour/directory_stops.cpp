@@ -1,0 +1,93 @@
+#include <windows.h>
+
+#include "tour/stops.h"
+#include "user/window.h"
+
+namespace {
+
+/// Gives a directory a name in the box that asks for one.
+void Name(TTourHost& host, TFormDriver& form, const char* button, const char* prompt,
+          const char* name) {
+  form.Click(button);
+  TFormDriver box = host.User().WaitForForm("TInputBox");
+  box.WaitFocus("Value");
+  box.Type(name);
+  host.See(box, "name", {{"Prompt", prompt}, {"Value", name}});
+  box.Press(VK_RETURN);
+  box.WaitGone();
+}
+
+void AddDirectory(TTourHost& host, TFormDriver& form, const char* name, const char* path) {
+  Name(host, form, "BtnAdd", "Nouveau répertoire", name);
+  host.User().WaitUntil("the new entry", [&] { return form.SelectedItem("ListRep") == name; });
+  form.Fill("EditRep", path);
+}
+
+/// Leaves a message box that says so by a button: 1 OK, 6 yes, 7 no.
+void Answer(TTourHost& host, const char* caption, std::string_view text, const char* button) {
+  TFormDriver box = host.User().WaitForMessageBox(caption);
+  bool said = false;
+  for (const HWND child : Descendants(box.Handle())) said |= TextOf(child) == text;
+  Expect(said, caption);
+  box.Click(button);
+  box.WaitGone();
+}
+
+}  // namespace
+
+void FirstStart(TTourHost& host) {
+  Expect(host.Window().Caption().ends_with("\\Comptes"), "the program's own directory");
+  host.Picture(host.Window(), "host");
+  host.Window().Press(VK_F1);
+  TFormDriver form = host.User().WaitForForm("TDlgSyntax");
+  Expect(!form.SelectedItem("BoxType").empty(), "a type that the assistant knows");
+  form.Press(VK_ESCAPE);
+  form.WaitGone();
+}
+
+void Directories(TTourHost& host) {
+  TFormDriver form = host.User().WaitForForm("TDlgDirSelect");
+  host.WaitItems(form, "ListRep", {});
+  host.See(form, "empty",
+           {{"BtnRename", "Renommer", false},
+            {"BtnDel", "Effacer", false},
+            {"BtnMove", "Déplacer", false},
+            {"EditRep", "", false},
+            {"BoxDefault", form.Text("BoxDefault"), false}});
+  form.Click("ButtonOK");
+  Answer(host, "Erreur", "Vous devez choisir un répertoire !", "#1");
+  AddDirectory(host, form, "Maison", "C:\\users");
+  Expect(form.Checked("BoxDefault") == BST_CHECKED, "the first one opens by itself");
+  AddDirectory(host, form, "Asso", "C:\\windows");
+  Expect(form.Checked("BoxDefault") == BST_UNCHECKED, "the second one does not");
+  Name(host, form, "BtnRename", "Nouveau Nom", "MAISON");
+  Answer(host, "Erreur", "Erreur, MAISON existe déja !", "#1");
+  Name(host, form, "BtnRename", "Nouveau Nom", "Association");
+  host.WaitItems(form, "ListRep", {"Association", "Maison"});
+  host.See(form, "filled", {{"ListRep", "Association"}, {"EditRep", "C:\\windows"}});
+  form.Click("BtnBrowse");
+  TFormDriver picker = host.User().WaitForMessageBox("Rechercher un dossier");
+  host.User().WaitUntil("the folder", [&] { return picker.Text("#14149") == "windows"; });
+  host.PictureOfAll("picker");
+  picker.Click("#2");
+  picker.WaitGone();
+  AddDirectory(host, form, "à jeter", "");
+  for (const char* button : {"#7", "#6"}) {
+    form.Click("BtnDel");
+    Answer(host, "Confirmation", "Confirmes vous la suppresion de à jeter ?", button);
+  }
+  host.See(form, "", {{"ListRep", ""}, {"BtnDel", "Effacer", false}, {"EditRep", "", false}});
+  form.Select("ListRep", "Maison");
+  form.Click("ButtonOK");
+  form.WaitGone();
+  host.User().WaitUntil("the directory in the title",
+                        [&] { return host.Window().Caption().ends_with("C:\\users"); });
+  host.Picture(host.Window(), "opened");
+  host.User().Press(VK_F4);
+  form = host.User().WaitForForm("TDlgDirSelect");
+  host.WaitItems(form, "ListRep", {"Association", "Maison"});
+  host.See(form, "again", {{"ListRep", "Maison"}, {"EditRep", "C:\\users"}});
+  Expect(form.Checked("BoxDefault") == BST_CHECKED, "it opens by itself");
+  form.Press(VK_ESCAPE);
+  form.WaitGone();
+}
