@@ -60,54 +60,40 @@ bool Passes(const TEntry& entry, const std::wstring& filter) {
 }  // namespace
 
 TEntriesWindow::TEntriesWindow(TLibrary& library, HWND owner) : FLibrary(library) {
-  WNDCLASSEXW windowClass = {};
-  windowClass.cbSize = sizeof windowClass;
-  windowClass.lpfnWndProc = WindowProc;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  windowClass.lpszClassName = ZEF_ENTRIES_WINDOW_CLASS;
-  RegisterClassExW(&windowClass);
-
-  const HDC screen = GetDC(nullptr);
-  FDpi = GetDeviceCaps(screen, LOGPIXELSX);
-  ReleaseDC(nullptr, screen);
   RECT place;
   GetWindowRect(owner, &place);
-  CreateWindowExW(0, ZEF_ENTRIES_WINDOW_CLASS, L"",
-                  WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
-                  place.left + MulDiv(60, FDpi, 96), place.top + MulDiv(90, FDpi, 96),
-                  MulDiv(600, FDpi, 96), MulDiv(320, FDpi, 96), owner, nullptr,
-                  windowClass.hInstance, this);
-  if (!FHandle) return;
+  if (!CreateHandle(
+          {ZEF_ENTRIES_WINDOW_CLASS, L"",
+           WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN, 0, owner},
+          {place.left + Scale(60), place.top + Scale(90)}, {Scale(600), Scale(320)})) {
+    return;
+  }
   CreateList();
   ShowEntries();
-  ShowWindow(FHandle, SW_SHOW);
+  ShowWindow(Handle(), SW_SHOW);
 }
 
-TEntriesWindow::~TEntriesWindow() {
-  if (FHandle) DestroyWindow(FHandle);
-}
+TEntriesWindow::~TEntriesWindow() { DestroyHandle(); }
 
 void TEntriesWindow::Filter() {
   const std::optional<std::string> chosen =
       FLibrary.SelectTypOp(AllAnsi(Types), AllAnsi(Cards), ToAnsi(FFilter).value_or(""));
   FFilter = ToWide(chosen.value_or(""));
-  if (!FHandle) return;
+  if (!Handle()) return;
   ShowEntries();
-  SetForegroundWindow(FHandle);
+  SetForegroundWindow(Handle());
 }
 
 void TEntriesWindow::CreateList() {
   FList = CreateWindowExW(0, WC_LISTVIEWW, L"",
                           WS_CHILD | WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL, 0, 0, 0,
-                          0, FHandle, reinterpret_cast<HMENU>(IDC_ENTRIES), nullptr, nullptr);
+                          0, Handle(), reinterpret_cast<HMENU>(IDC_ENTRIES), nullptr, nullptr);
   ListView_SetExtendedListViewStyle(FList, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
   for (int column = 0; column < ColumnCount; ++column) {
     LVCOLUMNW heading = {};
     heading.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
     heading.pszText = const_cast<wchar_t*>(Headings[column].Text);
-    heading.cx = MulDiv(Headings[column].Width, FDpi, 96);
+    heading.cx = Scale(Headings[column].Width);
     heading.fmt = Headings[column].Format;
     SendMessageW(FList, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column),
                  reinterpret_cast<LPARAM>(&heading));
@@ -116,8 +102,8 @@ void TEntriesWindow::CreateList() {
 }
 
 void TEntriesWindow::ShowEntries() {
-  SetWindowTextW(FHandle, FFilter.empty() ? L"Toutes les écritures"
-                                          : (L"Écritures - filtre : " + FFilter).c_str());
+  SetWindowTextW(Handle(), FFilter.empty() ? L"Toutes les écritures"
+                                           : (L"Écritures - filtre : " + FFilter).c_str());
   SendMessageW(FList, LVM_DELETEALLITEMS, 0, 0);
   int row = 0;
   for (const TEntry& entry : Entries) {
@@ -135,30 +121,19 @@ void TEntriesWindow::ShowEntries() {
 
 void TEntriesWindow::Arrange() {
   RECT client;
-  GetClientRect(FHandle, &client);
+  GetClientRect(Handle(), &client);
   MoveWindow(FList, 0, 0, client.right, client.bottom, TRUE);
 }
 
-LRESULT CALLBACK TEntriesWindow::WindowProc(HWND window, UINT message, WPARAM wParam,
-                                            LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    auto* self = static_cast<TEntriesWindow*>(
-        reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams);
-    self->FHandle = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
-  auto* self = reinterpret_cast<TEntriesWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+LRESULT TEntriesWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_SIZE:
-      if (self) self->Arrange();
+      Arrange();
       return 0;
     case WM_SETFOCUS:
-      if (self) SetFocus(self->FList);
-      return 0;
-    case WM_DESTROY:
-      if (self) self->FHandle = nullptr;
+      SetFocus(FList);
       return 0;
     default:
-      return DefWindowProcW(window, message, wParam, lParam);
+      return DefWindowProcW(Handle(), message, wParam, lParam);
   }
 }

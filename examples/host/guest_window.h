@@ -2,30 +2,25 @@
 
 #include <windows.h>
 
+#include "host_window.h"
 #include "library.h"
 
 /// A window of this program with a form of the library inside: a view, which it asks whether the
 /// user changed anything, or a dialog that is not modal.
-class TGuestWindow {
+class TGuestWindow final : public THostWindow {
  public:
   enum class TGuest { View, Dialog };
 
   TGuestWindow(TLibrary& library, TGuest guest, HWND owner);
   ~TGuestWindow();
-  TGuestWindow(const TGuestWindow&) = delete;
-  TGuestWindow& operator=(const TGuestWindow&) = delete;
-
-  /// Null once the user closed it.
-  HWND Handle() const { return FHandle; }
 
  private:
-  static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   void CreateGuest();
   void FitAround(HWND guest);
   void ShowChanged();
 
   TLibrary& FLibrary;
   TGuest FGuest;
-  HWND FHandle = nullptr;
   ZefDialog FDialog = nullptr;
 };

@@ -73,23 +73,9 @@ HMENU ControlId(int id) { return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id
 }  // namespace
 
 bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
-  WNDCLASSEXW windowClass = {};
-  windowClass.cbSize = sizeof windowClass;
-  windowClass.lpfnWndProc = WindowProc;
-  windowClass.hInstance = GetModuleHandleW(nullptr);
-  windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
-  windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-  windowClass.lpszClassName = ZEF_MAIN_WINDOW_CLASS;
-  RegisterClassExW(&windowClass);
-
-  const HDC screen = GetDC(nullptr);
-  FDpi = GetDeviceCaps(screen, LOGPIXELSX);
-  ReleaseDC(nullptr, screen);
   FMacros = LoadMacros();
-  if (!CreateWindowExW(0, ZEF_MAIN_WINDOW_CLASS, L"ZEF", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                       CW_USEDEFAULT, CW_USEDEFAULT, Scale(940), Scale(660), nullptr, nullptr,
-                       windowClass.hInstance, this)) {
+  if (!CreateHandle({ZEF_MAIN_WINDOW_CLASS, L"ZEF", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN},
+                    {CW_USEDEFAULT, CW_USEDEFAULT}, {Scale(940), Scale(660)})) {
     return false;
   }
   const int macro = std::clamp(commandLine.Script, 0, static_cast<int>(FMacros.size()) - 1);
@@ -97,15 +83,13 @@ bool TMainWindow::Create(const TCommandLine& commandLine, int show) {
     FMacros[static_cast<std::size_t>(macro)].Position = *commandLine.Position;
   }
   ShowMacro(macro);
-  ShowWindow(FHandle, PutBackPlace(FLibrary, FHandle, show));
+  ShowWindow(Handle(), PutBackPlace(FLibrary, Handle(), show));
   SetFocus(FEditor.Handle());
   BringOwnDirectory(FLibrary, BesideProgram(L"Comptes"));
   OpenDirectory(false);
-  if (commandLine.Assist) PostMessageW(FHandle, WM_COMMAND, IDM_ASSISTANT, 0);
+  if (commandLine.Assist) PostMessageW(Handle(), WM_COMMAND, IDM_ASSISTANT, 0);
   return true;
 }
-
-int TMainWindow::Scale(int pixels) const { return MulDiv(pixels, FDpi, 96); }
 
 bool TMainWindow::CreateControls() {
   NONCLIENTMETRICSW metrics = {};
@@ -115,15 +99,15 @@ bool TMainWindow::CreateControls() {
 
   FTabs =
       CreateWindowExW(0, WC_TABCONTROLW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS,
-                      0, 0, 0, 0, FHandle, ControlId(IDC_TABS), nullptr, nullptr);
+                      0, 0, 0, 0, Handle(), ControlId(IDC_TABS), nullptr, nullptr);
   FCallsLabel = CreateWindowExW(0, WC_STATICW, L"Appels de zefext.dll :", WS_CHILD | WS_VISIBLE, 0,
-                                0, 0, 0, FHandle, nullptr, nullptr, nullptr);
+                                0, 0, 0, Handle(), nullptr, nullptr, nullptr);
   FCalls = CreateWindowExW(WS_EX_CLIENTEDGE, WC_EDITW, L"",
                            WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_HSCROLL | WS_VSCROLL |
                                ES_MULTILINE | ES_READONLY | ES_AUTOHSCROLL | ES_AUTOVSCROLL,
-                           0, 0, 0, 0, FHandle, ControlId(IDC_LOG), nullptr, nullptr);
+                           0, 0, 0, 0, Handle(), ControlId(IDC_LOG), nullptr, nullptr);
   FStatus = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0,
-                            0, 0, FHandle, ControlId(IDC_STATUS), nullptr, nullptr);
+                            0, 0, Handle(), ControlId(IDC_STATUS), nullptr, nullptr);
   if (!FTabs || !FCallsLabel || !FCalls || !FStatus) return false;
   for (HWND control : {FTabs, FCallsLabel, FCalls, FStatus}) {
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(FFont), FALSE);
@@ -145,7 +129,7 @@ bool TMainWindow::CreateControls() {
   };
   FEditor.OnRestOn = [this](const std::wstring& name, POINT below) { ShowWordHelp(name, below); };
   FEditor.OnMovedOn = [this] { HideWordHelp(); };
-  return FEditor.Create(FHandle, IDC_EDITOR,
+  return FEditor.Create(Handle(), IDC_EDITOR,
                         {ask(&TLibrary::IsMethod), ask(&TLibrary::IsConstant)});
 }
 
@@ -160,7 +144,7 @@ void TMainWindow::CreateMenus() {
     }
     AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), menu.Text);
   }
-  SetMenu(FHandle, bar);
+  SetMenu(Handle(), bar);
   ACCEL keys[std::size(Keys)];
   std::copy(std::begin(Keys), std::end(Keys), keys);
   FAccelerators = CreateAcceleratorTableW(keys, static_cast<int>(std::size(keys)));
@@ -168,7 +152,7 @@ void TMainWindow::CreateMenus() {
 
 void TMainWindow::LoadLibraryBesideProgram() {
   const std::string helpFile = ToAnsi(BesideProgram(L"ZEF.HLP")).value_or("ZEF.HLP");
-  const std::string missing = FLibrary.Load(BesideProgram(L"zefext.dll"), FHandle, helpFile);
+  const std::string missing = FLibrary.Load(BesideProgram(L"zefext.dll"), Handle(), helpFile);
   Tell(missing.empty() ? L"Prêt"
                        : ToWide(missing) +
                              L" est introuvable : l'assistant et la couleur des "
@@ -177,7 +161,7 @@ void TMainWindow::LoadLibraryBesideProgram() {
 
 void TMainWindow::Arrange() {
   RECT client;
-  GetClientRect(FHandle, &client);
+  GetClientRect(Handle(), &client);
   const int width = client.right;
   const int statusParts[] = {std::max(width - Scale(180), 0), -1};
   SendMessageW(FStatus, SB_SETPARTS, std::size(statusParts), reinterpret_cast<LPARAM>(statusParts));
@@ -218,7 +202,7 @@ void TMainWindow::ShowMacro(int index) {
 
 void TMainWindow::ShowTitle() {
   const std::wstring& macro = FMacros[static_cast<std::size_t>(FMacro)].Title;
-  SetWindowTextW(FHandle, (L"ZEF - " + macro + L" - " + CurrentDirectory()).c_str());
+  SetWindowTextW(Handle(), (L"ZEF - " + macro + L" - " + CurrentDirectory()).c_str());
 }
 
 void TMainWindow::ShowPosition() {
@@ -246,7 +230,7 @@ void TMainWindow::RunCommand(int id) {
   }
 }
 
-void TMainWindow::Quit() { SendMessageW(FHandle, WM_CLOSE, 0, 0); }
+void TMainWindow::Quit() { SendMessageW(Handle(), WM_CLOSE, 0, 0); }
 
 void TMainWindow::RunDirectories() {
   OpenDirectory(true);
@@ -315,7 +299,7 @@ void TMainWindow::OpenGuest(std::unique_ptr<TGuestWindow>& window, TGuestWindow:
   if (window && window->Handle()) {
     SetForegroundWindow(window->Handle());
   } else {
-    window = std::make_unique<TGuestWindow>(FLibrary, guest, FHandle);
+    window = std::make_unique<TGuestWindow>(FLibrary, guest, Handle());
   }
 }
 
@@ -324,8 +308,8 @@ void TMainWindow::ShowWordHelp(const std::wstring& name, POINT below) {
   const std::optional<std::string> help = ToAnsi(FHelp->Find(name));
   if (!help || help->empty() || FLibrary.Busy()) return;
   HideWordHelp();
-  FBubbleOwner =
-      CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 0, 0, FHandle, nullptr, nullptr, nullptr);
+  FBubbleOwner = CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 0, 0, Handle(), nullptr,
+                                 nullptr, nullptr);
   FLibrary.ShowHint(FBubbleOwner, *help, below, Scale(360));
 }
 
@@ -337,7 +321,7 @@ void TMainWindow::HideWordHelp() {
 
 void TMainWindow::SwitchTrace() {
   FTracing = !FTracing;
-  CheckMenuItem(GetMenu(FHandle), IDM_TRACE, FTracing ? MF_CHECKED : MF_UNCHECKED);
+  CheckMenuItem(GetMenu(Handle()), IDM_TRACE, FTracing ? MF_CHECKED : MF_UNCHECKED);
   if (!FTracing) {
     FLog.SetTrace({});
     return;
@@ -351,7 +335,7 @@ void TMainWindow::SwitchTrace() {
 
 void TMainWindow::FilterEntries() {
   if (!FEntries || !FEntries->Handle())
-    FEntries = std::make_unique<TEntriesWindow>(FLibrary, FHandle);
+    FEntries = std::make_unique<TEntriesWindow>(FLibrary, Handle());
   FEntries->Filter();
 }
 
@@ -359,17 +343,17 @@ void TMainWindow::ClearLog() { FLog.Clear(); }
 
 void TMainWindow::CheckForUpdate() {
   Tell(FUpdate.Ask(BesideProgram(L"ZEF-nouveau.bin")));
-  if (FUpdate.Downloading()) SetTimer(FHandle, UpdateTimer, UpdatePollMs, nullptr);
+  if (FUpdate.Downloading()) SetTimer(Handle(), UpdateTimer, UpdatePollMs, nullptr);
 }
 
 void TMainWindow::FollowUpdate() {
   if (FLibrary.Busy() || !FUpdate.Ended()) return;
-  KillTimer(FHandle, UpdateTimer);
+  KillTimer(Handle(), UpdateTimer);
   Tell(FUpdate.Finish());
 }
 
 void TMainWindow::ShowFirstSteps() {
-  MessageBoxW(FHandle,
+  MessageBoxW(Handle(),
               L"Le curseur est sur un appel de la macro :\n\n"
               L"F1   l'assistant montre l'objet, ses membres et leurs paramètres ; changez une "
               L"valeur, puis OK réécrit la ligne\n"
@@ -389,7 +373,7 @@ void TMainWindow::ShowAbout() {
   } else {
     text += L"zefext.dll n'est pas chargée.";
   }
-  MessageBoxW(FHandle, text.c_str(), L"À propos de ZEF", MB_OK | MB_ICONINFORMATION);
+  MessageBoxW(Handle(), text.c_str(), L"À propos de ZEF", MB_OK | MB_ICONINFORMATION);
 }
 
 std::string TMainWindow::AnsiTypes() const { return ToAnsi(DeclaredTypes(FEditor)).value_or(""); }
@@ -400,19 +384,7 @@ void TMainWindow::KeepNewTypes() {
   }
 }
 
-LRESULT CALLBACK TMainWindow::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    auto* self =
-        static_cast<TMainWindow*>(reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams);
-    self->FHandle = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-  }
-  auto* self = reinterpret_cast<TMainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  return self ? self->Handle(message, wParam, lParam)
-              : DefWindowProcW(window, message, wParam, lParam);
-}
-
-LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT TMainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CREATE:
       if (!CreateControls()) return -1;
@@ -447,10 +419,10 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       FEntries.reset();
       HideWordHelp();
       FLog.SetTrace({});
-      KeepPlace(FLibrary, FHandle);
+      KeepPlace(FLibrary, Handle());
       FUpdate.Abort();
       FLibrary.Unload();
-      DestroyWindow(FHandle);
+      DestroyWindow(Handle());
       return 0;
     case WM_DESTROY:
       FLog.SetPane(nullptr);
@@ -459,7 +431,7 @@ LRESULT TMainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       PostQuitMessage(0);
       return 0;
   }
-  return DefWindowProcW(FHandle, message, wParam, lParam);
+  return DefWindowProcW(Handle(), message, wParam, lParam);
 }
 
 LRESULT TMainWindow::Notified(const NMHDR& notice) {

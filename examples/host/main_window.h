@@ -10,6 +10,7 @@
 #include "command_line.h"
 #include "entries_window.h"
 #include "guest_window.h"
+#include "host_window.h"
 #include "library.h"
 #include "macros.h"
 #include "script_editor.h"
@@ -18,13 +19,12 @@
 
 /// The program's window: the macros in tabs, the script editor, the calls made to the library and a
 /// status bar.
-class TMainWindow {
+class TMainWindow final : public THostWindow {
  public:
   explicit TMainWindow(TCallLog& log) : FLog(log), FLibrary(log), FUpdate(FLibrary) {}
 
   /// False when the window cannot be made.
   bool Create(const TCommandLine& commandLine, int show);
-  HWND Handle() const { return FHandle; }
   HACCEL Accelerators() const { return FAccelerators; }
 
  private:
@@ -32,14 +32,12 @@ class TMainWindow {
   struct TMenu;
   static const TMenu Menus[5];
 
-  static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   LRESULT Notified(const NMHDR& notice);
   bool CreateControls();
   void CreateMenus();
   void LoadLibraryBesideProgram();
   void Arrange();
-  int Scale(int pixels) const;
 
   void ShowMacro(int index);
   void ShowTitle();
@@ -72,14 +70,12 @@ class TMainWindow {
   std::string AnsiTypes() const;
   void KeepNewTypes();
 
-  HWND FHandle = nullptr;
   HWND FTabs = nullptr;
   HWND FCallsLabel = nullptr;
   HWND FCalls = nullptr;
   HWND FStatus = nullptr;
   HFONT FFont = nullptr;
   HACCEL FAccelerators = nullptr;
-  int FDpi = 96;
   TCallLog& FLog;
   TLibrary FLibrary;
   TUpdateCheck FUpdate;
