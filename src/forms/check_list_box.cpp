@@ -186,6 +186,8 @@ void TCheckListBox::GiveRow(LVITEMW& item) const {
 void TCheckListBox::Clicked(const NMITEMACTIVATE& click) {
   const bool raised = FSelectionRaised;
   FSelectionRaised = false;
+  // Some systems leave it where it was when a box is clicked.
+  if (!Focused()) SetFocus();
   if (!Row(click.iItem)) return;
   LVHITTESTINFO hit{};
   hit.pt = click.ptAction;
@@ -212,7 +214,11 @@ LRESULT TCheckListBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPAR
     Toggle(static_cast<int>(Send(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED)));
     return 0;
   }
+  const bool byMouse = message >= WM_MOUSEFIRST && message <= WM_MOUSELAST;
+  const int selected = byMouse ? ItemIndex() : -1;
   const LRESULT result = TItemsControl::WindowProc(window, message, wParam, lParam);
+  // A click beside the rows, or with Ctrl, takes no selection away: as in a list box.
+  if (selected >= 0 && IsWindow(window) && ItemIndex() < 0) SetItemIndex(selected);
   if (message == WM_SETREDRAW) {
     FRedraws = wParam != FALSE;
     ShowCount();
