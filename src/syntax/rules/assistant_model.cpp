@@ -48,6 +48,18 @@ std::vector<TParamRow> RowsOf(const TSyntaxMember* member, const TLineAnalysis& 
   return rows;
 }
 
+/// Whether the values that stood after the parameter in the frame still stand at the end of the
+/// call.
+bool EndsWithValuesAfter(const TLineAnalysis& line, const TLineAnalysis::TCallFrame& frame,
+                         int parameter) {
+  int last = static_cast<int>(frame.Values.size()) - 1;
+  while (last > parameter && frame.Values[static_cast<std::size_t>(last)].empty()) --last;
+  for (int shown = line.ValueCount() - 1; last > parameter; --last, --shown) {
+    if (line.Value(shown) != frame.Values[static_cast<std::size_t>(last)]) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 void TAssistantModel::AnalyseHostLine(TSyntaxView syntax, std::optional<std::string_view> line,
@@ -258,6 +270,7 @@ void TAssistantModel::ClearParam() {
 
 void TAssistantModel::SelectParam(TSyntaxView syntax, int index) {
   ClearParam();
+  UpdateParamRows(syntax);
   if (index < 0 || index >= static_cast<int>(FParamRows.size())) return;
   FSelectedParam = index;
   ShowValue(FAnalysis.Value(index));
@@ -276,15 +289,26 @@ void TAssistantModel::SetValue(TSyntaxView syntax, std::string_view text) {
   FAnalysis.SetParam(*FCallFrame, FSelectedParam, text, syntax.Names);
   FChanges |= LineChanged;
   FValue = text;
+  if (EndsWithValuesAfter(FAnalysis, *FCallFrame, FSelectedParam)) return UpdateParamRows(syntax);
+  // A value that is half typed hides those after it: their rows stay as they were.
   FParamRows[static_cast<std::size_t>(FSelectedParam)].Checked = !text.empty();
   FChanges |= ParamRowsChanged;
+}
+
+void TAssistantModel::UpdateParamRows(TSyntaxView syntax) {
+  std::vector<TParamRow> rows = RowsOf(WrittenMember(syntax), FAnalysis);
+  // The row whose value was emptied stays as long as it is selected.
+  const auto selected = static_cast<std::size_t>(FSelectedParam + 1);
+  while (rows.size() < selected) rows.push_back(FParamRows[rows.size()]);
+  SetParamRows(std::move(rows));
 }
 
 void TAssistantModel::ToggleParamCheck(TSyntaxView syntax, int index) {
   FChanges |= ParamRowsChanged;
   if (index < 0 || index >= static_cast<int>(FParamRows.size())) return;
+  // As the user saw it.
+  const TParamRow row = FParamRows[static_cast<std::size_t>(index)];
   if (index != FSelectedParam) SelectParam(syntax, index);
-  const TParamRow& row = FParamRows[static_cast<std::size_t>(index)];
   if (!row.Enabled || !row.Checked) return;
   SetValue(syntax, {});
   FChanges |= ValueChanged;

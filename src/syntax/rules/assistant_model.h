@@ -146,6 +146,8 @@ class TAssistantModel {
   void ShowMember(TSyntaxView syntax);
   void ClearMember();
   void ClearParam();
+  /// They show what became of the values.
+  void UpdateParamRows(TSyntaxView syntax);
   void SetParamRows(std::vector<TParamRow> rows);
   void ShowValue(std::string_view value);
   const TSyntaxMember* WrittenMember(TSyntaxView syntax) const;
