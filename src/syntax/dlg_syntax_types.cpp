@@ -28,7 +28,7 @@ void TDlgSyntaxTypes::SetVariables(std::string_view commaText) {
   EditModif->SetText({});
   EditNew->SetText({});
   BtnAdd->SetEnabled(false);
-  BtnValidNom->SetEnabled(false);
+  DisableRename();
   BtnDel->SetEnabled(false);
   EditModif->SetEnabled(false);
 }
@@ -59,7 +59,7 @@ void TDlgSyntaxTypes::BoxConstClick() {
   BtnDel->SetEnabled(selected);
   EditModif->SetEnabled(selected);
   // The name shown is the variable's own.
-  BtnValidNom->SetEnabled(false);
+  DisableRename();
   if (!selected) return;
   // The first item of either list is left alone here, as everywhere in this dialog: hosts have
   // always seen it so.
@@ -89,7 +89,7 @@ void TDlgSyntaxTypes::BtnAddClick() {
   SelectVariable(name);
   EditNew->SetText({});
   BtnAdd->SetEnabled(false);
-  BtnValidNom->SetEnabled(false);
+  DisableRename();
 }
 
 void TDlgSyntaxTypes::BtnValidNomClick() {
@@ -98,7 +98,7 @@ void TDlgSyntaxTypes::BtnValidNomClick() {
   FVariables.Rename(BoxConst->SelectedText(), newName);
   RefreshLists();
   EditModif->SetText({});
-  BtnValidNom->SetEnabled(false);
+  DisableRename();
   SelectVariable(newName);
 }
 
@@ -107,10 +107,15 @@ void TDlgSyntaxTypes::BtnDelClick() {
   FVariables.Delete(BoxConst->SelectedText());
   RefreshLists();
   EditModif->SetText({});
-  BtnValidNom->SetEnabled(false);
+  DisableRename();
 }
 
 // ---- buttons ----
+
+void TDlgSyntaxTypes::DisableRename() {
+  BtnValidNom->SetEnabled(false);
+  if (DefaultButton() == BtnValidNom) ButtonOK->SetDefault();
+}
 
 void TDlgSyntaxTypes::EditNewChange() {
   const std::string newName = EditNew->Text();

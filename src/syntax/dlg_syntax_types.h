@@ -45,6 +45,8 @@ class TDlgSyntaxTypes : public TDlgBase {
   void RefreshLists();
   void RefreshTypes();
   void SelectVariable(std::string_view name);
+  /// A default button that is disabled would leave Enter without effect.
+  void DisableRename();
   void ShowButtons(const TVariablesButtons& buttons);
 
   TEdit* EditNew = nullptr;
