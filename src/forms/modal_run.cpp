@@ -38,6 +38,8 @@ void TModalRun::End() {
   FForm.FModalRun = nullptr;
   std::erase(Application().FModalRuns, this);
   Guarded([this] { FForm.Hide(); });
+  // A list that was open under a held button would hold the mouse for good.
+  ReleaseCapture();
   if (IsWindow(active)) SetActiveWindow(active);
   // The system remembers which window was active, not which control in it.
   if (FFocus && GetActiveWindow() == active && GetAncestor(FFocus, GA_ROOT) == active &&
