@@ -63,7 +63,7 @@ void UnregisterWindowClasses() {
   Registered().clear();
 }
 
-void LeaveWindows(DWORD thread) {
+bool LeaveWindows(DWORD thread) {
   std::vector<HWND> windows;
   for (const HWND top : WindowsOfThread(thread)) {
     if (IsMadeHere(top)) windows.push_back(top);
@@ -81,4 +81,5 @@ void LeaveWindows(DWORD thread) {
       PostMessageW(window, WM_CLOSE, 0, 0);
     }
   }
+  return !windows.empty();
 }

@@ -14,5 +14,5 @@ void UnregisterWindowClasses();
 
 /// Leaves the windows of this library that a thread still has to the system, which destroys them:
 /// at once in that thread itself, else when it serves its next messages. None of them runs into the
-/// library's code again. Any thread.
-void LeaveWindows(DWORD thread);
+/// library's code again. False when there were none. Any thread.
+bool LeaveWindows(DWORD thread);

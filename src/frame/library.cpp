@@ -31,8 +31,9 @@ void Detach(bool processEnds) {
   application.SetUnloading();
   // The last to let go may be any thread, but only their own can destroy windows.
   const DWORD thread = TWindowThread::Id();
+  bool left = false;
   if (thread != 0 && !TWindowThread::IsCurrent()) {
-    LeaveWindows(thread);
+    left = LeaveWindows(thread);
     application.WindowsLost();
   }
   ReleaseSingletons();
@@ -40,7 +41,8 @@ void Detach(bool processEnds) {
   // Those that stood on a stack which an exception of the host's cut off.
   LeaveWindows(GetCurrentThreadId());
   UnregisterWindowClasses();
-  ReleaseCommonControls();
+  // The code of those that wait for their thread to close them is the common controls'.
+  if (!left) ReleaseCommonControls();
   application.SetHandle(nullptr);
   ReleaseKept();
   TWindowThread::Forget();

@@ -25,7 +25,7 @@ struct TCommonControls {
 /// Loads them with the first call. Throws std::runtime_error when the system has none.
 const TCommonControls& CommonControls();
 
-/// Lets go of them, as the library is unloaded; no window of the library is left.
+/// Lets go of them, as the library is unloaded; no window with code of theirs is left.
 void ReleaseCommonControls();
 
 /// For as long as it lives, windows that the thread makes get the controls above. To stand around
