@@ -27,6 +27,20 @@ bool TooDarkForText(COLORREF background) {
   return std::abs(light(background) - light(text)) < 10 * 64;
 }
 
+/// Messages that point to something: any program may post one that points nowhere.
+bool PointsNowhere(UINT message, LPARAM lParam) {
+  switch (message) {
+    case WM_NOTIFY:
+    case WM_DRAWITEM:
+    case WM_HELP:
+    case WM_GETMINMAXINFO:
+    case WM_DPICHANGED:
+      return lParam == 0;
+    default:
+      return false;
+  }
+}
+
 /// Runs a step of making a form; an error in it names whose step it was.
 template <class TStep>
 void Naming(const std::string& name, TStep&& step) {
@@ -323,7 +337,10 @@ void TForm::SetDefaultButton(TButton& button) {
 }
 
 void TForm::FocusArrived(HWND from) {
-  if (IsOfHost(FHandle, from)) FFocusBefore = from;
+  if (!IsOfHost(FHandle, from)) return;
+  // A window that is activated has the focus for a moment, on its way to one of its controls.
+  if (from == GetAncestor(from, GA_ROOT) && CanHaveFocus(FFocusBefore)) return;
+  FFocusBefore = from;
 }
 
 void TForm::ControlFocused(TControl& control, HWND from) {
@@ -376,7 +393,10 @@ LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     FTips.reset();
     ForgetAnnotations(*this);
   }
-  if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
+  if (!FDying && !PointsNowhere(message, lParam) &&
+      HandleMessage(message, wParam, lParam, result)) {
+    return result;
+  }
   result = DefDlgProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) WindowGone();
   return result;
