@@ -16,6 +16,7 @@ static void Assist(void) {
   GetWindowTextA(edit, line, sizeof line);
   SendMessageA(edit, EM_GETSEL, 0, (LPARAM)&cursor);
   zef.VCLSyntaxHelpBox(line, &cursor, &result, "compte=Cpt,budget=Budget");
+  if (!result) return;          /* there is no assistant: want of memory, say */
   SetWindowTextA(edit, result); /* the same line when the user cancelled */
   SendMessageA(edit, EM_SETSEL, cursor, cursor);
 }

@@ -140,7 +140,7 @@ static void Assistant(char* line) {
     const char* result;
     int cursor = 7;
     VCLSyntaxHelpBox("compte.SoldeAu(Date)", &cursor, &result, "compte=Cpt");
-    lstrcpynA(line, result, 1000); /* a copy: the text is the library's */
+    if (result) lstrcpynA(line, result, 1000); /* a copy: the text is the library's */
   }
   /* VCLSyntaxGetNewTypes */
   {
@@ -151,13 +151,13 @@ static void Assistant(char* line) {
   {
     const char* value;
     VCLSyntaxConstHelpBox("vbYesNo + vbQuestion", &value);
-    puts(value);
+    if (value) puts(value);
   }
   /* VCLSyntaxTypesBox */
   {
     const char* types;
     VCLSyntaxTypesBox("compte=Cpt,budget=Budget", &types);
-    puts(types);
+    if (types) puts(types);
   }
   /* end */
 }

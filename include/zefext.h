@@ -268,25 +268,27 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
  *   line    the script line; null is an empty expression
  *   cursor  in: 0-based index of the cursor in the line (null is 0); out, when the user confirmed:
  *           the index just after the edited expression
- *   result  receives the rewritten line, or the line unchanged when the user cancelled; never null
- *           afterwards; valid until the next call of this function or VCLSyntaxConstHelpBox
+ *   result  receives the rewritten line, or the line unchanged when the user cancelled; null when
+ *           the assistant could not be made; valid until the next call of this function or
+ *           VCLSyntaxConstHelpBox
  *   types   comma text of name=type: the variable types declared in the script
  * Cancelling leaves the cursor alone, confirming sets it: when both line and cursor come back as
- * they were, there is nothing to do, whichever it was. A call from another thread gets back the
- * line that it handed in, the host's own text. */
+ * they were, there is nothing to do, whichever it was. A call from another thread gets null. */
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
 
 /* Runs the constant picker on a value: named constants of the syntax database, joined by "+".
  *   text    the value to start from
- *   result  receives the value built, or the text unchanged when the user cancelled; never null
- *           afterwards; valid until the next call of this function or VCLSyntaxHelpBox */
+ *   result  receives the value built, or the text unchanged when the user cancelled; null when the
+ *           picker could not be made; valid until the next call of this function or
+ *           VCLSyntaxHelpBox */
 void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result);
 
 /* Runs the editor of a script's variable types.
  *   text    the variables, as comma text of name=type entries
- *   result  receives the edited ones, or the text unchanged when the user cancelled; never null
- *           afterwards; valid until the next call of this function or VCLSyntaxGetNewTypes */
+ *   result  receives the edited ones, or the text unchanged when the user cancelled; null when the
+ *           editor could not be made; valid until the next call of this function or
+ *           VCLSyntaxGetNewTypes */
 void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result);
 
 /* Whether the variable types changed: by the last VCLSyntaxTypesBox that the user confirmed, or in

@@ -86,7 +86,7 @@ std::string TLibrary::SyntaxHelpBox(const std::string& line, int& cursor,
   const int before = cursor;
   const char* result = nullptr;
   FZef.VCLSyntaxHelpBox(line.c_str(), &cursor, &result, types.c_str());
-  const std::string rewritten = Copied(result);
+  const std::string rewritten = result ? Copied(result) : line;
   FLog.Add(L"VCLSyntaxHelpBox(" + Quoted(line) + L", " + std::to_wstring(before) + L", " +
            Quoted(types) + L") = " + Quoted(rewritten) + L", " + std::to_wstring(cursor));
   return rewritten;
@@ -97,7 +97,7 @@ std::string TLibrary::SyntaxConstHelpBox(const std::string& text) {
   const TRunning running(FRunning);
   const char* result = nullptr;
   FZef.VCLSyntaxConstHelpBox(text.c_str(), &result);
-  const std::string value = Copied(result);
+  const std::string value = result ? Copied(result) : text;
   FLog.Add(L"VCLSyntaxConstHelpBox(" + Quoted(text) + L") = " + Quoted(value));
   return value;
 }
@@ -107,7 +107,7 @@ std::string TLibrary::SyntaxTypesBox(const std::string& types) {
   const TRunning running(FRunning);
   const char* result = nullptr;
   FZef.VCLSyntaxTypesBox(types.c_str(), &result);
-  const std::string edited = Copied(result);
+  const std::string edited = result ? Copied(result) : types;
   FLog.Add(L"VCLSyntaxTypesBox(" + Quoted(types) + L") = " + Quoted(edited));
   return edited;
 }

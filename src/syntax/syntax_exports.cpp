@@ -8,6 +8,13 @@ namespace {
 
 TDlgSyntax& Assistant() { return SingletonForm<TDlgSyntax>(TFormSlot::Assistant); }
 
+/// The assistant. Once it is there, the result is the text that was given, until there is another.
+TDlgSyntax& AssistantFor(const char* text, const char** result) {
+  TDlgSyntax& assistant = Assistant();
+  if (result) *result = OrEmpty(text);
+  return assistant;
+}
+
 /// While one of the assistant's dialogs is on screen, a second run could only spoil the first: it
 /// is answered as cancelled.
 bool Busy(TDlgSyntax& assistant) {
@@ -31,10 +38,10 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word) {
 
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types) {
-  if (result) *result = OrEmpty(line);
+  if (result) *result = nullptr;
   Exported([&] {
+    TDlgSyntax& assistant = AssistantFor(line, result);
     std::string text = OrEmpty(line);
-    TDlgSyntax& assistant = Assistant();
     std::optional<std::string_view> given;
     if (line) given = line;
     if (!Busy(assistant) && assistant.Run(given, cursor ? *cursor : 0, OrEmpty(types))) {
@@ -46,10 +53,10 @@ void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** res
 }
 
 void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result) {
-  if (result) *result = OrEmpty(text);
+  if (result) *result = nullptr;
   Exported([&] {
+    TDlgSyntax& assistant = AssistantFor(text, result);
     std::string value = OrEmpty(text);
-    TDlgSyntax& assistant = Assistant();
     if (!Busy(assistant)) {
       TDlgSyntaxConst& picker = assistant.ConstantPicker();
       assistant.TypesEditor().ClearTypesChanged();
@@ -62,10 +69,10 @@ void ZEFEXT_API VCLSyntaxConstHelpBox(const char* text, const char** result) {
 }
 
 void ZEFEXT_API VCLSyntaxTypesBox(const char* text, const char** result) {
-  if (result) *result = OrEmpty(text);
+  if (result) *result = nullptr;
   Exported([&] {
+    TDlgSyntax& assistant = AssistantFor(text, result);
     std::string variables = OrEmpty(text);
-    TDlgSyntax& assistant = Assistant();
     if (!Busy(assistant)) {
       TDlgSyntaxTypes& editor = assistant.TypesEditor();
       const TOpenDocument open(assistant.Document());
