@@ -34,7 +34,7 @@ set_source_files_properties(${PROJECT_BINARY_DIR}/test_views.rc PROPERTIES OBJEC
 add_library(zefext_views SHARED tests/views/test_view.cpp ${PROJECT_BINARY_DIR}/layouts.rc
                                 ${PROJECT_BINARY_DIR}/test_views.rc src/resources/zefext.def)
 set_target_properties(zefext_views PROPERTIES PREFIX "")
-target_link_libraries(zefext_views PRIVATE zefext_objects)
+target_link_libraries(zefext_views PRIVATE zefext_entry zefext_objects)
 zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext_views.dll zefext_views)
 
 add_custom_target(outside_files ALL DEPENDS ${ZEF_OUTSIDE_COPIES})

@@ -35,27 +35,36 @@ set_source_files_properties(${PROJECT_BINARY_DIR}/layouts.rc
 
 # All that is not rules needs Windows.
 file(GLOB ZEF_WINDOWS_SOURCES CONFIGURE_DEPENDS src/*/*.cpp src/*/*/*.cpp)
-list(REMOVE_ITEM ZEF_WINDOWS_SOURCES ${ZEF_RULE_SOURCES})
+# The entry of the library, and what replaces the tool chain's threads in it: a program that makes
+# threads of its own needs the tool chain's.
+set(ZEF_ENTRY_SOURCES ${PROJECT_SOURCE_DIR}/src/frame/library.cpp
+                      ${PROJECT_SOURCE_DIR}/src/platform/runtime_leftovers.cpp
+                      ${PROJECT_SOURCE_DIR}/src/platform/runtime_threads.cpp)
+list(REMOVE_ITEM ZEF_WINDOWS_SOURCES ${ZEF_RULE_SOURCES} ${ZEF_ENTRY_SOURCES})
 
 # A host's thread gives a stack aligned to 4 bytes, not to this compiler's 16. The protector's few
 # functions are ours (platform/stack_guard.cpp).
 set(ZEF_PRODUCT_FLAGS -mstackrealign -fstack-protector-strong)
 target_compile_options(zef_rules PRIVATE ${ZEF_PRODUCT_FLAGS})
 
-# Everything but the library entry, as objects, so that the tests may also reach inside.
+# Everything but the library's entry, as objects, so that the tests may also reach inside.
 add_library(zefext_objects OBJECT ${ZEF_WINDOWS_SOURCES})
 target_link_libraries(zefext_objects PUBLIC zef_rules comdlg32 gdi32 user32 advapi32 ole32
                                             oleaut32 uuid)
-target_compile_options(zefext_objects PRIVATE ${ZEF_PRODUCT_FLAGS})
 target_compile_definitions(zefext_objects
                            PRIVATE ZEF_INTERFACE_VERSION=${ZEF_INTERFACE_VERSION})
+add_library(zefext_entry OBJECT ${ZEF_ENTRY_SOURCES})
+target_link_libraries(zefext_entry PUBLIC zef_options)
+foreach(part zefext_objects zefext_entry)
+  target_compile_options(${part} PRIVATE ${ZEF_PRODUCT_FLAGS})
+endforeach()
 
 add_library(zefext SHARED ${PROJECT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/layouts.rc
                           src/resources/zefext.def)
 # The linker's import library does not link: the one that does is made in sdk.cmake.
 set_target_properties(zefext PROPERTIES PREFIX ""
                       ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/CMakeFiles)
-target_link_libraries(zefext PRIVATE zefext_objects)
+target_link_libraries(zefext PRIVATE zefext_entry zefext_objects)
 # Windows 7 is the oldest system. Handlers of structured exceptions lie in the image (modal runs), so
 # it must not say that there are none. The map tells the check of the binary where code is.
 target_link_options(zefext PRIVATE -Wl,--gc-sections -s -Wl,--enable-stdcall-fixup

@@ -23,7 +23,7 @@ Tidy() {
 
 status=0
 Tidy 'build/core/CMakeFiles/zef_rules.dir/Unity/*.cxx' || status=1
-Tidy 'build/win32/CMakeFiles/zefext_objects.dir/Unity/*.cxx' "${windows[@]}" || status=1
+Tidy 'build/win32/CMakeFiles/zefext_[oe]*.dir/Unity/*.cxx' "${windows[@]}" || status=1
 cppcheck --quiet --std=c++20 --language=c++ --error-exitcode=1 -j "$(nproc)" -Isrc -Iinclude \
   --enable=warning,style,performance,portability \
   --suppressions-list=scripts/analysis/cppcheck_suppressions.txt src/text src/*/rules || status=1
