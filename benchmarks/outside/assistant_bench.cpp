@@ -116,10 +116,7 @@ const TBenchGroup group("assistant", [] {
     helpBox("x = Objet.Membre3(1).Membre2(2)", &cursor, &result, "");
   };
   PrintRow("AssistantFirst/ours", 1, SecondsToPainted(L"TDlgSyntax", open) * 1e3, "ms");
-  PrintRow("AssistantShown/ours", kRounds, LeastToPainted(kRounds, L"TDlgSyntax", open) * 1e3,
-           "ms");
-  PrintRow("AssistantShown/bare_dialog", kRounds,
-           LeastToPainted(kRounds, kBareClass, OpenBareDialog) * 1e3, "ms");
+  PrintAgainstBare("AssistantShown", kRounds, L"TDlgSyntax", open);
   MeasureActs(helpBox, LibraryFunction<TConstantBox>(library, "VCLSyntaxConstHelpBox"));
   LibraryFunction<void(WINAPI*)()>(library, "VCLFree")();
   FreeLibrary(library);

@@ -9,15 +9,9 @@
 
 namespace {
 
-constexpr int kRounds = 15;
-
 void Measure(const std::string& subject, const wchar_t* className,
              const std::function<void()>& open) {
-  // The first opening loads what all the others find.
-  SecondsToPainted(className, open);
-  PrintRow(subject + "/ours", kRounds, LeastToPainted(kRounds, className, open) * 1e3, "ms");
-  PrintRow(subject + "/bare_dialog", kRounds,
-           LeastToPainted(kRounds, kBareClass, OpenBareDialog) * 1e3, "ms");
+  PrintAgainstBare(subject, 40, className, open);
 }
 
 const TBenchGroup group("dialogs", [] {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <string>
 
 /// Dialogs on screen, as the measurements meet them. One at a time, on the main thread.
 
@@ -14,9 +15,7 @@ double Seconds();
 double SecondsToPainted(const wchar_t* className, const std::function<void()>& open,
                         const std::function<void(HWND)>& act = {});
 
-/// The least of several such openings.
-double LeastToPainted(int rounds, const wchar_t* className, const std::function<void()>& open);
-
-/// A native dialog made of the same controls as the last one that was painted.
-void OpenBareDialog();
-constexpr wchar_t kBareClass[] = L"BareDialog";
+/// The least of several such openings, and of as many of a bare native dialog made of the same
+/// controls: by turns, so that what else the machine does slows both alike.
+void PrintAgainstBare(const std::string& subject, int rounds, const wchar_t* className,
+                      const std::function<void()>& open);
