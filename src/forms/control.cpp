@@ -6,16 +6,39 @@
 
 #include <algorithm>
 #include <climits>
+#include <unordered_map>
 
 #include "forms/form.h"
 #include "platform/code_page.h"
 #include "platform/common_controls.h"
 #include "platform/guard.h"
+#include "platform/kept.h"
 
 namespace {
 
 constexpr wchar_t kNameProperty[] = L"ControlName";
-constexpr UINT_PTR kSubclassId = 1;
+
+/// A window of a control, and the procedure that it had.
+struct TAttached {
+  TControl* Control;
+  WNDPROC Next;
+};
+
+/// Found by us, not by the common controls' subclassing, which asks the system for a property of
+/// the window several times a message: that was a quarter of the time until a dialog was painted.
+using TAttachedWindows = std::unordered_map<HWND, TAttached>;
+
+TAttachedWindows& AttachedWindows() { return Kept<TAttachedWindows>(); }
+
+/// To the window's own procedure.
+LRESULT PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto& windows = AttachedWindows();
+  const auto found = windows.find(window);
+  if (found == windows.end()) return DefWindowProcW(window, message, wParam, lParam);
+  const WNDPROC next = found->second.Next;
+  if (message == WM_NCDESTROY) windows.erase(found);
+  return CallWindowProcW(next, window, message, wParam, lParam);
+}
 
 int SystemColor(const std::string& name) {
   if (name == "window") return COLOR_WINDOW;
@@ -58,6 +81,7 @@ TControl::TControl(TForm& form, const TLayoutItem& layout)
 
 TControl::~TControl() {
   if (FHandle) DestroyWindow(FHandle);
+  std::erase_if(AttachedWindows(), [&](const auto& entry) { return entry.second.Control == this; });
 }
 
 void TControl::Create(const RECT& bounds, HFONT font) {
@@ -79,8 +103,10 @@ void TControl::Create(const RECT& bounds, HFONT font) {
 }
 
 void TControl::Attach(HWND window) {
-  CommonControls().SetWindowSubclass(window, SubclassProc, kSubclassId,
-                                     reinterpret_cast<DWORD_PTR>(this));
+  const auto next = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC));
+  // Replaces what a window left that went without a message, with the thread that it belonged to.
+  AttachedWindows().insert_or_assign(window, TAttached{this, next});
+  SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(AttachedProc));
 }
 
 void TControl::SetWindowName(HWND window, const std::string& name) {
@@ -88,10 +114,11 @@ void TControl::SetWindowName(HWND window, const std::string& name) {
   SetPropW(window, kNameProperty, reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(atom)));
 }
 
-LRESULT CALLBACK TControl::SubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR /*id*/, DWORD_PTR self) {
+LRESULT CALLBACK TControl::AttachedProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const TCallScope scope;
-  auto* control = reinterpret_cast<TControl*>(self);
+  const auto found = AttachedWindows().find(window);
+  if (found == AttachedWindows().end()) return PassOn(window, message, wParam, lParam);
+  TControl* control = found->second.Control;
   const TFormPin pin(control->FForm);
   return Guarded<LRESULT>(0,
                           [&] {
@@ -104,7 +131,7 @@ LRESULT CALLBACK TControl::SubclassProc(HWND window, UINT message, WPARAM wParam
 LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_SETFOCUS: {
-      const LRESULT result = CommonControls().DefSubclassProc(window, message, wParam, lParam);
+      const LRESULT result = PassOn(window, message, wParam, lParam);
       FForm.ControlFocused(*this, reinterpret_cast<HWND>(wParam));
       return result;
     }
@@ -121,14 +148,13 @@ LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
     case WM_NCDESTROY: {
       const auto atom = reinterpret_cast<ULONG_PTR>(RemovePropW(window, kNameProperty));
       if (atom) GlobalDeleteAtom(static_cast<ATOM>(atom));
-      CommonControls().RemoveWindowSubclass(window, SubclassProc, kSubclassId);
       if (window == FHandle) FHandle = nullptr;
       break;
     }
     default:
       break;
   }
-  return CommonControls().DefSubclassProc(window, message, wParam, lParam);
+  return PassOn(window, message, wParam, lParam);
 }
 
 std::string TControl::Text() const { return WindowText(FHandle); }
@@ -186,6 +212,8 @@ RECT TControl::Bounds() const {
 }
 
 void TControl::SetBounds(const RECT& bounds) {
+  // The system would go through all its steps for nothing.
+  if (const RECT before = Bounds(); EqualRect(&before, &bounds)) return;
   SetWindowPos(FHandle, nullptr, bounds.left, bounds.top, bounds.right - bounds.left,
                bounds.bottom - bounds.top, SWP_NOZORDER | SWP_NOACTIVATE);
   FForm.ShowTips(*this);

@@ -124,8 +124,7 @@ class TControl : public TComponent {
   }
 
  private:
-  static LRESULT CALLBACK SubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                       UINT_PTR id, DWORD_PTR self);
+  static LRESULT CALLBACK AttachedProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   TForm& FForm;
   TLayoutItem FLayout;
