@@ -140,6 +140,7 @@ LRESULT TControl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lP
                          {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))});
       break;
     case WM_SETCURSOR:
+      FForm.PointerArrived();
       if (FCursor && LOWORD(lParam) == HTCLIENT) {
         ::SetCursor(LoadCursorW(nullptr, FCursor));
         return TRUE;

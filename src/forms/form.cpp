@@ -85,7 +85,6 @@ void TForm::Load() {
     Bind(binder);
     BindEvents(binder);
   });
-  if (FLayout.Find("show-hints")) FTips.emplace(*this);
   AnnotateControls(*this);
   if (const auto* active = FLayout.Find("active")) {
     FFirstActive = FActiveControl = &Child(active->Values[0]);
@@ -357,6 +356,12 @@ void TForm::ControlFocused(TControl& control, HWND from) {
   if (FEntered == &control && control.OnEnter) control.OnEnter();
 }
 
+void TForm::PointerArrived() {
+  if (FTips || FDying || !FLayout.Find("show-hints")) return;
+  const TOurControls controls;
+  FTips.emplace(*this);
+}
+
 // ---- help ----
 
 bool TForm::Help(UINT command, int data) {
@@ -450,6 +455,9 @@ bool TForm::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& r
       // Left to itself the system would focus the first control now, and select an edit's text,
       // before the control that is to have the focus gets it.
       return FActivating;
+    case WM_SETCURSOR:
+      PointerArrived();
+      return false;
     case WM_LBUTTONUP:
       if (OnClick) OnClick();
       return false;

@@ -115,6 +115,8 @@ class TForm : public TComponent {
 
   void Load();
   virtual void InitDialog() {}
+  /// The pointer is over the form: tips are made now, for most dialogs are used without.
+  void PointerArrived();
   /// See TFormTips.
   void ShowTips(const TControl& control) const {
     if (FTips) FTips->Show(control);

@@ -108,6 +108,7 @@ SIZE TFormPlacement::DesignedClient() const {
 }
 
 void TFormPlacement::SetClientSize(SIZE size) {
+  if (Same(size, FullClient())) return;
   const SIZE borders = Borders();
   SetWindowPos(Window(), nullptr, 0, 0, size.cx + borders.cx, size.cy + borders.cy,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -209,10 +210,10 @@ void TFormPlacement::KeepInside(const RECT& workArea) {
   const RECT bounds = FForm.WindowBounds();
   const SIZE size = SizeOf(bounds);
   // A window larger than the screen keeps its caption in reach.
-  SetWindowPos(Window(), nullptr,
-               std::max(std::min(bounds.left, workArea.right - size.cx), workArea.left),
-               std::max(std::min(bounds.top, workArea.bottom - size.cy), workArea.top), 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const LONG left = std::max(std::min(bounds.left, workArea.right - size.cx), workArea.left);
+  const LONG top = std::max(std::min(bounds.top, workArea.bottom - size.cy), workArea.top);
+  if (left == bounds.left && top == bounds.top) return;
+  SetWindowPos(Window(), nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void TFormPlacement::KeepOnScreen() {
