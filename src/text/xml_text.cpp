@@ -124,25 +124,27 @@ unsigned CodePageOf(std::string_view name) {
   return TXmlEncoding::Unknown;
 }
 
-bool IsCharacter(char16_t c) { return c >= u' ' || c == u'\t' || c == u'\n'; }
+/// A character by itself that stays what it is: nearly every one.
+bool IsPlain(char16_t c) {
+  return (c >= u' ' && c < 0xD800) || c == u'\n' || c == u'\t' || (c >= 0xE000 && c < 0xFFFE);
+}
 
 /// Puts line feeds for the ends of lines. False when there is anything else than characters.
 bool NormalizeCharacters(std::u16string& text) {
-  std::size_t to = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    char16_t c = text[i];
-    if (c == u'\r') {
-      if (i + 1 < text.size() && text[i + 1] == u'\n') continue;
-      c = u'\n';
+  // Up to the first end of line that is to be another, everything stays where it is.
+  auto to = static_cast<std::size_t>(std::ranges::find_if_not(text, IsPlain) - text.begin());
+  for (std::size_t i = to; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    if (IsPlain(c)) {
+      text[to++] = c;
+    } else if (c == u'\r') {
+      if (i + 1 == text.size() || text[i + 1] != u'\n') text[to++] = u'\n';
+    } else {
+      const bool isLead = c >= 0xD800 && c < 0xDC00;
+      if (!isLead || ++i == text.size() || text[i] < 0xDC00 || text[i] >= 0xE000) return false;
+      text[to++] = c;
+      text[to++] = text[i];
     }
-    if (!IsCharacter(c) || c >= 0xFFFE) return false;
-    const bool isLead = c >= 0xD800 && c < 0xDC00;
-    const bool isTrail = c >= 0xDC00 && c < 0xE000;
-    if (isTrail) return false;
-    text[to++] = c;
-    if (!isLead) continue;
-    if (++i == text.size() || text[i] < 0xDC00 || text[i] >= 0xE000) return false;
-    text[to++] = text[i];
   }
   text.resize(to);
   return true;

@@ -74,6 +74,13 @@ struct TContent {
   std::string* Target = nullptr;  ///< where the text goes when the element ends
 
   bool OnlyText() const { return Nodes == 1 && HasText; }
+  /// For the next element; the text's memory stays.
+  void Clear() {
+    Nodes = 0;
+    HasText = HasComment = false;
+    Text.clear();
+    Target = nullptr;
+  }
 };
 
 }  // namespace
@@ -102,7 +109,7 @@ struct TSyntaxDatabaseBuilder::TImpl {
   }
 
   void Open(std::string_view name, TAttributes attributes) {
-    Contents[Depth] = {};
+    Contents[Depth].Clear();
     if (Depth == kElementDepth) return OpenElement(name, attributes);
     TSyntaxElement& element = Elements.back();
     const std::size_t detailDepth = element.Function ? kChildDepth : kDetailDepth;
