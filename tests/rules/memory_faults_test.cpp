@@ -205,6 +205,10 @@ TEST(MemoryFaults, OperationsChangeNothingOrAll) {
       With([] { return TConstantChoice(); }, [](auto& c) { c.Fill(kConstants, "L"); }),
       With([] { return TSharedText(); }, [](auto& t) { t.Set(kLonger); }),
       With(Variables, [](auto& v) { v.Rename(kLong, kLonger); }),
+      With(Variables, [](auto& v) { v.Add(kLonger); }),
+      With(Variables, [](auto& v) { v.Delete(kLong); }),
+      With(Variables, [](auto& v) { v.Load("x=" + kLonger + ",y=T"); }),
+      With(Text, [](auto& t) { t = Variables().CommaText() + kLonger; }),
       With(Text, [](auto& t) { t = DatabaseFromXml(kXml).Elements()[0].Name; }),
       With(Text, [](auto& t) { t = ParseLayout("form F caption \"" + t + "\"").Form.Name; }),
   };
