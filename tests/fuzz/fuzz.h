@@ -1,41 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
-#include <string>
-#include <string_view>
 
-inline void Check(bool holds) { holds ? void() : std::abort(); }
-
-/// Takes an input apart, byte by byte and text by text. At its end all numbers are 0 and all texts
-/// empty.
-class TInput {
- public:
-  explicit TInput(std::string_view text) : FText(text) {}
-
-  bool Empty() const { return FText.empty(); }
-  int Byte() {
-    if (FText.empty()) return 0;
-    const auto byte = static_cast<unsigned char>(FText.front());
-    FText.remove_prefix(1);
-    return byte;
-  }
-  /// From 0 to the number before this one, which is not 0.
-  int Below(int number) { return Byte() % number; }
-  bool Bit() { return Byte() % 2 != 0; }
-  /// Up to the sign that ends it.
-  std::string Text(char end = '\n') {
-    std::string text(FText.substr(0, FText.find(end)));
-    FText.remove_prefix(std::min(text.size() + 1, FText.size()));
-    return text;
-  }
-  std::string Rest() const { return std::string(FText); }
-
- private:
-  std::string_view FText;
-};
+#include "../rules/input.h"
 
 /// By name. Each runs on one input, and does not come back when something does not hold. Targets
 /// put themselves here as the program starts.

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "input.h"
 #include "text/collation.h"
+#include "text/comma_text.h"
 #include "text/string_list.h"
 
 inline std::vector<std::string> LinesOf(const TStringList& list) {
@@ -100,3 +103,59 @@ class TPlainList {
   int FLastSerial = 0;
   std::map<std::string, int> FSet;  ///< lines set last, where they are not the first of their name
 };
+
+inline std::vector<std::string> CommaLines(std::string_view text) {
+  std::vector<std::string> lines;
+  TCommaReader reader(text);
+  while (const auto line = reader.Next()) lines.emplace_back(*line);
+  return lines;
+}
+
+inline void ActOnBoth(TStringList& list, TPlainList& plain, TInput& input) {
+  const int count = list.Count();
+  const auto add = [&](const std::string& line) { Check(list.Add(line) == plain.Add(line)); };
+  const std::function<void()> acts[] = {
+      [&] {  // many lines at once, with names and values that meet
+        const int names = 1 + input.Byte(), values = 1 + input.Below(8);
+        for (int i = count > 300 ? 0 : 2 * input.Byte(); i > 0; --i)
+          add("n" + std::to_string(i % names) + "=" + std::to_string(i % values));
+      },
+      [&] { add(input.Text(';')); },
+      [&] {
+        for (int times = input.Byte(), at = input.Byte(); times > 0 && at < list.Count(); --times)
+          list.Delete(at), plain.Delete(at);
+      },
+      [&] {
+        const std::string name = input.Text('='), value = input.Text(';');
+        list.SetValue(name, value), plain.SetValue(name, value);
+      },
+      [&] {
+        const std::string text = input.Text(';');
+        list.SetCommaText(text);
+        plain = TPlainList(list.Options());
+        for (const auto& line : CommaLines(text)) plain.Add(line);
+      },
+      [&] {
+        const std::string line(count ? list.At(input.Below(count)) : "");
+        const std::string name = line.substr(0, line.find('='));
+        for (const std::string& sought : {line, name, name + "1"}) {
+          const int at = plain.IndexOfName(sought);
+          const std::string named = at < 0 ? "" : plain.Lines()[static_cast<std::size_t>(at)];
+          Check(list.IndexOf(sought) == plain.IndexOf(sought) && list.IndexOfName(sought) == at);
+          Check(list.Value(sought) == named.substr(named.find('=') + 1));
+        }
+      },
+  };
+  acts[input.Below(6)]();
+}
+
+/// A list and the plain one, under any row of operations.
+inline void CompareWithThePlainList(TInput input) {
+  const TStringList::TOptions options{
+      .Sorted = input.Bit(), .CaseSensitive = input.Bit(), .KeepDuplicates = input.Bit()};
+  TStringList list(options);
+  TPlainList plain(options);
+  for (int steps = 0; !input.Empty() && steps < 40; ++steps) ActOnBoth(list, plain, input);
+  Check(LinesOf(list) == plain.Lines());
+  Check(CommaLines(list.CommaText()) == plain.Lines());
+}
