@@ -4,9 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
-#include <memory>
 #include <new>
+#include <source_location>
 
 #include "forms/rules/layout.h"
 #include "memory_store.h"
@@ -44,13 +43,6 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
-
-/// What is done to an object, how it is set right when that was done in part, and all that can be
-/// told of it.
-struct TTrial {
-  std::function<void()> Act, Restart;
-  std::function<std::string()> Show;
-};
 
 const std::string kLong(40, 'l'), kLonger(300, 'm');
 const TSampleSyntax kSyntax;
@@ -93,63 +85,53 @@ void Restart(TAssistantModel& model) {
 template <class TObject>
 void Restart(TObject&) {}
 
-template <class TObject, class TAct>
-TTrial On(TObject object, TAct act) {
-  auto held = std::make_shared<TObject>(std::move(object));
-  return {[=] { act(*held); }, [=] { Restart(*held); }, [=] { return Shown(*held); }};
-}
-
-/// Runs a trial with each allocation failing in turn, alone or with all that follow.
-void Torture(const std::function<TTrial()>& make) {
-  TTrial whole = make();
-  const std::string before = whole.Show();
-  whole.Act();
-  const std::string after = whole.Show();
+/// Does something to an object with each allocation failing in turn, alone or with all that follow.
+template <class TMake, class TAct>
+void Torture(TMake make, TAct act, std::source_location place = std::source_location::current()) {
+  SCOPED_TRACE(place.line());
+  auto whole = make();
+  const std::string before = Shown(whole);
+  act(whole);
+  const std::string after = Shown(whole);
   for (const bool lasting : {false, true}) {
     failed = true;
     for (int n = 0; failed; ++n) {
-      TTrial trial = make();
+      auto object = make();
       bool thrown = failed = false;
       lasts = lasting;
       allocationsLeft = n;
       try {
-        trial.Act();
+        act(object);
       } catch (const std::bad_alloc&) {
         thrown = true;
       }
       allocationsLeft = -1;
-      if (thrown) trial.Show(), trial.Restart();
-      ASSERT_EQ(trial.Show(), thrown ? before : after) << "allocation " << n << lasting;
-      if (thrown) trial.Act();
-      ASSERT_EQ(trial.Show(), after) << "after allocation " << n << lasting;
+      if (thrown) Shown(object), Restart(object);
+      ASSERT_EQ(Shown(object), thrown ? before : after) << "allocation " << n << lasting;
+      if (thrown) act(object);
+      ASSERT_EQ(Shown(object), after) << "after allocation " << n << lasting;
     }
   }
 }
 
 TEST(MemoryFaults, ListsKeepTheirLines) {
-  const std::function<void(TStringList&)> acts[] = {
-      [](TStringList& list) { list.Add(kLong); },
-      [](TStringList& list) { list.SetValue("n7", kLonger); },
-      [](TStringList& list) { list.SetValue(kLonger, "2"); },
-      [](TStringList& list) { list.SetValue(kLonger, ""); },
-      [](TStringList& list) { list.SetCommaText("b,\"a b \"\"" + kLong + "\",c"); },
-  };
-  for (int bits = 0; bits < 16; ++bits)
-    for (const auto& act : acts) {
-      SCOPED_TRACE(std::to_string(bits) + " " + std::to_string(&act - acts));
-      Torture([&] {
+  for (int bits = 0; bits < 8; ++bits) {
+    SCOPED_TRACE(bits);
+    const auto lines = [bits](int count) {
+      return [=] {
         TStringList list({(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0});
-        for (int i = bits > 7 && &act == acts ? 253 : 3; i >= 0; --i)
-          list.Add("n" + std::to_string(i) + "=" + kLong);
+        for (int i = count - 1; i >= 0; --i) list.Add("n" + std::to_string(i) + "=" + kLong);
         for (const char* value : {"=1", "=3"}) list.Add(kLonger + value);
-        return On(std::move(list), act);
-      });
-    }
-}
-
-template <class TMake, class TAct>
-std::function<TTrial()> With(TMake make, TAct act) {
-  return [=] { return On(make(), act); };
+        return list;
+      };
+    };
+    // Into a chunk with room and into one that is split.
+    for (const int count : {4, 254}) Torture(lines(count), [](auto& l) { l.Add(kLong); });
+    Torture(lines(4), [](auto& l) { l.SetValue("n7", kLonger); });
+    Torture(lines(4), [](auto& l) { l.SetValue(kLonger, "2"); });
+    Torture(lines(4), [](auto& l) { l.SetValue(kLonger, ""); });
+    Torture(lines(4), [](auto& l) { l.SetCommaText("b,\"a b \"\"" + kLong + "\",c"); });
+  }
 }
 
 TLineAnalysis Line() {
@@ -181,41 +163,30 @@ TScriptVariables Variables() {
 
 TEST(MemoryFaults, OperationsChangeNothingOrAll) {
   const TSyntaxNames& names = kSyntax.Names;
-  const std::function<TTrial()> trials[] = {
-      With(Line, [&](auto& l) { l.CutHostLine("x = a(" + kLonger + ").c(1, 2)", 330, names); }),
-      With(Line, [&](auto& l) { l.SetExpression("a.b.c.d.e " + kLong + ",,,,,,1", names); }),
-      With(Line, [&](auto& l) { l.SetParam(l.CallFrame(), 4, kLonger, names); }),
-      With(Model, [](auto& m) { m.EditLine(kView, "c.add 1, \"" + kLonger + "\""); }),
-      With(Model, [](auto& m) { m.ChooseMember(kView, 1); }),
-      With(Model, [](auto& m) { m.ChooseType(kView, "Categorie"); }),
-      With(Model, [](auto& m) { m.SelectParam(kView, 2), m.SetValue(kView, kLonger); }),
-      With(Model, [](auto& m) { m.ClickUseReturn(kView), m.DeleteMember(kView); }),
-      With(Model, [](auto& m) { m.Step(kView, 1), m.SetDeclared("c=Compte,d=" + kLonger); }),
-      With([] { return TDirectoryList(); }, [](auto& l) { l.Add(kLonger); }),
-      With(Directories, [](auto& l) { l.Add("a" + kLonger); }),
-      With(Directories, [](auto& l) { l.Rename(0, kLonger); }),
-      With(Directories,
-           [](auto& l) {
-             TMemoryStore store;
-             store.Values = {{"NbDirAlias", "1"}, {"DirAliasName0", "n"}, {"DirAliasPath0", kLong}};
-             l.Load(store);
-           }),
-      With(Choice, [](auto& c) { c.Parse(kLonger + "+" + kLong); }),
-      With(Choice, [](auto& c) { c.Tick(1, true); }),
-      With([] { return TConstantChoice(); }, [](auto& c) { c.Fill(kConstants, "L"); }),
-      With([] { return TSharedText(); }, [](auto& t) { t.Set(kLonger); }),
-      With(Variables, [](auto& v) { v.Rename(kLong, kLonger); }),
-      With(Variables, [](auto& v) { v.Add(kLonger); }),
-      With(Variables, [](auto& v) { v.Delete(kLong); }),
-      With(Variables, [](auto& v) { v.Load("x=" + kLonger + ",y=T"); }),
-      With(Text, [](auto& t) { t = Variables().CommaText() + kLonger; }),
-      With(Text, [](auto& t) { t = DatabaseFromXml(kXml).Elements()[0].Name; }),
-      With(Text, [](auto& t) { t = ParseLayout("form F caption \"" + t + "\"").Form.Name; }),
-  };
-  for (const auto& make : trials) {
-    SCOPED_TRACE(&make - trials);
-    Torture(make);
-  }
+  Torture(Line, [&](auto& l) { l.CutHostLine("x = a(" + kLonger + ").c(1, 2)", 330, names); });
+  Torture(Line, [&](auto& l) { l.SetExpression("a.b.c.d.e " + kLong + ",,,,,,1", names); });
+  Torture(Line, [&](auto& l) { l.SetParam(l.CallFrame(), 4, kLonger, names); });
+  Torture(Model, [](auto& m) { m.EditLine(kView, "c.add 1, \"" + kLonger + "\""); });
+  Torture(Model, [](auto& m) { m.ChooseMember(kView, 1); });
+  Torture(Model, [](auto& m) { m.ChooseType(kView, "Categorie"); });
+  Torture(Model, [](auto& m) { m.SelectParam(kView, 2), m.SetValue(kView, kLonger); });
+  Torture(Model, [](auto& m) { m.ClickUseReturn(kView), m.DeleteMember(kView); });
+  Torture(Model, [](auto& m) { m.Step(kView, 1), m.SetDeclared("c=Compte,d=" + kLonger); });
+  Torture([] { return TDirectoryList(); }, [](auto& l) { l.Add(kLonger); });
+  Torture(Directories, [](auto& l) { l.Add("a" + kLonger); });
+  Torture(Directories, [](auto& l) { l.Rename(0, kLonger); });
+  Torture(Directories, [](auto& l) {
+    TMemoryStore store;
+    store.Values = {{"NbDirAlias", "1"}, {"DirAliasName0", "n"}, {"DirAliasPath0", kLong}};
+    l.Load(store);
+  });
+  Torture(Choice, [](auto& c) { c.Parse(kLonger + "+" + kLong); });
+  Torture(Choice, [](auto& c) { c.Tick(1, true); });
+  Torture([] { return TConstantChoice(); }, [](auto& c) { c.Fill(kConstants, "L"); });
+  Torture([] { return TSharedText(); }, [](auto& t) { t.Set(kLonger); });
+  Torture(Variables, [](auto& v) { v.Rename(kLong, kLonger); });
+  Torture(Text, [](auto& t) { t = DatabaseFromXml(kXml).Elements()[0].Name; });
+  Torture(Text, [](auto& t) { t = ParseLayout("form F caption \"" + t + "\"").Form.Name; });
 }
 
 }  // namespace
