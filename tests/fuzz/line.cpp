@@ -12,11 +12,6 @@
 
 namespace {
 
-const TSampleSyntax& Sample() {
-  static const TSampleSyntax syntax;
-  return syntax;
-}
-
 using TValues = std::vector<std::string>;
 
 /// The values of a call, without the empty ones at its end, which say nothing.
@@ -55,7 +50,7 @@ void CheckAnalysis(const TLineAnalysis& line) {
     Check(end <= line.ParametersEnd());
   }
   TLineAnalysis fresh;
-  fresh.SetExpression(line.Expression(), Sample().Names);
+  fresh.SetExpression(line.Expression(), kSyntax.Names);
   fresh.SelectSegment(line.Position());
   Check(fresh.Position() == line.Position() && fresh.ValueCount() == line.ValueCount());
   Check(fresh.MemberText() == line.MemberText() && fresh.ObjectText() == line.ObjectText());
@@ -66,19 +61,19 @@ void CheckModel(const TAssistantModel& model) {
   CheckAnalysis(model.Analysis());
   Check(model.SelectedItem() < model.MemberItems().Count());
   Check(model.SelectedParam() < static_cast<int>(model.ParamRows().size()));
-  Check(model.SelectedType().empty() || Sample().Names.Types.IndexOf(model.SelectedType()) >= 0);
+  Check(model.SelectedType().empty() || kSyntax.Names.Types.IndexOf(model.SelectedType()) >= 0);
 }
 
 void SetValue(TAssistantModel& model, TInput& input) {
   // Selected again, the call is taken as it is now, not as it was when typing began.
   const bool again = input.Bit();
-  if (again) model.SelectParam(Sample().View(), model.SelectedParam());
+  if (again) model.SelectParam(kView, model.SelectedParam());
   const std::string value = input.Text(';');
   const auto place = static_cast<std::size_t>(model.SelectedParam());
   const bool readBack = again && model.SelectedParam() >= 0 && IsPlainCall(model.Analysis()) &&
                         IsWhole(value) && value != model.Value();
   TValues values = ValuesOf(model.Analysis());
-  model.SetValue(Sample().View(), value);
+  model.SetValue(kView, value);
   if (!readBack) return;
   values.resize(std::max(values.size(), place + 1));
   values[place] = value;
@@ -89,25 +84,24 @@ void SetValue(TAssistantModel& model, TInput& input) {
 void ClickUseReturn(TAssistantModel& model) {
   const bool keepsValues = IsPlainCall(model.Analysis());
   const TValues values = ValuesOf(model.Analysis());
-  model.ClickUseReturn(Sample().View());
+  model.ClickUseReturn(kView);
   Check(!keepsValues || ValuesOf(model.Analysis()) == values);
 }
 
 void Act(TAssistantModel& model, TInput& input) {
-  const TSyntaxView syntax = Sample().View();
   const int position = model.Analysis().Position();
   const std::function<void()> acts[] = {
-      [&] { model.EditLine(syntax, input.Text()); },
-      [&] { model.LeaveLine(syntax); },
-      [&] { model.Step(syntax, position + 1); },
-      [&] { model.Step(syntax, position - 1); },
-      [&] { model.ChooseType(syntax, input.Text(',')); },
-      [&] { model.ChooseMember(syntax, input.Byte()); },
-      [&] { model.SelectParam(syntax, input.Below(8) - 1); },
+      [&] { model.EditLine(kView, input.Text()); },
+      [&] { model.LeaveLine(kView); },
+      [&] { model.Step(kView, position + 1); },
+      [&] { model.Step(kView, position - 1); },
+      [&] { model.ChooseType(kView, input.Text(',')); },
+      [&] { model.ChooseMember(kView, input.Byte()); },
+      [&] { model.SelectParam(kView, input.Below(8) - 1); },
       [&] { SetValue(model, input); },
-      [&] { model.ToggleParamCheck(syntax, input.Below(8)); },
+      [&] { model.ToggleParamCheck(kView, input.Below(8)); },
       [&] { ClickUseReturn(model); },
-      [&] { model.DeleteMember(syntax); },
+      [&] { model.DeleteMember(kView); },
   };
   acts[input.Below(11)]();
 }
@@ -120,7 +114,7 @@ const bool wholeLine = Target("line", [](TInput input) {
 
   TAssistantModel model;
   model.SetDeclared("c=Compte,v=");
-  model.AnalyseHostLine(Sample().View(), line, cursor);
+  model.AnalyseHostLine(kView, line, cursor);
   const std::string prefix = model.Analysis().Prefix(), suffix = model.Analysis().Suffix();
   CheckModel(model);
   while (!input.Empty()) {

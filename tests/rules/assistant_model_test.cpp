@@ -15,9 +15,9 @@ class AssistantModel : public testing::Test {
   void Analyse(std::string marked) {
     FModel.SetDeclared("c=Compte");
     const std::size_t cursor = marked.find('^');
-    FModel.AnalyseHostLine(FView, marked.erase(cursor, 1), static_cast<int>(cursor));
+    FModel.AnalyseHostLine(kView, marked.erase(cursor, 1), static_cast<int>(cursor));
   }
-  std::string Record() { return FModel.RecordUndeclaredType(FView).value_or("none"); }
+  std::string Record() { return FModel.RecordUndeclaredType(kView).value_or("none"); }
   // The line, the position, the type and the member of as many; the rows, "+" enabled, "x" checked;
   // the value and its panel; the box of the return value, "?" greyed; what changed: (L)ine,
   // (I)tems, (R)ows, (V)alue.
@@ -41,8 +41,6 @@ class AssistantModel : public testing::Test {
     return text;
   }
 
-  const TSampleSyntax FSyntax;
-  const TSyntaxView FView = FSyntax.View();
   TAssistantModel FModel;
 };
 
@@ -51,16 +49,16 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
   const auto number = [&] { return std::stoi(on); };
   const std::map<std::string, std::function<void()>> actions = {
       {"host", [&] { Analyse(on); }},
-      {"edit", [&] { FModel.EditLine(FView, on); }},
-      {"leave", [&] { FModel.LeaveLine(FView); }},
-      {"step", [&] { FModel.Step(FView, number()); }},
-      {"type", [&] { FModel.ChooseType(FView, on); }},
-      {"member", [&] { FModel.ChooseMember(FView, FModel.MemberItems().Find(on)); }},
-      {"param", [&] { FModel.SelectParam(FView, number()); }},
-      {"value", [&] { FModel.SetValue(FView, on); }},
-      {"tick", [&] { FModel.ToggleParamCheck(FView, number()); }},
-      {"return", [&] { FModel.ClickUseReturn(FView); }},
-      {"delete", [&] { FModel.DeleteMember(FView); }},
+      {"edit", [&] { FModel.EditLine(kView, on); }},
+      {"leave", [&] { FModel.LeaveLine(kView); }},
+      {"step", [&] { FModel.Step(kView, number()); }},
+      {"type", [&] { FModel.ChooseType(kView, on); }},
+      {"member", [&] { FModel.ChooseMember(kView, FModel.MemberItems().Find(on)); }},
+      {"param", [&] { FModel.SelectParam(kView, number()); }},
+      {"value", [&] { FModel.SetValue(kView, on); }},
+      {"tick", [&] { FModel.ToggleParamCheck(kView, number()); }},
+      {"return", [&] { FModel.ClickUseReturn(kView); }},
+      {"delete", [&] { FModel.DeleteMember(kView); }},
   };
   const struct {
     std::string Action;
@@ -211,15 +209,15 @@ TEST_F(AssistantModel, DeclaresWhatATypeWasChosenForWhateverItsName) {
     for (const auto& [line, pick, edits, type, declared] : cases) {
       SCOPED_TRACE(std::string(line) + " " + pick + (edits.empty() ? "" : edits.back()));
       Analyse(line);
-      FModel.Step(FView, 0);
-      FModel.ChooseType(FView, pick);
-      FModel.Step(FView, 1);
-      FModel.Step(FView, 0);
+      FModel.Step(kView, 0);
+      FModel.ChooseType(kView, pick);
+      FModel.Step(kView, 1);
+      FModel.Step(kView, 0);
       for (const std::string& edit : edits) {
-        FModel.EditLine(FView, edit);
-        if (leaves) FModel.LeaveLine(FView);
+        FModel.EditLine(kView, edit);
+        if (leaves) FModel.LeaveLine(kView);
       }
-      FModel.LeaveLine(FView);
+      FModel.LeaveLine(kView);
       EXPECT_EQ(FModel.SelectedType(), type);
       EXPECT_EQ(Record(), declared);
       EXPECT_EQ(Record(), "none");

@@ -2,24 +2,20 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <algorithm>
 
 #include "sample_syntax.h"
 
 namespace {
 
-class LineAnalysis : public testing::Test {
- protected:
-  TLineAnalysis At(const std::string& expression, int position) const {
-    TLineAnalysis line;
-    line.SetExpression(expression, FSyntax.Names);
-    line.SelectSegment(position);
-    return line;
-  }
-  const TSampleSyntax FSyntax;
-};
+TLineAnalysis At(const std::string& expression, int position) {
+  TLineAnalysis line;
+  line.SetExpression(expression, kSyntax.Names);
+  line.SelectSegment(position);
+  return line;
+}
 
-TEST_F(LineAnalysis, FindsObjectMemberAndValues) {
+TEST(LineAnalysis, FindsObjectMemberAndValues) {
   const struct {
     const char* Expression;
     int Asked, Position;
@@ -70,51 +66,47 @@ TEST_F(LineAnalysis, FindsObjectMemberAndValues) {
   }
 }
 
-TEST_F(LineAnalysis, RewritesTheExpression) {
-  const TSyntaxNames& names = FSyntax.Names;
-  const auto member = [&names](const char* name) {
-    return [&names, name](TLineAnalysis& line) { line.ReplaceMember(name, names); };
-  };
-  const auto useReturn = [&names](bool use) {
-    return [&names, use](TLineAnalysis& line) { line.SetUseReturn(use, names); };
-  };
-  const auto param = [&names](int index, const char* value) {
-    return [&names, index, value](TLineAnalysis& line) {
-      line.SetParam(line.CallFrame(), index, value, names);
-    };
-  };
-  const auto remove = [&names](TLineAnalysis& line) { line.DeleteMember(names); };
-  struct {
-    std::string Expression;
+TEST(LineAnalysis, RewritesTheExpression) {
+  const struct {
+    const char* Expression;
     int Position;
-    std::function<void(TLineAnalysis&)> Rewrite;
-    std::string Result;
-  } const cases[] = {
-      {"obj.add 1", 0, member("Add"), "obj.Add 1"},
-      {"obj", 0, member("Add"), "obj.Add"},
-      {"a.b(1).c", 1, member("Nom"), "a.b(1).Nom"},
-      {"", 0, member("MsgBox"), "MsgBox"},
-      {"Left(s)", 0, member("MsgBox"), "MsgBox(s)"},
-      {"obj.Add 1, 2", 0, useReturn(true), "obj.Add(1, 2)"},
-      {"obj.Add(1, 2)", 0, useReturn(false), "obj.Add 1, 2"},
-      {"obj.Add( , 5 )", 0, useReturn(false), "obj.Add , 5"},
-      {"obj.Add(1,2).c", 0, useReturn(true), "obj.Add(1,2).c"},
-      {"obj.Nom", 0, useReturn(true), "obj.Nom()"},
-      {"obj.Add()", 0, useReturn(false), "obj.Add"},
-      {"MsgBox(1)", 0, useReturn(false), "MsgBox 1"},
-      {"obj.Add(, 5)", 0, param(1, ""), "obj.Add()"},
-      {"obj.Add", 0, param(2, "c"), "obj.Add , , c"},
-      {"obj.Add a", 0, param(2, "c"), "obj.Add a, , c"},
-      {"obj.Add a", 0, param(0, ""), "obj.Add"},
-      {"a.b(1,2).c.d", 0, param(0, "f(x)"), "a.b(f(x), 2).c.d"},
-      {"MsgBox", 0, param(0, "\"x\""), "MsgBox \"x\""},
-      {"a.b(1).c", 0, remove, "a.c"},
-      {"MsgBox.x 1", 0, remove, "MsgBox"},
+    std::string Action, Result;
+  } cases[] = {
+      {"obj.add 1", 0, "member Add", "obj.Add 1"},
+      {"obj", 0, "member Add", "obj.Add"},
+      {"a.b(1).c", 1, "member Nom", "a.b(1).Nom"},
+      {"", 0, "member MsgBox", "MsgBox"},
+      {"Left(s)", 0, "member MsgBox", "MsgBox(s)"},
+      {"obj.Add 1, 2", 0, "call yes", "obj.Add(1, 2)"},
+      {"obj.Add(1, 2)", 0, "call no", "obj.Add 1, 2"},
+      {"obj.Add( , 5 )", 0, "call no", "obj.Add , 5"},
+      {"obj.Add(1,2).c", 0, "call yes", "obj.Add(1,2).c"},
+      {"obj.Nom", 0, "call yes", "obj.Nom()"},
+      {"obj.Add()", 0, "call no", "obj.Add"},
+      {"MsgBox(1)", 0, "call no", "MsgBox 1"},
+      {"obj.Add(, 5)", 0, "1", "obj.Add()"},
+      {"obj.Add", 0, "2 c", "obj.Add , , c"},
+      {"obj.Add a", 0, "2 c", "obj.Add a, , c"},
+      {"obj.Add a", 0, "0", "obj.Add"},
+      {"a.b(1,2).c.d", 0, "0 f(x)", "a.b(f(x), 2).c.d"},
+      {"MsgBox", 0, "0 \"x\"", "MsgBox \"x\""},
+      {"a.b(1).c", 0, "delete", "a.c"},
+      {"MsgBox.x 1", 0, "delete", "MsgBox"},
   };
-  for (const auto& test : cases) {
-    TLineAnalysis line = At(test.Expression, test.Position);
-    test.Rewrite(line);
-    EXPECT_EQ(line.Expression(), test.Result) << test.Expression;
+  for (const auto& [expression, position, action, result] : cases) {
+    TLineAnalysis line = At(expression, position);
+    const std::string what = action.substr(0, action.find(' '));
+    const std::string with = action.substr(std::min(action.size(), what.size() + 1));
+    if (what == "member") {
+      line.ReplaceMember(with, kSyntax.Names);
+    } else if (what == "call") {
+      line.SetUseReturn(with == "yes", kSyntax.Names);
+    } else if (what == "delete") {
+      line.DeleteMember(kSyntax.Names);
+    } else {
+      line.SetParam(line.CallFrame(), std::stoi(what), with, kSyntax.Names);
+    }
+    EXPECT_EQ(line.Expression(), result) << expression << " " << action;
   }
 }
 

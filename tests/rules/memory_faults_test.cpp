@@ -45,8 +45,6 @@ void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 namespace {
 
 const std::string kLong(40, 'l'), kLonger(300, 'm');
-const TSampleSyntax kSyntax;
-const TSyntaxView kView = kSyntax.View();
 const std::string kXml = "<objects><list name=\"L\" flag=\"add\"><comment>" + kLong +
                          "</comment><listconst name=\"" + kLong + "\"/><listconst name=\"" +
                          kLonger + "\">" + kLong + "</listconst></list></objects>";

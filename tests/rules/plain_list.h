@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -34,28 +33,20 @@ class TPlainList {
     }
     const auto index = place - FLines.begin();
     FLines.insert(place, line);
-    FSerials.insert(FSerials.begin() + index, ++FLastSerial);
+    FSetLast.insert(FSetLast.begin() + index, false);
     return static_cast<int>(index);
   }
   int IndexOf(const std::string& line) const {
     return Find([&](const std::string& other) { return Same(other, line); });
   }
   int IndexOfName(const std::string& name) const {
-    if (const auto set = FSet.find(Key(name)); set != FSet.end()) {
-      const auto line = std::ranges::find(FSerials, set->second);
-      if (line != FSerials.end()) return static_cast<int>(line - FSerials.begin());
-    }
-    return FirstOfName(name);
-  }
-  int FirstOfName(const std::string& name) const {
-    return Find([&](const std::string& other) {
-      const auto equals = other.find('=');
-      return equals != std::string::npos && Same(other.substr(0, equals), name);
-    });
+    for (std::size_t i = 0; i < FLines.size(); ++i)
+      if (FSetLast[i] && HasName(FLines[i], name)) return static_cast<int>(i);
+    return Find([&](const std::string& line) { return HasName(line, name); });
   }
   void Delete(int index) {
     FLines.erase(FLines.begin() + index);
-    FSerials.erase(FSerials.begin() + index);
+    FSetLast.erase(FSetLast.begin() + index);
   }
   void SetValue(const std::string& name, const std::string& value) {
     const int at = IndexOfName(name);
@@ -74,8 +65,9 @@ class TPlainList {
     } else if (FOptions.Sorted) {
       Delete(at);
       const int now = Add(line);
-      FSet.erase(Key(name));
-      if (FirstOfName(name) != now) FSet[Key(name)] = FSerials[static_cast<std::size_t>(now)];
+      for (std::size_t i = 0; i < FLines.size(); ++i)
+        if (HasName(FLines[i], name)) FSetLast[i] = false;
+      FSetLast[static_cast<std::size_t>(now)] = IndexOfName(name) != now;
     } else {
       const int equal = IndexOf(line);
       old = line;
@@ -87,21 +79,19 @@ class TPlainList {
   bool Same(const std::string& a, const std::string& b) const {
     return FOptions.CaseSensitive ? a == b : SameText(a, b);
   }
+  bool HasName(const std::string& line, const std::string& name) const {
+    const auto equals = line.find('=');
+    return equals != std::string::npos && Same(line.substr(0, equals), name);
+  }
   template <class TCondition>
   int Find(TCondition condition) const {
     const auto found = std::find_if(FLines.begin(), FLines.end(), condition);
     return found == FLines.end() ? -1 : static_cast<int>(found - FLines.begin());
   }
 
-  std::string Key(const std::string& name) const {
-    return FOptions.CaseSensitive ? name : UpperText(name);
-  }
-
   TStringList::TOptions FOptions;
   std::vector<std::string> FLines;
-  std::vector<int> FSerials;  ///< of the lines, each given once
-  int FLastSerial = 0;
-  std::map<std::string, int> FSet;  ///< lines set last, where they are not the first of their name
+  std::vector<bool> FSetLast;  ///< stands for its name, though it is not the first that has it
 };
 
 inline std::vector<std::string> CommaLines(std::string_view text) {
@@ -118,7 +108,8 @@ inline void ActOnBoth(TStringList& list, TPlainList& plain, TInput& input) {
       [&] {  // many lines at once, with names and values that meet
         const int names = 1 + input.Byte(), values = 1 + input.Below(8);
         for (int i = count > 300 ? 0 : 2 * input.Byte(); i > 0; --i)
-          add("n" + std::to_string(i % names) + "=" + std::to_string(i % values));
+          add("n" + std::to_string(i % names) + "=1" +
+              std::string(static_cast<std::size_t>(100 * (i % values)), 'v'));
       },
       [&] { add(input.Text(';')); },
       [&] {

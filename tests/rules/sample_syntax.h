@@ -32,6 +32,7 @@ struct TSampleSyntax {
     Names.BuildWords(Database);
     Names.BuildTypes(Database);
   }
-
-  TSyntaxView View() const { return {Database, Names}; }
 };
+
+inline const TSampleSyntax kSyntax;
+inline const TSyntaxView kView{kSyntax.Database, kSyntax.Names};

@@ -15,11 +15,13 @@ using TLines = std::vector<std::string>;
 
 TEST(StringList, RandomOperationsAgreeWithThePlainList) {
   std::mt19937 random(4711);
-  for (int run = 0; run < 400; ++run) {
+  const std::string_view signs = ";;;;==,\" nN1\xE9\xC9";
+  for (int run = 0; run < 200; ++run) {
     std::string input;
-    for (int i = 0; i < 300; ++i)
-      input +=
-          random() % 2 != 0 ? static_cast<char>(random()) : ";;;;==,\" nN1\xE9\xC9"[random() % 14];
+    for (int i = 0; i < 300; ++i) {
+      input += random() % 2 != 0 ? signs[random() % signs.size()] : static_cast<char>(random());
+      if (random() % 200 == 0) input.append(random() % 40000, 'v');
+    }
     CompareWithThePlainList(TInput(input));
   }
 }
@@ -57,21 +59,6 @@ TEST(StringList, CommaTextQuotesOnlyWhatNeedsIt) {
   EXPECT_EQ(blank.CommaText(), "\"\"");
   list.SetCommaText(list.At(2));
   EXPECT_EQ(LinesOf(list), (TLines{"a", "b"})) << "read from a line of its own";
-}
-
-TEST(StringList, LongLinesAndChangedOnesKeepTheirText) {
-  TStringList list({});
-  TPlainList model({});
-  std::mt19937 random(5);
-  // Values that grow and shrink leave dead text behind, enough of it to be cleaned up many times.
-  for (int step = 0; step < 3000; ++step) {
-    const std::string name = "n" + std::to_string(random() % 400);
-    const std::string value(random() % 20 == 0 ? 40000 : random() % 3000, 'v');
-    list.SetValue(name, value);
-    model.SetValue(name, value);
-  }
-  EXPECT_EQ(LinesOf(list), model.Lines());
-  for (const std::string& line : model.Lines()) ASSERT_EQ(list.IndexOf(line), model.IndexOf(line));
 }
 
 TEST(StringList, KeysOfOneHashAreTwo) {
