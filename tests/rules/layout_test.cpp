@@ -2,15 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "forms/rules/arrangement.h"
 #include "forms/rules/glyph.h"
+#include "forms/rules/labels.h"
 
 namespace {
 
@@ -181,16 +184,53 @@ TEST(Layout, EveryLayoutOfTheLibraryIsSound) {
   }
 }
 
-TEST(Glyph, EveryGlyphOfTheLibraryIsSoundAndScales) {
-  for (const auto& [name, text] : Resources("glyphs", ".glyph")) {
-    SCOPED_TRACE(name);
-    const auto glyph = ParseGlyph(text);
-    for (const int size : {8, 16, 20, 24, 32})
-      EXPECT_EQ(ScaleGlyph(glyph, size).Pixels.size(), static_cast<std::size_t>(size * size));
+// The layouts themselves, so that a control put between a label and its own comes to light.
+TEST(Labels, BelongToTheControlTheyAreLaidOutFor) {
+  const std::pair<const char*, const char*> expected[] = {
+      {"TDlgSyntax",
+       "EditLigne=Label1 EditObjet=Label2 UpDown= BoxType=StaticText1 EditHelpType= "
+       "EditMethod=Label3 BoxMethod= TextReturnType=Label7 EditHelpMethod= ListParam=Label4 "
+       "EditValue=Label5 TextParamType= TextDefVal=Label8 EditParamHelp="},
+      {"TDlgSyntaxConst",
+       "EditResult=Label2 BoxCat=Label1 EditType= EditHelp= ListConst= EditConstHelp="},
+      {"TDlgSyntaxTypes", "EditNew=Label1 BoxConst= EditModif=Label2 BoxTypes=Label3"},
+      {"TDlgDirSelect", "ListRep=Label1 EditRep=Label2"},
+      {"TDlgSelectTypOp", "ListTypOp=Label1 ListCB=Label2 Memo1="},
+      {"TDlgAskDwld", "STVerCur=Label1 STVerWeb=Label2 Web=Label3"},
+      {"TDlgDwnld", "ProgressBar=LabelStatus"},
+      {"TDlgDebug", "Memo="},
+      {"TInputBox", "Value=Prompt"},
+      // Where rows and columns end.
+      {"form F\nlabel L 0 12\nedit E 9 0 9 13\n", "E=L"},
+      {"form F\nlabel L 0 13\nedit E 9 0 9 13\n", "E="},
+      {"form F\nlabel L 0 0\nedit E 9 12 9 13\n", "E=L"},
+      {"form F\nlabel L 0 0\nedit E 9 13 9 13\n", "E="},
+      {"form F\nlabel L 0 0\nedit E 0 24 9 13\n", "E=L"},
+      {"form F\nlabel L 0 0\nedit E 0 25 9 13\n", "E="},
+      {"form F\nlabel L 0 0 hidden\nedit E 9 0\n", "E="},
+  };
+  const auto files = Resources("", ".form");
+  for (const auto& [form, controls] : expected) {
+    const auto file = files.find(form);
+    const TLayout layout = ParseLayout(file == files.end() ? form : file->second);
+    std::vector<const TLayoutItem*> items;
+    for (const auto& item : layout.Controls) items.push_back(&item);
+    std::istringstream pairs(controls);
+    for (std::string pair; pairs >> pair;) {
+      const std::string name = pair.substr(0, pair.find('='));
+      const auto item = std::ranges::find(layout.Controls, name, &TLayoutItem::Name);
+      ASSERT_NE(item, layout.Controls.end()) << form << pair;
+      const TLayoutItem* label = LabelOf(*item, items);
+      EXPECT_EQ(name + "=" + (label ? label->Name : ""), pair) << form;
+    }
   }
 }
 
 TEST(Glyph, ScalingAveragesAndRefusalsName) {
+  for (const auto& [name, text] : Resources("glyphs", ".glyph"))
+    for (const unsigned size : {8u, 16u, 20u, 24u, 32u})
+      EXPECT_EQ(ScaleGlyph(ParseGlyph(text), static_cast<int>(size)).Pixels.size(), size * size)
+          << name;
   std::string rows = "r FF0000 \r\n";
   for (int y = 0; y < 16; ++y) rows += y % 2 == 0 ? "rrrrrrrrrrrrrrrr\n" : "................\n";
   const auto half = ScaleGlyph(ParseGlyph(rows), 8);
