@@ -1,7 +1,5 @@
 // The syntax database from any row of nodes, and the constants of its lists.
 
-#include <set>
-
 #include "fuzz.h"
 #include "syntax/rules/constant_value.h"
 #include "text/trimmed.h"
@@ -14,11 +12,18 @@ constexpr const char kElements[][10] = {"objects", "object", "type",      "const
                                         "oparam",  "return", "listconst", "comment"};
 constexpr const char kAttributes[][5] = {"name", "type", "list", "def"};
 
-std::set<int> Marks(const TConstantChoice& choice) {
-  std::set<int> marks;
-  for (int i = 0; i < choice.Count(); ++i)
-    if (choice.Ticked(i)) marks.insert(i);
-  return marks;
+/// A click, and the value read back: a name with blanks at its ends or a "+" is not found again.
+void CheckConstants(const TSyntaxDatabase& database, const std::string& list) {
+  TConstantChoice choice;
+  choice.Fill(database, list);
+  for (int i = 0; i < choice.Count(); ++i) {
+    choice.Tick(i, true);
+    choice.ConstantHelp(i);
+    Check(choice.Ticked(i));
+    const std::string name = choice.Name(i), value = choice.Value();
+    choice.Parse(value);
+    Check(choice.Ticked(i) || name.empty() || name.find('+') + 1 > 0 || Trimmed(name) != name);
+  }
 }
 
 const bool nodes = Target("database", [](TInput input) {
@@ -51,42 +56,10 @@ const bool nodes = Target("database", [](TInput input) {
   for (const TSyntaxElement& element : database.Elements()) {
     const TSyntaxElement* found = database.FindElement(element.Name);
     Check(found && found->Name == element.Name && found <= &element);
+    CheckConstants(database, element.Name);
   }
   Check(builder.Finish().Empty());
   for (const TDatabaseFault& fault : check.Faults()) Check(!Describe(fault).empty());
-});
-
-const bool constants = Target("constants", [](TInput input) {
-  TSyntaxElement list{.Kind = TSyntaxKind::List, .Name = "L", .Flag = input.Bit() ? "add" : ""};
-  // A value names all that it was made from, unless a name is none, a sum or has
-  // blanks to lose.
-  bool readBack = true;
-  for (int count = input.Below(12); count > 0; --count) {
-    const std::string name = input.Text(',');
-    readBack = readBack && !name.empty() && name.find('+') + 1 == 0 && Trimmed(name) == name;
-    list.Constants.push_back({true, name, input.Text()});
-  }
-  TConstantChoice choice;
-  choice.Fill(TSyntaxDatabase({list}), "L");
-  while (!input.Empty()) {
-    std::set<int> marks = Marks(choice);
-    std::vector<int> changed;
-    if (choice.Count() > 0 && input.Bit()) {
-      const int constant = input.Below(choice.Count());
-      const bool ticked = input.Bit();
-      changed = choice.Tick(constant, ticked);
-      Check(choice.Ticked(constant) == ticked && (choice.Additive() || Marks(choice).size() <= 1));
-      choice.ConstantHelp(constant);
-    } else {
-      changed = choice.Parse(input.Text());
-    }
-    for (const int i : changed)
-      if (marks.erase(i) == 0) marks.insert(i);
-    Check(marks == Marks(choice));
-  }
-  const std::set<int> marks = Marks(choice);
-  choice.Parse(choice.Value());
-  Check(!readBack || std::ranges::includes(Marks(choice), marks));
 });
 
 }  // namespace
