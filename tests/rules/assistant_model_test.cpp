@@ -104,12 +104,6 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
       {"return", "c.Add 1, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ L"},
       {"host c.Ad^d 1", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+ LIR"},
       {"return", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+"},
-      {"host c.Ad^d(1,,)", "c.Add(1,,) @0 Compte Add()/4 Montantx [Force]+ [Style]+ (?) LIR"},
-      {"return", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+ L"},
-      {"host c.Ad^d(,5)", "c.Add(,5) @0 Compte Add()/4 Montant [Force]+x [Style]+ (?) LIR"},
-      {"return", "c.Add , 5 @0 Compte Add()/4 Montant [Force]+x [Style]+ L"},
-      {"host c.Ad^d(,)", "c.Add(,) @0 Compte Add()/4 Montant [Force]+ [Style]+ (?) LIR"},
-      {"return", "c.Add @0 Compte Add()/4 Montant [Force]+ [Style]+ L"},
       {"host c.So^lde 1,2", "c.Solde 1,2 @0 Compte Solde()/4 <?>+x <?>+x ( ) LIR"},
       {"return", "c.Solde(1,2) @0 Compte Solde()/4 <?>+x <?>+x (x) L"},
       // The line is typed.

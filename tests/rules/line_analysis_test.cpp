@@ -80,6 +80,8 @@ TEST(LineAnalysis, RewritesTheExpression) {
       {"obj.Add 1, 2", 0, "call yes", "obj.Add(1, 2)"},
       {"obj.Add(1, 2)", 0, "call no", "obj.Add 1, 2"},
       {"obj.Add( , 5 )", 0, "call no", "obj.Add , 5"},
+      {"obj.Add(1,,)", 0, "call no", "obj.Add 1"},
+      {"obj.Add(,)", 0, "call no", "obj.Add"},
       {"obj.Add(1,2).c", 0, "call yes", "obj.Add(1,2).c"},
       {"obj.Nom", 0, "call yes", "obj.Nom()"},
       {"obj.Add()", 0, "call no", "obj.Add"},
