@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
-#include <optional>
 #include <set>
 
 #include "directories/rules/directory_move.h"
@@ -16,61 +14,54 @@ namespace {
 /// The program dies here.
 struct TDeath {};
 
-/// Directories, each a set of files. What takes many steps can be broken off between any two.
+using TPaths = std::set<std::string>;
+
+bool IsDirectory(const std::string& path) { return path.ends_with('\\'); }
+
+/// Files and directories, whose paths end with a backslash. What takes many steps can be broken off
+/// between any two.
 class TFakeFiles : public TDirectoryFiles {
  public:
-  using TFiles = std::set<std::string>;
-
   std::string Current() const override { return Here; }
   bool Enter(const std::string& path) override {
     if (!DirectoryExists(path)) return false;
     Here = path;
     return true;
   }
-  bool DirectoryExists(const std::string& path) const override { return Find(path).has_value(); }
+  bool DirectoryExists(const std::string& path) const override { return !In(path).empty(); }
   TRenaming Rename(const std::string& from, const std::string& to) override {
     Step();
-    const auto found = Find(from);
-    if (!found || DirectoryExists(to) || Stuck || IsOrLiesInside(Here, from))
+    const TPaths moved = In(from);
+    if (moved.empty() || DirectoryExists(to) || Stuck || IsOrLiesInside(Here, from))
       return TRenaming::Refused;
     if (UpperText(from.substr(0, 1)) != UpperText(to.substr(0, 1))) return TRenaming::OtherVolume;
-    TFiles moved = Below(*found);
-    moved.insert(*found);
-    for (const auto& path : moved) {
-      Directories[to + path.substr(found->size())] = Directories[path];
-      Directories.erase(path);
-    }
+    EraseAll(from);
+    for (const auto& rest : moved) Paths.insert(to + rest);
     Step();
     return TRenaming::Done;
   }
   std::shared_ptr<void> Copy(const std::string& from, const std::string& to) override {
     if (Stuck) return nullptr;
-    for (const auto& file : Directories[*Find(from)]) {
+    for (const auto& rest : In(from)) {
       Step();
-      if (CopyFails && !Directories[to].empty()) return nullptr;
-      Directories[to].insert(file);
+      if (CopyFails && DirectoryExists(to)) return nullptr;
+      Paths.insert(to + rest);
     }
-    for (const auto& below : Below(*Find(from)))
-      Directories[to + below.substr(from.size())] = Directories[below];
     Step();
     return std::make_shared<int>();
   }
   bool Remove(const std::string& path) override { return RemoveCopied(path, path); }
   bool IsCopied(const std::string& path, const std::string& other) const override {
-    const auto copy = Find(other);
-    return copy && std::ranges::includes(Directories.at(*copy), Directories.at(*Find(path)));
+    return std::ranges::includes(In(other), In(path));
   }
   bool RemoveCopied(const std::string& path, const std::string& other) override {
-    if (!DirectoryExists(other)) return false;
-    const TFiles copied = Directories[*Find(other)];
-    TFiles& files = Directories[*Find(path)];
-    for (const auto& file : copied) {
+    const TPaths copied = In(other);
+    for (const auto& rest : copied) {
       Step();
-      files.erase(file);
+      if (!IsDirectory(rest)) Paths.erase(path + rest);
     }
-    if (!files.empty()) return false;
-    for (const auto& below : Below(path)) Directories.erase(below);
-    Directories.erase(path);
+    if (copied.empty() || !std::ranges::all_of(In(path), IsDirectory)) return false;
+    EraseAll(path);
     Step();
     return true;
   }
@@ -80,28 +71,26 @@ class TFakeFiles : public TDirectoryFiles {
   void Step() {
     if (DieAt-- == 0) throw TDeath();
   }
-  std::optional<std::string> Find(const std::string& path) const {
-    for (const auto& [name, files] : Directories)
-      if (SameDirectory(name, path)) return name;
-    return std::nullopt;
+  /// What a directory holds, from its own backslash on; nothing when it is not there.
+  TPaths In(const std::string& directory) const {
+    TPaths rests;
+    for (const auto& path : Paths)
+      if (IsOrLiesInside(path, directory))
+        rests.insert(path.substr(WithoutEndSlashes(directory).size()));
+    return rests;
+  }
+  void EraseAll(const std::string& directory) {
+    std::erase_if(Paths, [&](const auto& path) { return IsOrLiesInside(path, directory); });
   }
 
-  std::map<std::string, TFiles> Directories = {
-      {"c:\\", {}}, {"c:\\zef", {"1", "2"}}, {"c:\\zef\\2026", {}}, {"d:\\", {}}, {"d:\\data", {}}};
+  TPaths Paths = {"c:\\", "c:\\zef\\", "c:\\zef\\1", "c:\\zef\\2", "c:\\zef\\2026\\",
+                  "d:\\", "d:\\data\\"};
   std::string Here = "c:\\";
   bool Stuck = false, CopyFails = false, Busy = false;
   int DieAt = -1;
-
- private:
-  TFiles Below(const std::string& path) const {
-    TFiles below;
-    for (const auto& [name, files] : Directories)
-      if (name != path && IsOrLiesInside(name, path)) below.insert(name);
-    return below;
-  }
 };
 
-const TFakeFiles::TFiles kWhole = {"1", "2"};
+const TPaths kWhole = {"\\", "\\1", "\\2", "\\2026\\"};
 
 /// A stored list of one entry.
 struct TListOfOne : TMemoryStore {
@@ -149,7 +138,7 @@ TEST(DirectoryFiles, MovesAndRefusals) {
   } cases[] = {
       {"c:\\zef", "d:\\data", "d:\\", "d:\\data\\zef", "d:\\"},
       {"c:\\zef\\", "d:\\data\\", "d:\\", "d:\\data\\zef", "d:\\"},
-      {"d:\\data", "d:\\x", "c:\\", "d:\\x\\data", "c:\\", None, "d:\\x"},
+      {"d:\\data", "d:\\x", "c:\\", "d:\\x\\data", "c:\\", None, "d:\\x\\"},
       {"c:\\zef", "d:\\data", "c:\\zef", "d:\\data\\zef", "d:\\data\\zef"},
       {"C:\\ZEF", "d:\\data", "c:\\zef", "d:\\data\\ZEF", "d:\\data\\ZEF"},
       {"c:\\zef", "d:\\data", "c:\\zef\\2026", "d:\\data\\zef", "d:\\data\\zef\\2026"},
@@ -157,9 +146,9 @@ TEST(DirectoryFiles, MovesAndRefusals) {
       {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", HalfACopy},
       {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", OthersMove},
       {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", OthersSave},
-      {"c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef", OthersSave, "c:\\x"},
+      {"c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef", OthersSave, "c:\\x\\"},
       {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", NothingNoted},
-      {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", None, "d:\\data\\zef"},
+      {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", None, "d:\\data\\zef\\"},
       {"c:\\zef", "c:\\", "c:\\zef", nullptr, "c:\\zef"},
       {"c:\\zef", "c:\\zef", "c:\\zef", nullptr, "c:\\zef"},
       {"c:\\zef", "C:\\Zef\\sub", "c:\\", nullptr, "c:\\"},
@@ -173,19 +162,18 @@ TEST(DirectoryFiles, MovesAndRefusals) {
     files.Stuck = c.Trouble == Stuck;
     files.CopyFails = c.Trouble == HalfACopy;
     files.Busy = c.Trouble == OthersMove;
-    files.Directories[c.Exists];
+    files.Paths.insert(c.Exists);
     TListOfOne store(c.Directory);
     store.Busy = c.Trouble == OthersSave;
     if (c.Trouble == NothingNoted) store.FailAt = 0;
-    const auto before = files.Directories;
+    const TPaths before = files.Paths;
     const auto moved = MoveDirectoryInto(files, store, c.Directory, c.Folder);
     EXPECT_EQ(files.Here, c.CurrentAfter);
     EXPECT_EQ(store.Read("DirAliasPath0"), c.Moved ? c.Moved : c.Directory);
     EXPECT_EQ(store.Read("DirAliasMove"), "");
     EXPECT_EQ(moved.value_or("refused"), c.Moved ? c.Moved : "refused");
-    EXPECT_TRUE(c.Moved || files.Directories == before);
-    for (const auto& each : files.Directories)
-      EXPECT_EQ(each.first.find(".mark"), std::string::npos);
+    EXPECT_TRUE(c.Moved || files.Paths == before);
+    for (const auto& path : files.Paths) EXPECT_EQ(path.find(".mark"), std::string::npos);
   }
 }
 
@@ -194,12 +182,10 @@ void DieTwice(const std::string& folder, int moveStep, int settleStep, bool& die
               bool& diedAgain) {
   SCOPED_TRACE(std::to_string(moveStep) + " " + std::to_string(settleStep));
   TFakeFiles files;
-  files.Directories["c:\\x"];
+  files.Paths.insert("c:\\x\\");
   TListOfOne store("c:\\zef");
   store.Changed = [&] { files.Step(); };
-  const auto whole = [&](const std::string& path) {
-    return files.DirectoryExists(path) && files.Directories[*files.Find(path)] == kWhole;
-  };
+  const auto whole = [&](const std::string& path) { return files.In(path) == kWhole; };
   const auto stored = [&] { return store.Read("DirAliasPath0"); };
   const auto dies = [&](int step, auto&& action) {
     files.DieAt = step;
@@ -223,10 +209,8 @@ void DieTwice(const std::string& folder, int moveStep, int settleStep, bool& die
   const std::string target = MovedPath("c:\\zef", folder);
   EXPECT_TRUE(stored() == target && whole(target));
   EXPECT_EQ(store.Read("DirAliasMove"), "");
-  std::set<std::string> names;
-  for (const auto& each : files.Directories) names.insert(each.first);
-  EXPECT_EQ(names, (std::set<std::string>{"c:\\", "c:\\x", "d:\\", "d:\\data", target,
-                                          target + "\\2026"}));
+  files.EraseAll(target);
+  EXPECT_EQ(files.Paths, (TPaths{"c:\\", "c:\\x\\", "d:\\", "d:\\data\\"}));
 }
 
 TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStep) {
@@ -244,15 +228,14 @@ TEST(DirectoryFiles, AMoveSurvivesEveryTextThatCannotBeRead) {
     bool met = true;
     for (int number = 0; met; ++number) {
       TFakeFiles files;
-      files.Directories["c:\\x"];
+      files.Paths.insert("c:\\x\\");
       TListOfOne store("c:\\zef");
       store.Values["DirAliasMove"] = "";
       store.UnreadableAt = number;
       const bool moved = MoveDirectoryInto(files, store, "c:\\zef", folder).has_value();
       met = store.ReadAgain();
       SettleMove(files, store);
-      const std::string path = store.Read("DirAliasPath0");
-      EXPECT_EQ(files.Directories[path], kWhole) << number << path;
+      EXPECT_EQ(files.In(store.Read("DirAliasPath0")), kWhole) << number;
       EXPECT_TRUE(met || moved) << number;
     }
   }
@@ -260,30 +243,28 @@ TEST(DirectoryFiles, AMoveSurvivesEveryTextThatCannotBeRead) {
 
 // What a broken move left is only touched where it is surely the move's own.
 TEST(DirectoryFiles, WhatOthersDidSinceStays) {
-  // By a letter for each place and a digit for the set of files that it holds.
-  const std::pair<char, const char*> places[] = {
-      {'c', "c:\\zef"}, {'d', "d:\\zef"}, {'m', "c:\\zef.m"}};
-  const TFakeFiles::TFiles sets[] = {{"new"}, kWhole, {"1", "2", "new"}};
+  // By a letter for each place, followed by the names of the files that it holds.
+  const std::pair<char, std::string> places[] = {
+      {'c', "c:\\zef\\"}, {'d', "d:\\zef\\"}, {'m', "c:\\zef.m\\"}};
   const struct {
-    const char* Note;
-    std::string There;
-    const char* Left;
+    const char *Note, *There, *Left;
     bool Noted = false;
   } cases[] = {
-      {"c:\\zef,d:\\zef,.m,copied", "c2d1", "c2d1"},  // worked in the original
-      {"c:\\zef,d:\\zef,.m,begun", "c1d0", "c1d0"},   // a target of others
-      {"c:\\zef,d:\\zef,.m,copied", "d1m2", "c0d1"},  // put aside with something new
-      {"c:\\zef,d:\\zef,.m,copied", "m1", "c1"},      // put aside, the target deleted
-      {"c:\\zef,e:\\zef,.m,copied", "c1", "c1", true},
-      {"c:\\zef,d:\\zef,,begun", "c1d1", "c1d1", true},
-      {"c:\\zef", "c1", "c1", true},
+      {"c:\\zef,d:\\zef,.m,copied", "c12n d12 ", "c12n d12 "},  // worked in the original
+      {"c:\\zef,d:\\zef,.m,begun", "c12 dn ", "c12 dn "},       // a target of others
+      {"c:\\zef,d:\\zef,.m,copied", "d12 m12n ", "cn d12 "},    // put aside with something new
+      {"c:\\zef,d:\\zef,.m,copied", "m12 ", "c12 "},            // put aside, the target deleted
+      {"c:\\zef,e:\\zef,.m,copied", "c12 ", "c12 ", true},
+      {"c:\\zef,d:\\zef,,begun", "c12 d12 ", "c12 d12 ", true},
+      {"c:\\zef", "c12 ", "c12 ", true},
   };
   for (const auto& c : cases) {
     TFakeFiles files;
-    files.Directories.erase("c:\\zef");
+    files.EraseAll("c:\\zef");
+    const std::string there = c.There;
     for (const auto& [letter, path] : places)
-      if (const auto at = c.There.find(letter); at != std::string::npos)
-        files.Directories[path] = sets[c.There[at + 1] - '0'];
+      for (auto at = there.find(letter); at < there.size() && there[at] != ' '; ++at)
+        files.Paths.insert(there[at] == letter ? path : path + there[at]);
     TListOfOne store("c:\\zef");
     store.Values["DirAliasMove"] = c.Note;
     files.Busy = true;
@@ -292,9 +273,10 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
     files.Busy = false;
     SettleMove(files, store);
     std::string left;
-    for (const auto& [letter, path] : places)
-      if (const auto found = files.Directories.find(path); found != files.Directories.end())
-        left.append(1, letter) += std::to_string(std::ranges::find(sets, found->second) - sets);
+    for (const auto& [letter, path] : places) {
+      for (const auto& rest : files.In(path)) left += rest == "\\" ? letter : rest[1];
+      if (files.DirectoryExists(path)) left += ' ';
+    }
     EXPECT_EQ(left, c.Left) << c.Note;
     EXPECT_EQ(store.Read("DirAliasPath0"), "c:\\zef") << c.Note;
     EXPECT_EQ(!store.Read("DirAliasMove").empty(), c.Noted) << c.Note;
