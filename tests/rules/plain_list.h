@@ -25,14 +25,10 @@ class TPlainList {
 
   int Add(const std::string& line) {
     if (const int at = IndexOf(line); at >= 0 && !FOptions.KeepDuplicates) return at;
-    auto place = FLines.end();
-    if (FOptions.Sorted) {
-      place = std::find_if(FLines.begin(), FLines.end(), [&](const std::string& other) {
-        return CompareText(other, line, FOptions.CaseSensitive) > 0;
-      });
-    }
-    const auto index = place - FLines.begin();
-    FLines.insert(place, line);
+    const auto index = std::ranges::count_if(FLines, [&](const std::string& other) {
+      return !FOptions.Sorted || CompareText(other, line, FOptions.CaseSensitive) <= 0;
+    });
+    FLines.insert(FLines.begin() + index, line);
     FSetLast.insert(FSetLast.begin() + index, false);
     return static_cast<int>(index);
   }
@@ -50,14 +46,8 @@ class TPlainList {
   }
   void SetValue(const std::string& name, const std::string& value) {
     const int at = IndexOfName(name);
-    if (value.empty()) {
-      if (at >= 0) Delete(at);
-      return;
-    }
-    if (at < 0) {
-      Add(name + "=" + value);
-      return;
-    }
+    if (value.empty()) return at < 0 ? void() : Delete(at);
+    if (at < 0) return void(Add(name + "=" + value));
     std::string& old = FLines[static_cast<std::size_t>(at)];
     const std::string line = old.substr(0, old.find('=') + 1) + value;
     if (Same(old, line)) {
