@@ -150,9 +150,9 @@ bool TLineSequence::MergeWithNext(std::uint32_t ordinal) noexcept {
   if (ordinal + 1 >= FOrder.size()) return false;
   const std::size_t together = std::size_t{FOrder[ordinal].Count} + FOrder[ordinal + 1].Count;
   if (together > LinesPerChunk / 2) return false;
+  // There is room: a chunk that another follows was full once, or was made for as many. So a
+  // removal does not fail for want of memory.
   TLines& lines = ChunkAt(ordinal);
-  // Only into room already there: a removal must not fail for want of memory.
-  if (together > lines.capacity()) return false;
   const TLines& next = ChunkAt(ordinal + 1);
   for (TLineId line : next) FStore.Tag(line) = FOrder[ordinal].Number;
   lines.insert(lines.end(), next.begin(), next.end());
