@@ -2,10 +2,10 @@
 // that it was to do, and the same object works on.
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <cstdlib>
 #include <new>
-#include <source_location>
 
 #include "forms/rules/layout.h"
 #include "memory_store.h"
@@ -19,7 +19,8 @@
 
 namespace {
 
-int allocationsLeft = -1;            // -1: as many as wanted
+int allocationsLeft = -1;  // -1: as many as wanted
+std::size_t bytesHeld = 0;
 bool lasts = false, failed = false;  // all later ones fail as well; one did
 
 }  // namespace
@@ -31,16 +32,21 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
   }
   if (allocationsLeft > 0) --allocationsLeft;
-  if (void* memory = std::malloc(size)) return memory;
-  throw std::bad_alloc();
+  void* memory = std::malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  bytesHeld += malloc_usable_size(memory);
+  return memory;
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept try {
   return operator new(size);
 } catch (const std::bad_alloc&) {
   return nullptr;
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept {
+  bytesHeld -= malloc_usable_size(memory);
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
 
 namespace {
 
@@ -85,8 +91,8 @@ void Restart(TObject&) {}
 
 /// Does something to an object with each allocation failing in turn, alone or with all that follow.
 template <class TMake, class TAct>
-void Torture(TMake make, TAct act, std::source_location place = std::source_location::current()) {
-  SCOPED_TRACE(place.line());
+void Torture(TMake make, TAct act, int line = __builtin_LINE()) {
+  SCOPED_TRACE(line);
   auto whole = make();
   const std::string before = Shown(whole);
   act(whole);
@@ -120,15 +126,29 @@ TEST(MemoryFaults, ListsKeepTheirLines) {
         TStringList list({(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0});
         for (int i = count - 1; i >= 0; --i) list.Add("n" + std::to_string(i) + "=" + kLong);
         for (const char* value : {"=1", "=3"}) list.Add(kLonger + value);
+        list.Add("huge=" + std::string(70'000, 'h'));
         return list;
       };
     };
     // Into a chunk with room and into one that is split.
-    for (const int count : {4, 254}) Torture(lines(count), [](auto& l) { l.Add(kLong); });
+    for (const int count : {4, 253}) Torture(lines(count), [](auto& l) { l.Add(kLong); });
     Torture(lines(4), [](auto& l) { l.SetValue("n7", kLonger); });
     Torture(lines(4), [](auto& l) { l.SetValue(kLonger, "2"); });
     Torture(lines(4), [](auto& l) { l.SetValue(kLonger, ""); });
+    Torture(lines(4), [](auto& l) { l.SetValue("huge", "no more"); });
     Torture(lines(4), [](auto& l) { l.SetCommaText("b,\"a b \"\"" + kLong + "\",c"); });
+  }
+}
+
+TEST(MemoryFaults, LinesThatAreNoMoreGiveTheirRoomBack) {
+  for (const bool deletes : {false, true}) {
+    TStringList list({});
+    const std::size_t before = bytesHeld;
+    for (int i = 0; i < 1000; ++i) {
+      list.SetValue("n", kLonger + kLonger + std::to_string(i));
+      if (deletes) list.Delete(0);
+    }
+    EXPECT_LT(bytesHeld - before, 300'000u) << deletes;
   }
 }
 
