@@ -145,6 +145,7 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
       {"step 1"},
       {"type Compte", "app.Comptes.Count.x @1 Compte /4 LI"},
       {"leave", "app.Comptes.Count.x @1 Compte /4"},
+      {"leave", "app.Comptes.Count.x @1 Compte /4"},
       // Functions, of which no type is known.
       {"host MsgB^ox(1)", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ (x) LIR"},
       {"type Compte", "MsgBox(1) @0  MsgBox()/2 Promptx [Buttons]+ (x)"},

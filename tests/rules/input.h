@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <source_location>
 #include <string>
 #include <string_view>
 
 /// Ends the program where something does not hold.
-inline void Check(bool holds, std::source_location place = std::source_location::current()) {
+inline void Check(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   if (holds) return;
-  std::fprintf(stderr, "%s:%u: does not hold\n", place.file_name(), place.line());
+  std::fprintf(stderr, "%s:%d: does not hold\n", file, line);
   std::abort();
 }
 

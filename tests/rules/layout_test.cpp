@@ -51,6 +51,7 @@ TEST(Layout, RefusesWhatItDoesNotKnow) {
   } cases[] = {
       {"button B 1 2 3 4\n", "starts with its form"},
       {"form F\nslider S 1 2 3 4\n", "unknown kind slider"},
+      {"form F\nbutton 1 2 3 4\n", "F, line 2: the name is missing"},
       {"form F\nbutton B 1 2 3 4 colour face\n", "F, line 2: B: unknown property colour"},
       {"form F\nbutton B 1 2 3 4 change BChange\n", "F, line 2: B: a button takes no change"},
       {"form F\nbutton B 1 2 3 4 wrap\n", "unknown property wrap"},
@@ -231,7 +232,7 @@ TEST(Glyph, ScalingAveragesAndRefusalsName) {
     for (const unsigned size : {8u, 16u, 20u, 24u, 32u})
       EXPECT_EQ(ScaleGlyph(ParseGlyph(text), static_cast<int>(size)).Pixels.size(), size * size)
           << name;
-  std::string rows = "r FF0000 \r\n";
+  std::string rows = "r FF0000 \r\n \n\n";
   for (int y = 0; y < 16; ++y) rows += y % 2 == 0 ? "rrrrrrrrrrrrrrrr\n" : "................\n";
   const auto half = ScaleGlyph(ParseGlyph(rows), 8);
   // Half a red pixel and half a transparent one: half the alpha, colour multiplied by it.

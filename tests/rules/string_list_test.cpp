@@ -15,12 +15,19 @@ using TLines = std::vector<std::string>;
 
 TEST(StringList, RandomOperationsAgreeWithThePlainList) {
   std::mt19937 random(4711);
-  const std::string_view signs = ";;;;==,\" nN1\xE9\xC9";
-  for (int run = 0; run < 200; ++run) {
+  // Most set the value of one of a few names, to one of a few values or to a long one.
+  const std::string_view acts{"\0\1\1\2\3\3\3\3\5\5", 10};
+  for (int run = 0; run < 600; ++run) {
     std::string input;
-    for (int i = 0; i < 300; ++i) {
-      input += random() % 2 != 0 ? signs[random() % signs.size()] : static_cast<char>(random());
-      if (random() % 200 == 0) input.append(random() % 40000, 'v');
+    for (int option = 0; option < 3; ++option) input += static_cast<char>(random() % 2);
+    for (int step = 0; step < 40; ++step) {
+      const char act = acts[random() % acts.size()];
+      const std::string name = (random() % 2 != 0 ? "n" : "N") + std::to_string(random() % 3);
+      const std::string value(random() % 8 == 0 ? random() % 40000 : random() % 4, '1');
+      input += act;
+      if (act % 2 != 0) input += name + "=" + value + ";";
+      for (int i = 0; i < 3 && act % 2 == 0; ++i)
+        input += static_cast<char>(random() % (8 << step % 6));
     }
     CompareWithThePlainList(TInput(input));
   }

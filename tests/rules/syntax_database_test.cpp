@@ -45,7 +45,7 @@ std::string Shown(const TSyntaxMember& member) {
   return text + ")" + member.Comment + "|" + (member.Return ? member.Return->Help : "no return");
 }
 
-TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
+TEST(SyntaxDatabase, CopiesWhatTheDocumentSaysAndFindsIt) {
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
   ASSERT_EQ(database.Elements().size(), 9u);
   const TSyntaxElement& account = *database.FindElement("Compte");
@@ -67,10 +67,7 @@ TEST(SyntaxDatabase, CopiesWhatTheDocumentSays) {
   for (const auto& constant : days.Constants)
     constants += (constant.Listed ? "+" : "-") + constant.Name + constant.Help + ";";
   EXPECT_EQ(constants, "-Dit;+Lundile premier;-Mardi;");
-}
-
-TEST(SyntaxDatabase, LookUpsTakeTheFirstExactName) {
-  const TSyntaxDatabase database = DatabaseFromXml(kSample);
+  // Looked up is the first of exactly that name.
   EXPECT_EQ(database.FindElement("MsgBox"), &database.Elements()[4]);
   EXPECT_EQ(database.FindFunction("MsgBox"), &*database.Elements()[4].Function);
   EXPECT_EQ(Shown(*database.FindFunction("MsgBox")), "MsgBox:result(prompt:,,,;)Affiche|le bouton");
