@@ -14,17 +14,13 @@ TEST(FolderPicking, OptionsCountFromTheirShellVersionOn) {
       bffBrowseIncludeFiles, bffBrowseIncludeURLs, bffNewDialogStyle,     bffShareable,
       bffUseNewUI,           bffNoNewFolderButton, bffNoTranslateTargets, bffUsageHint};
   const struct {
-    std::uint32_t Version, Sum;
-  } cases[] = {{0, 0x300F},
-               {ShellVersionNumber(4, 70), 0x300F},
-               {ShellVersionNumber(4, 71), 0x703F},
-               {ShellVersionNumber(4, 99), 0x703F},
-               {ShellVersionNumber(5, 0), 0xF14F},
-               {ShellVersionNumber(5, 82), 0xF14F},
-               {ShellVersionNumber(6, 0), 0xF84F}};
+    std::uint32_t Major, Minor, Sum;
+  } cases[] = {{0, 0, 0x300F}, {4, 70, 0x300F}, {4, 71, 0x703F}, {4, 99, 0x703F},
+               {5, 0, 0xF14F}, {5, 82, 0xF14F}, {6, 0, 0xF84F}};
   for (const auto& c : cases) {
-    EXPECT_EQ(FolderPickerFlags(all, c.Version), c.Sum) << c.Version;
-    EXPECT_EQ(ReportsWrongNames(c.Version), c.Version > ShellVersionNumber(4, 70));
+    const std::uint32_t version = ShellVersionNumber(c.Major, c.Minor);
+    EXPECT_EQ(FolderPickerFlags(all, version), c.Sum) << c.Major << c.Minor;
+    EXPECT_EQ(ReportsWrongNames(version), c.Sum != 0x300F);
   }
   EXPECT_EQ(FolderPickerFlags({bffReturnOnlyFSDirs, bffStatusText, bffEditBox, bffNewDialogStyle},
                               ShellVersionNumber(6, 0)),

@@ -46,6 +46,9 @@ TEST(LineCut, CutsAroundTheCursor) {
       {"a^.b (1) x then", "", "a.b", " (1) x then", 0},
       {"a^.b [1] x - y then", "", "a.b [1] x - y then", "", 0},
       {"(^", "", "(", "", 0},
+      {"^.", "", ".", "", 0},
+      {"f^ x - y", "", "f x - y", "", 0},
+      {"a^.b [1] - y", "", "a.b", " [1] - y", 0},
       {"a.b =^ ", "a.b =", "", " ", 0},
       // Second bytes that look like a bracket, a bar, a "t".
       {"y=\x83[\x83|.b^", "y=", "\x83[\x83|.b", "", 1},

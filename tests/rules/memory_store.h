@@ -10,12 +10,10 @@
 class TMemoryStore : public TSettingsStore {
  public:
   std::string Read(const std::string& name) const override {
-    const auto found = Values.find(name);
-    if (Reads++ == UnreadableAt && found != Values.end()) {
-      Unreadable = true;
-      return {};
-    }
-    return found == Values.end() ? std::string() : found->second;
+    const bool there = Values.contains(name), lost = there && Reads == UnreadableAt;
+    ++Reads;
+    Unreadable = Unreadable || lost;
+    return there && !lost ? Values.at(name) : std::string();
   }
   bool ReadFailed() const override { return Unreadable; }
   std::vector<std::string> Names() const override {
@@ -26,18 +24,18 @@ class TMemoryStore : public TSettingsStore {
   bool Write(const std::string& name, const std::string& value) override {
     if (!Allowed()) return false;
     Values[name] = value;
-    if (Changed) Changed();
+    Changed();
     return true;
   }
   bool Remove(const std::string& name) override {
     if (!Allowed() || Values.erase(name) == 0) return false;
-    if (Changed) Changed();
+    Changed();
     return true;
   }
   std::shared_ptr<void> Hold() override { return Busy ? nullptr : std::make_shared<int>(); }
 
   std::map<std::string, std::string> Values;
-  std::function<void()> Changed;
+  std::function<void()> Changed = [] {};
   bool Busy = false;       ///< another process holds it
   int FailAt = -1;         ///< number of the change that is refused; -1: none
   bool FailAfter = false;  ///< and every later one

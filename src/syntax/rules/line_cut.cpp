@@ -16,14 +16,13 @@ int ExpressionStart(std::string_view line, int cursor) {
   const auto at = [line](int index) { return line[static_cast<std::size_t>(index)]; };
 
   int index = std::min(cursor, length - 1);
-  while (index >= 0 && at(index) == kBlank) --index;
+  while (index > 0 && at(index) == kBlank) --index;
   TBackwardNesting nesting;
-  while (index >= 0 && (nesting.Take(at(index)) || !kStartStops.Has(at(index)))) --index;
+  while (index > 0 && (nesting.Take(at(index)) || !kStartStops.Has(at(index)))) --index;
 
-  index = std::max(index, 0);
   if (kStartStops.Has(at(index))) ++index;
-  while (index < length && at(index) == kBlank) ++index;
-  return std::min(index, length - 1);
+  const auto start = line.find_first_not_of(kBlank, static_cast<std::size_t>(index));
+  return static_cast<int>(std::min(start, line.size() - 1));
 }
 
 // No check of word boundaries: a name that holds these letters ends the expression too.
@@ -81,12 +80,12 @@ int PositionInChain(std::string_view expression, int cursor) {
 
 TLineCut CutLine(std::string_view line, int cursor) {
   if (line.empty()) return {};
-  cursor = std::clamp(cursor, -1, static_cast<int>(line.size()));
+  cursor = std::clamp(cursor, 0, static_cast<int>(line.size()));
   const std::string signs = MaskDoubleBytes(line);
   const int start = ExpressionStart(signs, cursor);
   const auto from = static_cast<std::size_t>(start);
   auto to = static_cast<std::size_t>(ExpressionEnd(signs, start));
-  if (line.substr(from, to - from).find_first_not_of(kBlank) == std::string_view::npos) to = from;
+  if (line[from] == kBlank) to = from;  // and so is all that follows
 
   TLineCut cut{line.substr(0, from), line.substr(from, to - from), line.substr(to)};
   cut.Position = PositionInChain(cut.Expression, cursor - start);
