@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "memory_store.h"
+#include <random>
+
+#include "directory_trial.h"
 
 namespace {
 
@@ -30,7 +32,7 @@ TEST(DirectoryList, SpoiltValuesGiveWhatIsThere) {
         {"DirAliasName1", "a"},     {"DirAliasPath1", "pa"},     {"DirAliasName2", ""},
         {"DirAliasName12345", "z"}, {"DirAliasPath12345", "pz"}, {"DirAliasName77", "c"},
         {"DirAliasPath77", "pc"},   {"DirAliasName007", "no"},   {"DirAliasName-1", "no"},
-        {"DirAliasNameX", "no"}};
+        {"DirAliasNameX", "no"},    {"DirAliasDefault", "A"}};  // not the exact name
     TDirectoryList list;
     list.Load(store);
     EXPECT_EQ(Shown(list) + (list.NothingStored() ? "nothing" : ""), c.Shown) << c.Count;
@@ -74,46 +76,14 @@ TEST(DirectoryList, KeepsItsOrderAndItsDefault) {
   }
 }
 
-// Every change of a save is refused in turn, alone or with all that follow, and every reading.
 TEST(DirectoryList, ABrokenSaveLeavesOneWholeList) {
-  TDirectoryList before;
-  for (const char* name : {"b", "d", "f"}) AddWithPath(before, name, "old");
-  TMemoryStore start;
-  ASSERT_TRUE(before.Save(start));
-  TDirectoryList after = before;
-  while (after.Count() > 0) after.Remove(0);
-  for (const char* name : {"a", "c,\" ", "d", "e"})
-    AddWithPath(after, name, *name == 'd' ? "" : "new");
-  after.SetDefault(2);
-  TMemoryStore whole;
-  whole.Values = start.Values;
-  ASSERT_TRUE(TDirectoryList(after).Save(whole));
-  const int changes = whole.Changes;
-  ASSERT_EQ(Loaded(whole), Shown(after));
-  // The default is remembered by its exact name.
-  whole.Values["DirAliasDefault"] = "D";
-  EXPECT_EQ(Loaded(whole).find('*'), std::string::npos);
-  enum { OneChange, AllChanges, OneReading };
-  for (const int refused : {OneChange, AllChanges, OneReading}) {
-    bool met = true;
-    for (int number = 0; met; ++number) {
-      TMemoryStore store;
-      store.Values = start.Values;
-      (refused == OneReading ? store.UnreadableAt : store.FailAt) = number;
-      store.FailAfter = refused == AllChanges;
-      const bool saved = TDirectoryList(after).Save(store);
-      met = refused == OneReading ? store.ReadAgain() : number < changes;
-      EXPECT_EQ(Loaded(store), Shown(saved ? after : before)) << refused << number;
-      // What is noted before anything else is as good as saved.
-      EXPECT_TRUE(refused == OneReading || saved == (number > 0)) << number;
-      // A later save that gets through settles it all.
-      store.FailAt = -1;
-      TDirectoryList later;
-      later.Load(store);
-      ASSERT_TRUE(later.Save(store));
-      EXPECT_EQ(Loaded(store), Shown(saved ? after : before));
-      EXPECT_FALSE(store.Values.contains("DirAliasPending"));
-    }
+  std::mt19937 random(4711);
+  const std::string_view signs("\0\1\2\3\4abcd,\"\n\n\n", 15);
+  for (int run = 0; run < 1000; ++run) {
+    std::string input(1, '\0');  // nothing stored yet
+    for (int i = 0; i < 200; ++i)
+      input += random() % 3 != 0 ? signs[random() % signs.size()] : static_cast<char>(random());
+    SaveAgainAndAgain(TInput(input));
   }
 }
 
