@@ -88,13 +88,16 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
        "y = c.Add(f(\"a, b)\", [c, 2).Nom @0 Compte Add()/4 Montantx [Force]+x [Style]+ =f(\"a, "
        "b)\", [c{r,,,} (?) LR"},
       {"value \"(\"",
-       "y = c.Add(\"(\", 2).Nom @0 Compte Add()/4 Montantx [Force]+x [Style]+ =\"(\"{r,,,} (?) LR"},
+       "y = c.Add(\"(\", 2).Nom @0 Compte Add()/4 Montantx [Force]+x [Style]+ =\"(\"{r,,,} (?) L"},
       // The call is another one after its parentheses went.
       {"host c.Ad^d(1, 2)"},
       {"param 0"},
       {"value 34", "c.Add(34, 2) @0 Compte Add()/4 Montantx [Force]+x [Style]+ =34{r,,,} (?) LIRV"},
       {"return", "c.Add 34, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ =34{r,,,} L"},
-      {"value 345", "c.Add 345, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ =345{r,,,} LR"},
+      {"value 345", "c.Add 345, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+ =345{r,,,} L"},
+      // Several values typed at once are marked at once.
+      {"value 3, 4, 5",
+       "c.Add 3, 4, 5, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+x <?>+x =3, 4, 5{r,,,} LR"},
       // The box follows parentheses and the return value.
       {"host c.So^lde", "c.Solde @0 Compte Solde()/4 ( ) LIRV"},
       {"return", "c.Solde() @0 Compte Solde()/4 (x) L"},
@@ -162,7 +165,7 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
       {"param 0", "c.Nom 1 @0 Compte Nom/4 <?>+x =1{a,,,} V"},
       {"value 1", "c.Nom 1 @0 Compte Nom/4 <?>+x =1{a,,,}"},
       {"edit c.Nom 1", "c.Nom 1 @0 Compte Nom/4 <?>+x =1{a,,,}"},
-      {"value 12", "c.Nom 12 @0 Compte Nom/4 <?>+x =12{a,,,} LR"},
+      {"value 12", "c.Nom 12 @0 Compte Nom/4 <?>+x =12{a,,,} L"},
       {"step 0", "c.Nom 12 @0 Compte Nom/4 <?>+x =12{a,,,}"},
       {"step 1", "c.Nom 12 @1 Texte /0 IRV"},
   };
