@@ -214,6 +214,7 @@ void BreakOff(const std::string& folder, TFaults& faults) {
   files.DieAt = -1;
   SettleMove(files, store);
   EXPECT_TRUE(whole(stored()));
+  for (const auto& path : files.Paths) EXPECT_EQ(path.find(".mark"), std::string::npos);
   MoveDirectoryInto(files, store, "c:\\zef", folder);
   const std::string target = MovedPath("c:\\zef", folder);
   EXPECT_TRUE(stored() == target && whole(target));

@@ -104,6 +104,7 @@ TEST(DirectoryList, WhatAPendingListSaysAndWhatWasWrittenSince) {
                {broken, {{"NbDirAlias", "2"}, {"DirAliasName1", "x"}}, "n=p;x=;"},
                {broken.substr(0, broken.size() - 2), {}, "n=p;"},
                {broken + ",", {}, "n=p;"},
+               {broken + "x", {}, "n=p;"},
                {"x", {}, "n=p;"},
                {"d,a,p", {}, "n=p;"},
                {"\"", {}, "n=p;"}};
