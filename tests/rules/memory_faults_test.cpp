@@ -203,6 +203,9 @@ TEST(MemoryFaults, OperationsChangeNothingOrAll) {
   Torture([] { return TConstantChoice(); }, [](auto& c) { c.Fill(kConstants, "L"); });
   Torture([] { return TSharedText(); }, [](auto& t) { t.Set(kLonger); });
   Torture(Variables, [](auto& v) { v.Rename(kLong, kLonger); });
+  Torture(Variables, [](auto& v) { v.Add(kLonger); });
+  Torture(Variables, [](auto& v) { v.Delete(kLong); });
+  Torture(Variables, [](auto& v) { v.Load("x=" + kLonger + ",y=T"); });
   Torture(Text, [](auto& t) { t = DatabaseFromXml(kXml).Elements()[0].Name; });
   Torture(Text, [](auto& t) { t = ParseLayout("form F caption \"" + t + "\"").Form.Name; });
 }
