@@ -98,7 +98,7 @@ TakeTour() {
     contrast) arguments=(--contrast) ;;
     *) wine reg add "$desktop" /v LogPixels /t REG_DWORD /d "$2" /f >/dev/null && wineserver -k ;;
   esac
-  RunWindows 240 "$root/build/win32/bin/tour.exe" "$(winepath -w "$(realpath "$1")" 2>/dev/null)" \
+  RunWindows 900 "$root/build/win32/bin/tour.exe" "$(winepath -w "$(realpath "$1")" 2>/dev/null)" \
     "${arguments[@]}" || status=$?
   # A prefix is made for 96.
   [[ ${2:-} != [0-9]* ]] || wine reg add "$desktop" /v LogPixels /t REG_DWORD /d 96 /f >/dev/null

@@ -9,7 +9,6 @@
 
 namespace {
 constexpr DWORD QuitMs = 30000;
-constexpr int SightMs = 10000;
 
 std::wstring ProgramBesideTour() {
   std::wstring path(MAX_PATH, L'\0');
@@ -71,15 +70,14 @@ void TTourHost::See(const TFormDriver& form, const std::string& picture,
     FUser->WaitUntil(
         Say(sight.Control, sight.Enabled ? " enabled, reading \"" : " disabled, reading \"",
             sight.Reading, "\""),
-        seen, SightMs);
+        seen);
   }
   if (!picture.empty()) Picture(form, picture);
 }
 
 void TTourHost::WaitItems(const TFormDriver& form, const char* list,
                           const std::vector<std::string>& items) {
-  FUser->WaitUntil(
-      Say("all items of ", list), [&] { return form.Items(list) == items; }, SightMs);
+  FUser->WaitUntil(Say("all items of ", list), [&] { return form.Items(list) == items; });
 }
 
 void TTourHost::WaitScript(const std::string& text) {

@@ -10,9 +10,6 @@
 #include "user/window.h"
 
 namespace {
-constexpr int UncoveredMs = 1000;
-constexpr int TipMs = 3000;
-
 bool IsCombo(HWND control) {
   const std::string name = ClassOf(control);
   return name == "ComboBox" || name == WC_COMBOBOXEXA;
@@ -135,15 +132,11 @@ void TFormDriver::Reach(HWND control, POINT screen) const {
   if (!Shown(control)) throw TUserError(name + " is hidden");
   // A form that has just come up may lie under its owner for a moment; a tip goes once the pointer
   // comes to it.
-  const ULONGLONG deadline = GetTickCount64() + UncoveredMs;
-  HWND met = WindowFromPoint(screen);
-  while (!Within(met, control) && !Within(control, met) && !LetsThrough(met, screen)) {
-    if (GetTickCount64() > deadline)
-      throw TUserError(Say(name, " is covered by ", ClassOf(met), " \"", NameOf(met), "\""));
+  FUser->WaitUntil(name + " to be uncovered", [&] {
+    const HWND met = WindowFromPoint(screen);
     if (ClassOf(met) == TOOLTIPS_CLASSA) FUser->PointAt(screen);
-    Sleep(TUser::LookAgainMs);
-    met = WindowFromPoint(screen);
-  }
+    return Within(met, control) || Within(control, met) || LetsThrough(met, screen);
+  });
 }
 
 POINT TFormDriver::Inside(HWND control, double x, double y) const {
@@ -176,7 +169,7 @@ std::string TFormDriver::TipAt(std::string_view name, double x, double y) {
     FUser->PointAt(caption);
     FUser->WaitForNoBubble();
     FUser->PointAt(Inside(Control(name), x, y));
-    const ULONGLONG deadline = GetTickCount64() + TipMs;
+    const ULONGLONG deadline = GetTickCount64() + TUser::ActAgainMs;
     do {
       Sleep(TUser::LookAgainMs);
       if (const HWND bubble = FUser->FindBubble()) text = TextOf(bubble);
@@ -282,8 +275,14 @@ void TFormDriver::Select(std::string_view name, std::string_view item) {
     FUser->Click(arrow);
     const auto open = [control] { return Ask(control, CB_GETDROPPEDSTATE) != 0; };
     FUser->WaitUntil(Say("the list of ", name), open);
-    FUser->Click(PointOnItem(control, index));
-    FUser->WaitUntil(Say("the list of ", name, " to close"), [&] { return !open(); });
+    ULONGLONG again =
+        0;  // a busy machine may lose the first click into a list that has just opened
+    FUser->WaitUntil(Say("the list of ", name, " to close"), [&] {
+      if (GetTickCount64() < again || !open()) return !open();
+      FUser->Click(PointOnItem(control, index));
+      again = GetTickCount64() + TUser::ActAgainMs;
+      return false;
+    });
   } else {
     const POINT point = PointOnItem(control, index);
     Reach(control, point);

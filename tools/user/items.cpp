@@ -4,14 +4,10 @@
 
 #include <algorithm>
 
-#include "user/user_error.h"
+#include "user/user.h"
 #include "user/window.h"
 
 namespace {
-/// For hangs only: a busy machine may take seconds.
-constexpr int ListUncoveredMs = 30000;
-constexpr DWORD LookAgainMs = 5;
-
 /// Memory that a control of another process can be pointed to.
 template <class T>
 class TShared {
@@ -181,8 +177,8 @@ POINT PointOnItem(HWND control, int index) {
   }
   const HWND list = kind == TKind::ListBox ? control : OpenList(control);
   // An open list may lie under its owner for a moment.
-  const ULONGLONG deadline = GetTickCount64() + ListUncoveredMs;
-  for (;; Sleep(LookAgainMs)) {
+  const ULONGLONG deadline = GetTickCount64() + TUser::PatienceMs;
+  for (;; Sleep(TUser::LookAgainMs)) {
     Ask(list, LB_SETTOPINDEX, item);
     Ask(list, LB_GETITEMRECT, item, reinterpret_cast<LPARAM>(&rect));
     const POINT point =

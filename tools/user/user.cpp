@@ -72,6 +72,21 @@ std::string TUser::WaitForBubble(int ms) {
   return TextOf(bubble);
 }
 
+RECT TUser::WaitForBubble(std::string_view text, const std::function<void()>& act) {
+  RECT bounds{};
+  WaitUntil(Say("the bubble \"", text, "\""), [&] {
+    act();
+    const ULONGLONG deadline = GetTickCount64() + ActAgainMs;
+    for (; GetTickCount64() < deadline; Sleep(LookAgainMs)) {
+      const HWND bubble = FindBubble();
+      bounds = BoundsOf(bubble);
+      if (bubble && TextOf(bubble) == text) return true;
+    }
+    return false;
+  });
+  return bounds;
+}
+
 void TUser::WaitForNoBubble(int ms) {
   Note("wait for the bubble to go");
   WaitUntil(

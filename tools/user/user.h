@@ -33,6 +33,7 @@ class TFormDriver;
 class TUser {
  public:
   static constexpr int PatienceMs = 30000;
+  static constexpr int ActAgainMs = 3000;  ///< then a user does once more what led to nothing
   static constexpr DWORD LookAgainMs = 5;
 
   explicit TUser(DWORD process) : FProcess(process) {}
@@ -50,6 +51,9 @@ class TUser {
   HWND FindBubble() const;
   /// The text of a hint bubble or tooltip on screen, once there is one.
   std::string WaitForBubble(int ms = PatienceMs);
+  /// Acts until a bubble shows that text, and gives its place: one that a busy machine showed and
+  /// took away does not come back by itself.
+  RECT WaitForBubble(std::string_view text, const std::function<void()>& act);
   void WaitForNoBubble(int ms = PatienceMs);
   void WaitUntil(std::string_view what, const std::function<bool()>& ready, int ms = PatienceMs);
 

@@ -3,7 +3,8 @@
 #include "user/say.h"
 
 namespace {
-constexpr UINT AnswerMs = 3000;  // a busy machine holds a thread up for a second
+constexpr UINT AnswerMs = 30000;  // for hangs only
+constexpr UINT TellMs = 1000;     // where the tree is told there may be one
 
 std::wstring FromBytes(UINT codePage, std::string_view text) {
   const int length = static_cast<int>(text.size());
@@ -22,6 +23,26 @@ std::string ToBytes(UINT codePage, std::wstring_view text) {
   return bytes;
 }
 
+LRESULT AskFor(UINT ms, HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT fallback) {
+  DWORD_PTR result = 0;
+  return SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, ms, &result)
+             ? static_cast<LRESULT>(result)
+             : fallback;
+}
+
+std::string TextWithin(UINT ms, HWND window) {
+  // An owner-drawn combo box without strings answers with the address of an item.
+  const LONG style = GetWindowLongW(window, GWL_STYLE);
+  if (ClassOf(window) == "ComboBox" && (style & (CBS_OWNERDRAWFIXED | CBS_OWNERDRAWVARIABLE)) &&
+      !(style & CBS_HASSTRINGS))
+    return {};
+  const LRESULT room = AskFor(ms, window, WM_GETTEXTLENGTH, 0, 0, 0);
+  std::wstring text(static_cast<size_t>(room) + 1, L'\0');
+  const auto place = reinterpret_cast<LPARAM>(text.data());
+  text.resize(static_cast<size_t>(AskFor(ms, window, WM_GETTEXT, text.size(), place, 0)));
+  return Utf8(text);
+}
+
 BOOL CALLBACK Collect(HWND window, LPARAM windows) {
   reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
   return TRUE;
@@ -30,8 +51,8 @@ BOOL CALLBACK Collect(HWND window, LPARAM windows) {
 void Describe(HWND window, int depth, std::string& tree) {
   const RECT bounds = BoundsOf(window);
   tree += Say(std::string(static_cast<size_t>(depth) * 2, ' '), ClassOf(window), " \"",
-              NameOf(window), "\" '", TextOf(window).substr(0, 80), "' (", bounds.left, ",",
-              bounds.top, ")-(", bounds.right, ",", bounds.bottom, ")",
+              NameOf(window), "\" '", TextWithin(TellMs, window).substr(0, 80), "' (", bounds.left,
+              ",", bounds.top, ")-(", bounds.right, ",", bounds.bottom, ")",
               IsWindowEnabled(window) ? "" : " disabled", Shown(window) ? "" : " hidden", "\n");
   if (!Shown(window)) return;
   for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
@@ -45,10 +66,7 @@ std::string Ansi(std::string_view utf8) { return ToBytes(CP_ACP, Wide(utf8)); }
 std::string FromAnsi(std::string_view text) { return Utf8(FromBytes(CP_ACP, text)); }
 
 LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT fallback) {
-  DWORD_PTR result = 0;
-  return SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, AnswerMs, &result)
-             ? static_cast<LRESULT>(result)
-             : fallback;
+  return AskFor(AnswerMs, window, message, wParam, lParam, fallback);
 }
 
 std::string ClassOf(HWND window) {
@@ -56,18 +74,7 @@ std::string ClassOf(HWND window) {
   return Utf8({name, static_cast<size_t>(GetClassNameW(window, name, 256))});
 }
 
-std::string TextOf(HWND window) {
-  // An owner-drawn combo box without strings answers with the address of an item.
-  const LONG style = GetWindowLongW(window, GWL_STYLE);
-  if (ClassOf(window) == "ComboBox" && (style & (CBS_OWNERDRAWFIXED | CBS_OWNERDRAWVARIABLE)) &&
-      !(style & CBS_HASSTRINGS))
-    return {};
-  std::wstring text(static_cast<size_t>(Ask(window, WM_GETTEXTLENGTH)) + 1, L'\0');
-  const LRESULT length =
-      Ask(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<size_t>(length));
-  return Utf8(text);
-}
+std::string TextOf(HWND window) { return TextWithin(AnswerMs, window); }
 
 std::string NameOf(HWND window) {
   const auto atom =
