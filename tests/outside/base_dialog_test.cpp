@@ -19,22 +19,20 @@ class BaseDialog : public TOutsideTest {
 // By the mouse, by F1 under the control, and by the question mark.
 TEST_F(BaseDialog, TellsItsHintsOverTheMiddleOfTheMainWindow) {
   Look([this](TScriptedUser& user, TFormDriver& form) {
-    const auto waitBubble = [&](const char* how) {
-      const std::string hint = Say("Cliquez ici pour fermer la boîte de dialogue ", how);
-      user.WaitUntil(hint, [&] { return user.WaitForBubble() == hint; });
+    const auto waitBubble = [&](const char* how, const std::function<void()>& ask) {
+      return user.WaitForBubble(Say("Cliquez ici pour fermer la boîte de dialogue ", how), ask);
     };
     const RECT bounds = BoundsOf(form.Handle()), owner = BoundsOf(MainWindow);
     EXPECT_NEAR(bounds.left + bounds.right, owner.left + owner.right, 2);
     EXPECT_EQ(form.TipAt("ButtonHelp"), "Affiche l'aide sur cette fenêtre");
     form.TabTo("ButtonCancel");
     form.WaitPainted();  // drawing takes a bubble away
-    form.Press(VK_F1);
-    waitBubble("sans prendre en compte les modifications");
+    const RECT bubble =
+        waitBubble("sans prendre en compte les modifications", [&] { form.Press(VK_F1); });
     RECT place = BoundsOf(form.Control("ButtonCancel"));
     MapWindowPoints(nullptr, form.Handle(), reinterpret_cast<POINT*>(&place), 2);
-    EXPECT_EQ(BoundsOf(user.FindBubble()).left, bounds.left + place.left);
-    form.AskAbout("ButtonOK");
-    waitBubble("et valider les modifications");
+    EXPECT_EQ(bubble.left, bounds.left + place.left);
+    waitBubble("et valider les modifications", [&] { form.AskAbout("ButtonOK"); });
     form.ClickFormAt({100, 60});
     user.WaitForNoBubble();
   });

@@ -6,8 +6,7 @@
 #include "user/watchdog.h"
 
 namespace {
-constexpr int TestSeconds = 180;
-constexpr int GoneMs = 30000;
+constexpr int TestSeconds = 180;  ///< for what a user does during one call
 constexpr wchar_t MainClass[] = L"OutsideTestsMain";
 constexpr UINT CallMessage = WM_APP;
 
@@ -52,12 +51,18 @@ void ServeMessages() {
     DispatchMessageW(&message);
   }
 }
+
+void ServeUntil(const std::function<bool()>& ready) {
+  const ULONGLONG deadline = GetTickCount64() + TUser::PatienceMs;
+  for (; !ready() && GetTickCount64() < deadline; Sleep(1)) ServeMessages();
+  ServeMessages();
+}
 }  // namespace
 
 void TOutsideTest::SetUp() {
   TWatchdog::Allow(TestSeconds);
   MainWindow = CreateMainWindow();
-  ServeMessages();
+  ServeUntil([this] { return GetForegroundWindow() == MainWindow; });
   THelpRequest::All.clear();
   FBefore = OwnWindows();
   Library.emplace();
@@ -81,13 +86,14 @@ void TOutsideTest::TearDown() {
 
 // After a dialog the library stays for a moment.
 void TOutsideTest::WaitUnloaded() {
-  const ULONGLONG deadline = GetTickCount64() + GoneMs;
-  while (GetModuleHandleA("zefext.dll") && GetTickCount64() < deadline) {
-    ServeMessages();
-    Sleep(1);
-  }
+  ServeUntil([] { return !GetModuleHandleA("zefext.dll"); });
   EXPECT_EQ(GetModuleHandleA("zefext.dll"), nullptr);
-  ServeMessages();
+}
+
+void TOutsideTest::During(const std::function<void()>& call,
+                          const std::function<void(TScriptedUser&)>& script) {
+  TWatchdog::Allow(TestSeconds);
+  TScriptedUser().During(call, script);
 }
 
 void TOutsideTest::InHost(const std::function<void()>& call) {

@@ -22,10 +22,7 @@ class TOutsideTest : public testing::Test {
   void TearDown() override;
 
   /// Makes the call while a user acts as the script says; see TScriptedUser::During.
-  void During(const std::function<void()>& call,
-              const std::function<void(TScriptedUser&)>& script) {
-    TScriptedUser().During(call, script);
-  }
+  void During(const std::function<void()>& call, const std::function<void(TScriptedUser&)>& script);
   /// The host serves its messages while the user acts.
   void WhileIdle(const std::function<void(TScriptedUser&)>& script) {
     During([] {}, script);

@@ -281,6 +281,7 @@ std::string TSituations::Run(const TSituation& situation, const TPilot::TAct& la
   steps.push_back({situation.Top, {}});
   if (last) steps.back().Acts.push_back(last);
   const TPilot pilot(std::move(steps));
+  TWatchdog::Allow(100);
   return (this->*situation.Call)();
 }
 

@@ -41,7 +41,7 @@ class TPilot {
   }
 
   /// How long a step waits (ms). Less than usual: then it may never come, and that is no failure.
-  static constexpr int Usual = 20000;
+  static constexpr int Usual = TUser::PatienceMs;
   static int Patience;
 
   /// Topmost first; of that class, or any dialog.

@@ -98,8 +98,8 @@ TEST_F(Bffolder, RootOfTheTreeWhateverTheThreadingModel) {
     std::thread([&] {
       const bool windows = c.Root != rdDesktop;
       CoInitializeEx(nullptr, windows ? COINIT_APARTMENTTHREADED : COINIT_MULTITHREADED);
-      EXPECT_FALSE(Execute([&](TUser&, TFormDriver& picker) {
-        EXPECT_EQ(RootName(picker.Handle()), c.Shown);
+      EXPECT_FALSE(Execute([&](TUser& user, TFormDriver& picker) {
+        user.WaitUntil(c.Shown, [&] { return RootName(picker.Handle()) == c.Shown; });
         EXPECT_EQ((GetWindowLongW(picker.Handle(), GWL_STYLE) & WS_THICKFRAME) != 0, windows);
         picker.Click("#2");
       }));

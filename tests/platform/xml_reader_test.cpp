@@ -120,6 +120,7 @@ TEST(XMLDocument, ReadsWhenOpenedAndOnlyWhatChanged) {
   const auto time = fs::last_write_time(path);
   fs::rename(path, old);
   for (const char* name : {"cc", "dd"}) {
+    Sleep(50);  // file systems count in steps of some milliseconds
     write(name);
     fs::last_write_time(path, time);
     EXPECT_EQ(TypesIn(first), Say(name, ','));
