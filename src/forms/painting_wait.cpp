@@ -38,7 +38,7 @@ class TServant {
   /// Messages of one kind to one window and those inside it, or to all.
   void Dispatch(HWND window, UINT kind) {
     MSG message;
-    for (int count = 0; count < kMostAtOnce && !FQuit; ++count) {
+    for (int count = 0; count < kMostAtOnce; ++count) {
       if (!PeekMessageW(&message, window, kind, kind, PM_REMOVE)) return;
       // This one comes whatever is asked for.
       if (message.message == WM_QUIT) {
