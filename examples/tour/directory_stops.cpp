@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include "tour/stops.h"
-#include "user/window.h"
 
 namespace {
 
@@ -23,14 +22,9 @@ void AddDirectory(TTourHost& host, TFormDriver& form, const char* name, const ch
   form.Fill("EditRep", path);
 }
 
-/// Leaves a message box that says so by a button: 1 OK, 6 yes, 7 no.
-void Answer(TTourHost& host, const char* caption, std::string_view text, const char* button) {
-  TFormDriver box = host.User().WaitForMessageBox(caption);
-  bool said = false;
-  for (const HWND child : Descendants(box.Handle())) said |= TextOf(child) == text;
-  Expect(said, caption);
-  box.Click(button);
-  box.WaitGone();
+/// Leaves a message box that says so by a button.
+void Answer(TTourHost& host, const char* caption, std::string_view text, int button) {
+  Expect(host.User().AnswerMessageBox(caption, button) == text, caption);
 }
 
 }  // namespace
@@ -55,13 +49,13 @@ void Directories(TTourHost& host) {
             {"EditRep", "", false},
             {"BoxDefault", form.Text("BoxDefault"), false}});
   form.Click("ButtonOK");
-  Answer(host, "Erreur", "Vous devez choisir un répertoire !", "#1");
+  Answer(host, "Erreur", "Vous devez choisir un répertoire !", IDOK);
   AddDirectory(host, form, "Maison", "C:\\users");
   Expect(form.Checked("BoxDefault") == BST_CHECKED, "the first one opens by itself");
   AddDirectory(host, form, "Asso", "C:\\windows");
   Expect(form.Checked("BoxDefault") == BST_UNCHECKED, "the second one does not");
   Name(host, form, "BtnRename", "Nouveau Nom", "MAISON");
-  Answer(host, "Erreur", "Erreur, MAISON existe déja !", "#1");
+  Answer(host, "Erreur", "Erreur, MAISON existe déja !", IDOK);
   Name(host, form, "BtnRename", "Nouveau Nom", "Association");
   host.WaitItems(form, "ListRep", {"Association", "Maison"});
   host.See(form, "filled", {{"ListRep", "Association"}, {"EditRep", "C:\\windows"}});
@@ -72,7 +66,7 @@ void Directories(TTourHost& host) {
   picker.Click("#2");
   picker.WaitGone();
   AddDirectory(host, form, "à jeter", "");
-  for (const char* button : {"#7", "#6"}) {
+  for (const int button : {IDNO, IDYES}) {
     form.Click("BtnDel");
     Answer(host, "Confirmation", "Confirmes vous la suppresion de à jeter ?", button);
   }

@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "tour/stops.h"
+#include "user/window.h"
 
 void Assistant(TTourHost& host) {
   host.Picture(host.Window(), "host");
@@ -88,9 +89,7 @@ void Member(TTourHost& host) {
   form.ToggleItem("ListParam", "[date]");
   host.See(form, "", {{"EditLigne", "texte.Depasse(, 5)"}, {"EditValue", ""}});
   form.Click("EditLigne");
-  form.Press(VK_HOME);
-  form.Press(VK_END, mdShift);
-  form.Type("texte.categorie.nomcomplet");
+  form.Keys("Home Shift+End texte.categorie.nomcomplet");
   host.See(form, "", {{"ButUpdt", form.Text("ButUpdt")}});
   form.Click("ButUpdt");
   host.See(form, "", {{"ButUpdt", form.Text("ButUpdt"), false}});

@@ -3,6 +3,8 @@
 #include <commctrl.h>
 
 #include <charconv>
+#include <map>
+#include <sstream>
 
 #include "user/items.h"
 #include "user/picture.h"
@@ -29,9 +31,7 @@ HWND TFormDriver::Find(std::string_view name) const {
     std::from_chars(name.data() + 1, name.data() + name.size(), id);
     return GetDlgItem(FForm, id);
   }
-  for (const HWND control : Descendants(FForm))
-    if (NameOf(control) == name) return control;
-  return nullptr;
+  return ControlNamed(FForm, name);
 }
 
 HWND TFormDriver::Control(std::string_view name) const {
@@ -234,6 +234,29 @@ void TFormDriver::Type(std::string_view utf8) {
   FUser->Type(utf8);
 }
 
+void TFormDriver::Keys(std::string_view words) {
+  static const std::map<std::string, WORD> Named{
+      {"Space", VK_SPACE}, {"Enter", VK_RETURN}, {"Esc", VK_ESCAPE},
+      {"Tab", VK_TAB},     {"Home", VK_HOME},    {"End", VK_END},
+      {"Up", VK_UP},       {"Down", VK_DOWN},    {"Right", VK_RIGHT}};
+  std::istringstream stream{std::string(words)};
+  for (std::string word; stream >> word;) {
+    unsigned modifiers = mdNone;
+    for (const auto& [prefix, modifier] : {std::pair{"Alt+", mdAlt}, {"Shift+", mdShift}}) {
+      if (!word.starts_with(prefix)) continue;
+      modifiers = modifier;
+      word.erase(0, std::string_view(prefix).size());
+    }
+    if (const auto named = Named.find(word); named != Named.end()) {
+      Press(named->second, modifiers);
+    } else if (modifiers) {
+      Press(static_cast<WORD>(word[0]), modifiers);
+    } else {
+      Type(word);
+    }
+  }
+}
+
 void TFormDriver::TabTo(std::string_view name) {
   constexpr int Round = 60;
   for (int stop = 0; stop < Round; ++stop) {
@@ -247,8 +270,7 @@ void TFormDriver::TabTo(std::string_view name) {
 
 void TFormDriver::Fill(std::string_view name, std::string_view utf8) {
   Click(name);
-  Press(VK_HOME);
-  Press(VK_END, mdShift);
+  Keys("Home Shift+End");
   if (utf8.empty())
     Press(VK_DELETE);
   else

@@ -63,6 +63,9 @@ class TFormDriver {
   void AskAbout(std::string_view name);
   /// Keys are sent once the form is the active window.
   void Press(WORD virtualKey, unsigned modifiers = mdNone);
+  /// Words with blanks between them: keys by their names ("Home", "Enter", "Alt+O", "Shift+Tab"),
+  /// or what is typed.
+  void Keys(std::string_view words);
   void Mnemonic(char letter) { Press(static_cast<WORD>(letter), mdAlt); }
   /// By Tab alone; throws when a whole round does not meet the control.
   void TabTo(std::string_view name);

@@ -56,6 +56,17 @@ TFormDriver TUser::WaitForMessageBox(std::string_view caption, int ms) {
   return TFormDriver(*this, box);
 }
 
+std::string TUser::AnswerMessageBox(std::string_view caption, int button) {
+  TFormDriver box = WaitForMessageBox(caption);
+  std::string text;
+  // An icon is a label without a text.
+  for (const HWND child : Descendants(box.Handle()))
+    if (ClassOf(child) == "Static") text += TextOf(child);
+  box.Click(Say('#', button));
+  box.WaitGone();
+  return text;
+}
+
 HWND TUser::FindBubble() const {
   for (const HWND window : TopWindows(FProcess)) {
     const std::string name = ClassOf(window);

@@ -45,6 +45,8 @@ class TUser {
   TFormDriver WaitForForm(std::string_view className, int ms = PatienceMs);
   /// The message box with that caption.
   TFormDriver WaitForMessageBox(std::string_view caption, int ms = PatienceMs);
+  /// Leaves the message box with that caption by the button of that number, and gives what it said.
+  std::string AnswerMessageBox(std::string_view caption, int button);
   /// Null when none is shown.
   HWND FindForm(std::string_view className) const;
   /// A hint bubble or tooltip on screen, or null.

@@ -1,5 +1,7 @@
 #include "user/window.h"
 
+#include <algorithm>
+
 #include "user/say.h"
 
 namespace {
@@ -82,6 +84,12 @@ std::string NameOf(HWND window) {
   wchar_t name[256];
   if (!atom) return {};
   return Utf8({name, GlobalGetAtomNameW(atom, name, 256)});
+}
+
+HWND ControlNamed(HWND form, std::string_view name) {
+  const std::vector<HWND> windows = Descendants(form);
+  const auto found = std::ranges::find(windows, name, NameOf);
+  return found == windows.end() ? nullptr : *found;
 }
 
 RECT BoundsOf(HWND window) {

@@ -19,6 +19,8 @@ std::string ClassOf(HWND window);
 std::string TextOf(HWND window);
 /// The name that the library gives each control window, or empty.
 std::string NameOf(HWND window);
+/// The window of that name inside another, or null.
+HWND ControlNamed(HWND form, std::string_view name);
 /// In screen coordinates.
 RECT BoundsOf(HWND window);
 /// Visible, and inside visible parents.
