@@ -5,8 +5,10 @@
 #include <float.h>
 #include <objbase.h>
 
-#include <algorithm>
 #include <cstdio>
+#include <map>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -20,39 +22,25 @@ bool UnmaskFloatingPoint() {
   return (_controlfp(~unmasked & _MCW_EM, unmasked) & unmasked) == 0;
 }
 
-const struct {
-  std::string_view Word;
-  bool (*Become)();
-} kHostilities[] = {
+const std::map<std::string_view, bool (*)()> Hostilities{
     {"runtime", LoadSharedRuntime},
     {"mta", EnterMultithreadedApartment},
     {"fpu", UnmaskFloatingPoint},
 };
 
-bool Become(std::string_view word) {
-  const auto found =
-      std::ranges::find(kHostilities, word, [](const auto& each) { return each.Word; });
-  if (found != std::end(kHostilities) && found->Become()) return true;
-  std::printf("no such host: %.*s\n", static_cast<int>(word.size()), word.data());
-  return false;
-}
-
 }  // namespace
 
-bool BecomeHost(int& argc, char** argv) {
+bool BecomeHost(int argc, char** argv) {
   constexpr std::string_view option = "--host=";
-  char** const end = argv + argc;
-  char** const found = std::find_if(
-      argv, end, [&](const char* each) { return std::string_view(each).starts_with(option); });
-  if (found == end) return true;
-  std::string_view words(*found);
-  words.remove_prefix(option.size());
-  std::rotate(found, found + 1, end);
-  --argc;
-  while (!words.empty()) {
-    const auto comma = std::min(words.find(','), words.size());
-    if (!Become(words.substr(0, comma))) return false;
-    words.remove_prefix(std::min(comma + 1, words.size()));
+  for (int i = 1; i < argc; ++i) {
+    if (!std::string_view(argv[i]).starts_with(option)) continue;
+    std::istringstream words(argv[i] + option.size());
+    for (std::string word; std::getline(words, word, ',');) {
+      const auto found = Hostilities.find(word);
+      if (found != Hostilities.end() && found->second()) continue;
+      std::printf("no such host: %s\n", word.c_str());
+      return false;
+    }
   }
   return true;
 }

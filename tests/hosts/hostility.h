@@ -10,5 +10,5 @@
 /// Another code page comes from the program's manifest (host_utf8.exe) or from the locale that Wine
 /// is started with, the older common controls from having no manifest (host_bare.exe).
 ///
-/// Takes the argument away; false, and says so, for a word it does not know or cannot fulfil.
-bool BecomeHost(int& argc, char** argv);
+/// False, and says so, for a word it does not know or cannot fulfil.
+bool BecomeHost(int argc, char** argv);
