@@ -133,16 +133,7 @@ TEST_P(MoveDirectory, AFileInUseIsNotTornInTwo) {
   }
 }
 
-// Where moving is copying, it is taken back when it fails or is cancelled, and gives a file time
-// that somebody, an indexer say, looks at.
-class CopyDirectory : public MoveDirectory {};
-
-TEST_P(CopyDirectory, CopiesAllOrNothing) {
-  TCopyProgress progress;
-  progress.Cancelled = true;
-  EXPECT_FALSE(Move(Source, Target, &progress));
-  ExpectAllWhereItWas("cancelled");
-  EXPECT_TRUE(fs::is_empty(Target));
+TEST_P(MoveDirectory, DeletesWhatIsCopiedAloneAndGivesWhoLooksAtItTime) {
   TDiskFiles files;
   fs::create_directories(Moved());
   WriteBytes(Moved() / "ZEF.INI", "[zef]");
@@ -159,7 +150,6 @@ TEST_P(CopyDirectory, CopiesAllOrNothing) {
   EXPECT_FALSE(fs::exists(Source));
 }
 
-INSTANTIATE_TEST_SUITE_P(Volumes, CopyDirectory, testing::Values(true));
 INSTANTIATE_TEST_SUITE_P(Volumes, MoveDirectory, testing::Bool(), [](const auto& info) {
   return std::string(info.param ? "AnotherVolume" : "SameVolume");
 });
