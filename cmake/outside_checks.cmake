@@ -23,8 +23,6 @@ function(zef_copy_outside source dependency)
   set(ZEF_OUTSIDE_COPIES ${ZEF_OUTSIDE_COPIES} ${ZEF_OUTSIDE_DIR}/${name} PARENT_SCOPE)
 endfunction()
 zef_copy_outside(${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zefext.dll zefext)
-zef_copy_outside(${PROJECT_SOURCE_DIR}/include/zefext.h "")
-zef_copy_outside(${PROJECT_SOURCE_DIR}/src/resources/zefext.def "")
 
 # The library once more, with views that only tests need.
 file(WRITE ${PROJECT_BINARY_DIR}/test_views.rc

@@ -20,8 +20,6 @@ class Directories : public TDirectoriesTest {
  protected:
   using TScript = std::function<void(TScriptedUser& user, TFormDriver& form)>;
   using TOutcome = std::pair<int, int>;  ///< changed, cancelled
-  static constexpr char FolderName[] = "#14149", FolderStatus[] = "#14147";
-  static constexpr char WithData[] = "Rechercher un dossier (ZEF)";
 
   /// Without a script no window may open.
   TOutcome Choose(const char* name, bool showList, const TScript& script = {},
@@ -48,23 +46,18 @@ class Directories : public TDirectoriesTest {
                  &size);
     return Utf8(value);
   }
-  /// The text of the box on screen, which is then left by OK.
-  static std::string Answer(TScriptedUser& user, const char* caption) {
-    TFormDriver box = user.WaitForMessageBox(caption);
-    std::string text;
-    for (const HWND child : Descendants(box.Handle()))
-      if (ClassOf(child) == "Static" && !TextOf(child).empty()) text = TextOf(child);
-    box.Click("#1");
-    box.WaitGone();
-    return text;
-  }
-
-  /// As a program that opened the picker does, and a click on the folder would; then by OK.
-  static void Pick(TUser& user, TFormDriver picker, const std::string& folder,
-                   const std::string& shownName) {
+  /// Picks a folder in the shell's picker, as a program that opened it does and a click would.
+  void Pick(TScriptedUser& user, TFormDriver& form, const char* button, bool fromData,
+            const std::string& folder, const std::string& shownName) const {
+    form.Click(button);
+    TFormDriver picker =
+        user.WaitForMessageBox(fromData ? "Rechercher un dossier (ZEF)" : "Rechercher un dossier");
+    EXPECT_EQ(GetWindow(picker.Handle(), GW_OWNER), MainWindow);
+    EXPECT_FALSE(IsWindowEnabled(form.Handle())) << "only the picker takes input";
+    picker.WaitText("#14147", fromData ? "Contient des données ZEF" : "");
     SendMessageW(picker.Handle(), BFFM_SETSELECTIONW, TRUE,
                  reinterpret_cast<LPARAM>(Wide(folder).c_str()));
-    user.WaitUntil(shownName, [&] { return picker.Text(FolderName).ends_with(shownName); });
+    user.WaitUntil(shownName, [&] { return picker.Text("#14149").ends_with(shownName); });
     picker.Click("#1");
     picker.WaitGone();
   }
@@ -93,7 +86,7 @@ TEST_F(Directories, DataOfAnOlderProgramIsImported) {
   const std::string old = MakeDirectory("ancien", true);
   Enter(old);
   const auto script = [](TScriptedUser& user, TFormDriver&) {
-    EXPECT_EQ(Answer(user, "Avertissement"),
+    EXPECT_EQ(user.AnswerMessageBox("Avertissement", IDOK),
               "ZEF a importé l'ancien répertoire de lancement comme répertoire des comptes. "
               "Il est recommandé de déplacer le répertoire dans le répertoire 'Mes "
               "Documents' à l'aide du menu 'Fichier' puis 'Répertoire des comptes'...");
@@ -116,11 +109,12 @@ TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {
   const auto outcome = Choose("clé", false, [&](TScriptedUser& user, TFormDriver& form) {
     form.Select("ListRep", "Clé");
     form.Click("ButtonOK");
-    EXPECT_EQ(Answer(user, "Erreur"), "Le répertoire " + gone + " n'existe pas !");
+    EXPECT_EQ(user.AnswerMessageBox("Erreur", IDOK), "Le répertoire " + gone + " n'existe pas !");
     form.Fill("EditRep", home);
     WaitForSingleObject(saving, INFINITE);
     form.Press(VK_RETURN);
-    EXPECT_TRUE(Answer(user, "Erreur").starts_with("Liste des répertoires disponibles : "));
+    EXPECT_TRUE(
+        user.AnswerMessageBox("Erreur", IDOK).starts_with("Liste des répertoires disponibles : "));
     ReleaseMutex(saving);
   });
   CloseHandle(saving);
@@ -129,32 +123,9 @@ TEST_F(Directories, WhatCannotBeOpenedOrSavedIsTold) {
   EXPECT_EQ(Setting(L"DirAliasPath0"), gone);
 }
 
-TEST_F(Directories, ThePickerShowsWhereItIsAndWhatAFolderHolds) {
-  const std::string data = MakeDirectory("avec données d'été", true);
-  const std::string plain = MakeDirectory("sans données");
-  Store({{"Comptes", data}});
-  Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
-    form.Select("ListRep", "Comptes");
-    for (const bool withData : {true, false}) {
-      form.Click("BtnBrowse");
-      TFormDriver picker = user.WaitForMessageBox(withData ? WithData : "Rechercher un dossier");
-      EXPECT_EQ(GetWindow(picker.Handle(), GW_OWNER), MainWindow);
-      EXPECT_FALSE(IsWindowEnabled(form.Handle())) << "only the picker takes input";
-      user.WaitUntil("the folder", [&] {
-        return picker.Text(FolderName) == (withData ? "avec données d'été" : "sans données");
-      });
-      picker.WaitText(FolderStatus, withData ? "Contient des données ZEF" : "");
-      Pick(user, picker, plain, "sans données");
-      form.WaitText("EditRep", plain);
-      form.WaitFocus("BtnBrowse");
-    }
-    form.Press(VK_ESCAPE);
-  });
-}
-
 TEST_F(Directories, TheActiveOneMovesToAnotherVolumeUnlessCancelled) {
   const std::string home = MakeDirectory("Comptes d'été", true);
-  const std::string away = "D:\\Comptes d'été";
+  const std::string away = "D:\\Comptes d'été", plain = MakeDirectory("sans données");
   for (const char* file : {"1", "2"}) std::ofstream(std::filesystem::path(Wide(home)) / file) << "";
   RedirectImports(Library->Module, [](std::string_view name, const void*) {
     return name == "CopyFileExW" ? reinterpret_cast<void*>(&CopyWhenSeen) : nullptr;
@@ -163,15 +134,13 @@ TEST_F(Directories, TheActiveOneMovesToAnotherVolumeUnlessCancelled) {
   ASSERT_EQ(Choose("", false), (TOutcome{1, 0}));
   const auto outcome = Choose("", true, [&](TScriptedUser& user, TFormDriver& form) {
     form.WaitText("EditRep", home);
-    form.Click("BtnMove");
-    Pick(user, user.WaitForMessageBox(WithData), home, "Comptes d'été");
-    EXPECT_EQ(Answer(user, "Erreur"), "Erreur, impossible de déplacer !");
+    Pick(user, form, "BtnMove", true, home, "Comptes d'été");
+    EXPECT_EQ(user.AnswerMessageBox("Erreur", IDOK), "Erreur, impossible de déplacer !");
     for (const bool cancel : {true, false}) {
       EXPECT_EQ(form.Text("EditRep"), home);
       EXPECT_FALSE(std::filesystem::exists(Wide(away)));
       ResetEvent(Seen);
-      form.Click("BtnMove");
-      Pick(user, user.WaitForMessageBox(WithData), "D:\\", "(D:)");
+      Pick(user, form, "BtnMove", true, "D:\\", "(D:)");
       TFormDriver moving = user.WaitForForm("TDlgDirMove");
       EXPECT_EQ(moving.Text("LabelPath"), home);
       if (cancel) moving.Press(VK_ESCAPE);
@@ -181,6 +150,11 @@ TEST_F(Directories, TheActiveOneMovesToAnotherVolumeUnlessCancelled) {
     }
     form.WaitText("EditRep", away);
     EXPECT_TRUE(std::filesystem::exists(Wide(away + "\\2")));
+    for (const bool fromData : {true, false}) {
+      Pick(user, form, "BtnBrowse", fromData, plain, "sans données");
+      form.WaitText("EditRep", plain);
+      form.WaitFocus("BtnBrowse");
+    }
     form.Press(VK_ESCAPE);
   });
   EXPECT_EQ(outcome, (TOutcome{1, 1})) << "cancelled, but what was moved is elsewhere";

@@ -1,11 +1,12 @@
 #include <loopback_server.h>
 
+#include <atomic>
 #include <fstream>
 #include <map>
-#include <set>
 #include <thread>
 
 #include "outside/directories_fixture.h"
+#include "outside/host_objects.h"
 #include "user/say.h"
 
 #include <commctrl.h>
@@ -57,19 +58,20 @@ const struct TAnswer {
     {"/chunk-half", Chunks.substr(0, Chunks.size() - 5), Failed, TThen::Stall},
 };
 
-/// What is sent piece by piece.
-const struct {
-  const char* Path;
-  std::size_t Count, Size;
-  unsigned PauseMs;
-} Streams[] = {{"/byte-a-second", 12, 1, 1000}, {"/stream", 2000, 1000, 1}};
+std::atomic<int> Allowed = 0;  ///< bytes of the hundred that "/stream" sends
 
 void Serve(TConnection& connection) {
-  for (const auto& [path, count, size, pauseMs] : Streams) {
-    if (connection.Path() != path) continue;
-    connection.Send(Declared(count * size));
-    const std::string piece(size, 'x');
-    for (std::size_t i = 0; i < count && connection.Send(piece); ++i) connection.Stall(pauseMs);
+  if (connection.Path() == "/byte-a-second") {
+    connection.Send(Declared(12));
+    for (int i = 0; i < 12 && connection.Send("x"); ++i) connection.Stall(1000);
+  }
+  if (connection.Path() == "/stream") {
+    connection.Send(Declared(100));
+    int sent = 0;
+    for (int round = 0; sent < 100 && round < 30000; ++round) {
+      for (; sent < Allowed; ++sent) connection.Send("x");
+      connection.Stall(1);
+    }
   }
   for (const TAnswer& answer : Answers) {
     if (connection.Path() != answer.Path) continue;
@@ -79,37 +81,12 @@ void Serve(TConnection& connection) {
   }
 }
 
-/// A download window as a host drives it.
-struct TDownload {
-  explicit TDownload(const TLibrary& library, ZefDialog owner = nullptr) : Library(library) {
-    EXPECT_EQ(Library.VCLNewURL(owner, nullptr, &Handle), 1);
-  }
-  ~TDownload() { Do(ZEF_DOWNLOAD_DESTROY); }
-
-  int Do(int command, const char* text = nullptr, int* value = nullptr) const {
-    return Library.VCLCmdURL(Handle, static_cast<signed char>(command), text, value);
-  }
-  int Status() const {
-    int status = 99;
-    Do(ZEF_DOWNLOAD_GET_STATUS, nullptr, &status);
-    return status;
-  }
-  /// In the background, or else the call returns at the end; without a file, into memory.
-  void Start(const std::string& address, const char* file, int command = ZEF_DOWNLOAD_START) const {
-    Do(ZEF_DOWNLOAD_SET_ADDRESS, address.c_str());
-    Do(ZEF_DOWNLOAD_SET_FILE, file);
-    EXPECT_EQ(Do(command), 1);
-  }
-  int StatusAfter(const std::string& address, const char* file,
-                  int command = ZEF_DOWNLOAD_START) const {
-    Start(address, file, command);
-    Do(ZEF_DOWNLOAD_WAIT);
-    return Status();
-  }
-
-  const TLibrary& Library;
-  ZefDialog Handle = nullptr;
-};
+int StatusAfter(const THostDownload& download, const std::string& address, const char* file,
+                int command = ZEF_DOWNLOAD_START) {
+  EXPECT_EQ(download.Start(address, file, command), 1);
+  download.Do(ZEF_DOWNLOAD_WAIT);
+  return download.Status();
+}
 
 ULONGLONG Duration(const std::function<void()>& call) {
   const ULONGLONG start = GetTickCount64();
@@ -149,11 +126,11 @@ class Download : public TDirectoriesTest {
 };
 
 TEST_F(Download, EndsAsTheServerBehaves) {
-  const TDownload download(*Library);
+  const THostDownload download(*Library);
   const auto check = [&](const std::string& address, int status) {
     for (const int command : {ZEF_DOWNLOAD_START, ZEF_DOWNLOAD_FETCH}) {
       SCOPED_TRACE(Say(address, " by command ", command));
-      EXPECT_EQ(download.StatusAfter(address, Write("a").c_str(), command), status);
+      EXPECT_EQ(StatusAfter(download, address, Write("a").c_str(), command), status);
       EXPECT_EQ(Files(), (TFiles{{"a", status == Received ? Whole : "old"}}));
     }
   };
@@ -166,12 +143,12 @@ TEST_F(Download, EndsAsTheServerBehaves) {
 }
 
 TEST_F(Download, GivesUpAfterTenSilentSecondsNotAfterTenSlowOnes) {
-  const TDownload silent(*Library), stalled(*Library), slow(*Library);
+  const THostDownload silent(*Library), stalled(*Library), slow(*Library);
   const ULONGLONG start = GetTickCount64();
   silent.Start(Server.Address("/silent"), Path("silent").c_str());
   stalled.Start(Server.Address("/stall"), Path("stalled").c_str());
   slow.Start(Server.Address("/byte-a-second"), Path("slow").c_str());
-  for (const TDownload* each : {&silent, &stalled, &slow}) {
+  for (const THostDownload* each : {&silent, &stalled, &slow}) {
     each->Do(ZEF_DOWNLOAD_WAIT);
     EXPECT_EQ(each->Status(), each == &slow ? Received : Failed);
     EXPECT_GE(GetTickCount64() - start, 9900u);
@@ -188,7 +165,7 @@ TEST_F(Download, GoesToTheFilesOrTheMemoryAsked) {
     std::ifstream reader(trouble == "held" ? body : "");
     if (trouble == "read-only") SetFileAttributesA(head.c_str(), FILE_ATTRIBUTE_READONLY);
     Enter(Path("."));
-    const TDownload unnamed(*Library);
+    const THostDownload unnamed(*Library);
     unnamed.Do(ZEF_DOWNLOAD_SET_ADDRESS, Server.Address("/exact").c_str());
     unnamed.Do(ZEF_DOWNLOAD_START);
     Enter("C:\\");  // where it goes was settled when it began
@@ -198,10 +175,10 @@ TEST_F(Download, GoesToTheFilesOrTheMemoryAsked) {
     EXPECT_EQ(Files()["Default.htm"], trouble.empty() ? Whole : "old");
     EXPECT_EQ(Files()["Head.txt"].substr(0, 15), trouble.empty() ? "HTTP/1.1 200 OK" : "old");
   }
-  const TDownload kept(*Library);
+  const THostDownload kept(*Library);
   for (const std::string& file : {Path("."), Path("no/such"), Path("Default.ht?"), std::string()})
-    EXPECT_EQ(kept.StatusAfter(Server.Address("/exact"), file.c_str()), Failed) << file;
-  EXPECT_EQ(kept.StatusAfter(Server.Address("/exact"), nullptr), Received);
+    EXPECT_EQ(StatusAfter(kept, Server.Address("/exact"), file.c_str()), Failed) << file;
+  EXPECT_EQ(StatusAfter(kept, Server.Address("/exact"), nullptr), Received);
   for (const int room : {50, 36, 10, 0}) {
     std::string body(50, '?');
     int size = room;
@@ -215,16 +192,16 @@ TEST_F(Download, GoesToTheFilesOrTheMemoryAsked) {
 TEST_F(Download, DiesByEitherFunctionOrWithItsOwner) {
   ZefDialog owner = nullptr;
   Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &owner);
-  const TDownload owned(*Library, owner), freed(*Library, owner), other(*Library);
+  const THostDownload owned(*Library, owner), freed(*Library, owner), other(*Library);
   int value = 5;
   for (int number = -128; number < 128; ++number)
     EXPECT_TRUE((number >= 1 && number <= 11) || !other.Do(number, nullptr, &value)) << number;
   EXPECT_EQ(value, 5);
-  for (const TDownload* each : {&owned, &freed, &other})
+  for (const THostDownload* each : {&owned, &freed, &other})
     each->Start(Server.Address("/stall"), nullptr);
-  EXPECT_LT(Duration([&] { Library->VCLFreeNonModalDialog(freed.Handle); }), SoonMs);
+  EXPECT_LT(Duration([&] { Library->VCLFreeNonModalDialog(freed.Handle()); }), SoonMs);
   EXPECT_LT(Duration([&] { Library->VCLFreeNonModalDialog(owner); }), SoonMs);
-  for (const TDownload* each : {&owned, &freed, &other})
+  for (const THostDownload* each : {&owned, &freed, &other})
     EXPECT_EQ(each->Do(ZEF_DOWNLOAD_GET_STATUS, nullptr, &value), each == &other ? 1 : 0);
 }
 
@@ -238,14 +215,14 @@ TEST_F(Download, StopsSoonInEveryState) {
   for (const auto& [address, age] : states) {
     SCOPED_TRACE(Say(address, " after ", age, " ms"));
     const std::string file = Write("file.bin");
-    const TDownload download(*Library);
+    const THostDownload download(*Library);
     download.Start(address, file.c_str());
     Sleep(age);  // with this thread deaf to all messages
     EXPECT_LT(Duration([&] { download.Do(ZEF_DOWNLOAD_ABORT); }), SoonMs);
     EXPECT_EQ(download.Status(), ZEF_DOWNLOAD_NONE);
     EXPECT_EQ(Files(), (TFiles{{"file.bin", "old"}}));
     // It can fetch again, and then be destroyed.
-    EXPECT_EQ(download.StatusAfter(Server.Address("/exact"), file.c_str()), Received);
+    EXPECT_EQ(StatusAfter(download, Server.Address("/exact"), file.c_str()), Received);
     download.Start(address, Path("next.bin").c_str());
     Sleep(age);
     EXPECT_LT(Duration([&] { download.Do(ZEF_DOWNLOAD_DESTROY); }), SoonMs);
@@ -253,45 +230,38 @@ TEST_F(Download, StopsSoonInEveryState) {
   }
 }
 
-TEST_F(Download, MovesItsBarWhileTheHostWaitsOrAsks) {
-  for (const bool polled : {false, true}) {
-    const TDownload download(*Library);
-    download.Do(ZEF_DOWNLOAD_SHOW);
-    TUser user(GetCurrentProcessId());
-    TFormDriver form(user, user.FindForm("TDlgDwnld"));
-    const HWND bar = form.Control("ProgressBar");
-    download.Start(Server.Address("/stream"), nullptr);
-    download.Start(Server.Address("/404"), nullptr);  // ignored until the first one is over
-    EXPECT_EQ(form.Text("LabelStatus"), "Téléchargement en cours...");
-    // The bar moves also while this thread asks, and serves no message.
-    while (polled && download.Status() == ZEF_DOWNLOAD_RUNNING) Sleep(20);
-    // While it waits, windows are painted; input and the program's end are for the host's own loop.
-    std::atomic<bool> ended = false;
-    bool painted = polled;
-    std::set<LRESULT> places;
-    PostMessageW(MainWindow, WM_CLOSE, 0, 0);
-    if (polled) PostQuitMessage(7);
-    std::thread other([&] {
-      InvalidateRect(MainWindow, nullptr, TRUE);
-      for (; !ended; Sleep(10)) {
-        painted |= !GetUpdateRect(MainWindow, nullptr, FALSE);
-        places.insert(Ask(bar, PBM_GETPOS));
-      }
-    });
-    download.Do(ZEF_DOWNLOAD_WAIT);
-    ended = true;
-    other.join();
-    EXPECT_TRUE(painted);
-    MSG message{};
-    EXPECT_TRUE(PeekMessageW(&message, MainWindow, WM_CLOSE, WM_CLOSE, PM_REMOVE));
-    EXPECT_EQ(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE, polled);
-    EXPECT_EQ(download.Status(), Received);
-    EXPECT_TRUE(polled || places.size() > 3);
-    const LRESULT last = Ask(bar, PBM_GETPOS);
-    EXPECT_GE(last, 90);
-    // From a server that tells no length: the bar stays.
-    EXPECT_EQ(download.StatusAfter(Server.Address("/no-length"), nullptr), Received);
-    EXPECT_EQ(Ask(bar, PBM_GETPOS), last);
-  }
+TEST_F(Download, MovesItsBarWhileTheHostAsksOrWaits) {
+  const THostDownload download(*Library);
+  download.Do(ZEF_DOWNLOAD_SHOW);
+  const HWND window = FindWindowA("TDlgDwnld", nullptr), bar = ControlNamed(window, "ProgressBar");
+  const auto place = [bar] { return Ask(bar, PBM_GETPOS); };
+  Allowed = 10;
+  download.Start(Server.Address("/stream"), nullptr);
+  download.Start(Server.Address("/404"), nullptr);  // ignored until the first one is over
+  EXPECT_EQ(TextOf(ControlNamed(window, "LabelStatus")), "Téléchargement en cours...");
+  // This thread serves no message.
+  while (download.Status() == ZEF_DOWNLOAD_RUNNING && place() < Allowed) Sleep(1);
+  EXPECT_EQ(place(), Allowed);
+  // While it waits, windows are painted; input and the program's end are for the host's own loop.
+  PostMessageW(MainWindow, WM_CLOSE, 0, 0);
+  PostQuitMessage(7);
+  std::atomic<bool> ended = false;
+  std::thread other([&] {
+    InvalidateRect(MainWindow, nullptr, TRUE);
+    for (Allowed = 20; Allowed < 100 && !ended; Sleep(1))
+      if (place() >= Allowed && !GetUpdateRect(MainWindow, nullptr, FALSE)) Allowed += 10;
+  });
+  download.Do(ZEF_DOWNLOAD_WAIT);
+  ended = true;
+  other.join();
+  EXPECT_EQ(Allowed, 100) << "seen to come";
+  MSG message{};
+  EXPECT_TRUE(PeekMessageW(&message, MainWindow, WM_CLOSE, WM_CLOSE, PM_REMOVE));
+  EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+  EXPECT_EQ(download.Status(), Received);
+  EXPECT_EQ(place(), 100);
+  // From a server that tells no length: the bar stays.
+  EXPECT_EQ(StatusAfter(download, Server.Address("/no-length"), nullptr), Received);
+  EXPECT_EQ(place(), 100);
   EXPECT_EQ(Server.Requests()[1], "/no-length");
 }

@@ -113,11 +113,6 @@ const std::vector<TSeam> Seams =
 std::wstring Chosen;
 LPITEMIDLIST WINAPI ChooseFolder(BROWSEINFOW*) { return ILCreateFromPathW(Chosen.c_str()); }
 
-const TSeam* SeamOf(const char* name) {
-  const auto found = std::ranges::find(Seams, std::string_view(name), &TSeam::Name);
-  return found == Seams.end() ? nullptr : &*found;
-}
-
 const void* InPlaceOf(const char* name, const void* real);
 
 /// What is resolved by name goes through the seams as well.
@@ -132,8 +127,8 @@ FARPROC WINAPI FindFunction(HMODULE module, LPCSTR name) {
 
 const void* InPlaceOf(const char* name, const void* real) {
   if (!std::strcmp(name, "GetProcAddress")) return reinterpret_cast<const void*>(&FindFunction);
-  const TSeam* seam = SeamOf(name);
-  if (!seam) return nullptr;
+  const auto seam = std::ranges::find(Seams, std::string_view(name), &TSeam::Name);
+  if (seam == Seams.end()) return nullptr;
   *seam->Real = real;
   return seam->Hook;
 }
@@ -145,14 +140,6 @@ class Faults : public TSituations {
   void SetUp() override {
     TSituations::SetUp();
     Chosen.clear();
-    Reload();
-  }
-  void TearDown() override {
-    TPilot::Patience = TPilot::Usual;
-    std::printf("%ld faults\n", Done);
-    TSituations::TearDown();
-  }
-  void Reload() {
     Library->VCLFree();
     Library.reset();
     WaitUnloaded();
@@ -167,17 +154,21 @@ class Faults : public TSituations {
                const std::function<void(const std::invoke_result_t<TAct>&, bool struck)>& look) {
     const char* wanted = std::getenv("ZEF_FAULTS");
     const long most = wanted ? std::atol(wanted) : 1;
+    long done = 0;
     for (const TSeam& seam : Seams)
       for (const bool sticks : {false, true}) {
         long calls = LONG_MAX;
         const auto once = [&](long failing) {
           prepare();
-          Arm(&seam, failing, sticks);
+          Fault.Sticks = sticks;
+          Fault.Left = failing;
+          Fault.Seen = 0;
+          Fault.Seam = seam.Real;
           const auto outcome = act();
-          const long seen = Disarm();
+          Fault.Seam = nullptr;
           TPilot::Patience = TPilot::Usual;
           look(outcome, failing < calls);
-          return seen;
+          return Fault.Seen.load();
         };
         calls = once(calls);
         const long stride = std::max(1L, calls / most);
@@ -186,34 +177,23 @@ class Faults : public TSituations {
           const std::string place = Say(what, ", ", seam.Name, ' ', failing, " of ", calls,
                                         sticks ? " and all after" : "");
           SCOPED_TRACE(place);
-          TWatchdog::Allow(100);
+          TWatchdog::Allow(TestSeconds);
           if (wanted) std::puts(place.c_str());
           TPilot::Patience = 500;
           once(failing);
-          ++Done;
+          ++done;
           if (HasFailure()) return;
         }
       }
+    std::printf("%s: %ld faults\n", what, done);
+    EXPECT_GT(done, 10) << what;
   }
-  static void Arm(const TSeam* seam, long failing, bool sticks) {
-    Fault.Sticks = sticks;
-    Fault.Left = failing;
-    Fault.Seen = 0;
-    Fault.Seam = seam->Real;
-  }
-  static long Disarm() {
-    Fault.Seam = nullptr;
-    return Fault.Seen;
-  }
-
   /// The list as the next opening finds it: names and paths.
   std::string StoredList();
   void StoreList() {
     RegDeleteTreeW(HKEY_CURRENT_USER, TSavedSettings::Product);
     Store({{"Comptes", Home}, {"Partis", Path("partis")}});
   }
-
-  long Done = 0;
 
  private:
   long FFirst = 0;
@@ -224,9 +204,9 @@ class Faults : public TSituations {
 std::string Faults::StoredList() {
   std::string list;
   const TPilot pilot({{"TDlgDirSelect", {[&](HWND form) {
-                         for (const auto& name : ItemsOf(ControlOf(form, "ListRep"))) {
+                         for (const auto& name : ItemsOf(ControlNamed(form, "ListRep"))) {
                            Selects("ListRep", name)(form);
-                           list += Say(name, '=', TextOf(ControlOf(form, "EditRep")), ' ');
+                           list += Say(name, '=', TextOf(ControlNamed(form, "EditRep")), ' ');
                          }
                        }}}});
   Directories();
@@ -258,17 +238,9 @@ TEST_F(Faults, LeaveTheFileOldOrNewWhateverFailsOfADownload) {
   Server.emplace([](TConnection& connection) { connection.Answer("text/plain", "new"); });
   const std::string file = Path("file.txt");
   const auto fetch = [&] {
-    ZefDialog dialog = nullptr;
-    int status = ZEF_DOWNLOAD_NONE;
-    Library->VCLNewURL(nullptr, nullptr, &dialog);
-    const auto command = [&](int number, const std::string& text = "") {
-      Library->VCLCmdURL(dialog, static_cast<signed char>(number), text.c_str(), &status);
-    };
-    command(ZEF_DOWNLOAD_SET_ADDRESS, Server->Address("/"));
-    command(ZEF_DOWNLOAD_SET_FILE, file);
-    for (const int each : {ZEF_DOWNLOAD_FETCH, ZEF_DOWNLOAD_GET_STATUS, ZEF_DOWNLOAD_DESTROY})
-      command(each);
-    return status;
+    const THostDownload download(*Library);
+    download.Start(Server->Address("/"), file.c_str(), ZEF_DOWNLOAD_FETCH);
+    return download.Status();
   };
   Torture(
       "file", [&] { std::ofstream(file) << "old"; }, fetch,
@@ -284,7 +256,6 @@ TEST_F(Faults, LeaveTheFileOldOrNewWhateverFailsOfADownload) {
 TEST_F(Faults, LeaveAMovedDirectoryWholeInOnePlace) {
   namespace fs = std::filesystem;
   Chosen = L"D:\\";
-  Reload();
   const fs::path here = Wide(Home);
   const fs::path there = L"D:\\comptes";
   const auto whole = [](const fs::path& place) {
@@ -318,7 +289,7 @@ TEST_F(Faults, RefuseADialogAndLeaveNothing) {
   for (const TSituation& situation : Situations) {
     if (!std::getenv("ZEF_FAULTS") && !Usual.contains(situation.Name)) continue;
     Torture(
-        situation.Name, [] {}, [&] { return Run(situation); },
+        situation.Name, [&] { Library->VCLFree(); }, [&] { return Run(situation); },
         [&](const std::string& outcome, bool) {
           ExpectNothingLeft();
           if (!situation.Modal()) return;

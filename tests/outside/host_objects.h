@@ -60,3 +60,51 @@ class THostList {
   const TLibrary& FLibrary;
   ZefStringList FHandle = nullptr;
 };
+
+/// A download window as a host drives it.
+class THostDownload {
+ public:
+  explicit THostDownload(const TLibrary& library, ZefDialog owner = nullptr) : FLibrary(library) {
+    FLibrary.VCLNewURL(owner, nullptr, &FHandle);
+  }
+  THostDownload(const THostDownload&) = delete;
+  THostDownload& operator=(const THostDownload&) = delete;
+  ~THostDownload() { Do(ZEF_DOWNLOAD_DESTROY); }
+
+  ZefDialog Handle() const { return FHandle; }
+  int Do(int command, const char* text = nullptr, int* value = nullptr) const {
+    return FLibrary.VCLCmdURL(FHandle, static_cast<signed char>(command), text, value);
+  }
+  /// In the background, or else the call returns at the end; without a file, into memory.
+  int Start(const std::string& address, const char* file, int command = ZEF_DOWNLOAD_START) const {
+    Do(ZEF_DOWNLOAD_SET_ADDRESS, address.c_str());
+    Do(ZEF_DOWNLOAD_SET_FILE, file);
+    return Do(command);
+  }
+  int Status() const {
+    int status = 99;
+    Do(ZEF_DOWNLOAD_GET_STATUS, nullptr, &status);
+    return status;
+  }
+
+ private:
+  const TLibrary& FLibrary;
+  ZefDialog FHandle = nullptr;
+};
+
+/// What a box that takes a text gives.
+inline std::string TextFrom(void(WINAPI* box)(const char*, const char**), const char* text) {
+  const char* result = nullptr;
+  box(text, &result);
+  return result;
+}
+
+/// What the type filter gives, and the selection afterwards.
+inline std::string FilterFrom(const TLibrary& library, const std::vector<std::string>& types,
+                              const std::vector<std::string>& cards, const char* selected) {
+  const THostList typeList(library, types), cardList(library, cards);
+  const THostString selection(library, selected);
+  const int chosen =
+      library.VCLSelectTypOp(typeList.Handle(), cardList.Handle(), selection.Handle());
+  return Say(chosen, selection.Text());
+}

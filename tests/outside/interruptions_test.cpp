@@ -42,7 +42,7 @@ class Interruptions : public TSituations {
     return T{};
   }
   template <class TResult, class... TArguments>
-  void CallWithLeast(const TExport<TResult(WINAPI*)(TArguments...)>& function) {
+  void CallWithLeast(TResult(WINAPI* function)(TArguments...)) {
     FMade = nullptr;
     function(Least<TArguments>()...);
     Library->VCLFreeNonModalDialog(FMade);
@@ -62,7 +62,7 @@ const std::vector<Interruptions::TInterruption> Interruptions::All{
 };
 
 void Interruptions::CallEverything() {
-  TPilot::KeepOld();
+  const TPilot pilot({});  // leaves what comes upon what is there
 #define ZEF_CALL(result, name, parameters)                                                         \
   if (#name != std::string_view("VCLFree") && #name != std::string_view("VCLSetMainWindowHandle")) \
     CallWithLeast(Library->name);
@@ -72,7 +72,6 @@ void Interruptions::CallEverything() {
     if (other.Modal() && other.Steps.empty()) {
       EXPECT_EQ((this->*other.Call)(), other.Cancelled);
     }
-  TPilot::LeaveAll();
 }
 
 /// Every window; the form stays.
@@ -115,6 +114,7 @@ void Interruptions::Interrupt(const TSituation& situation, const TInterruption& 
       situation.Modal() &&
       (interruption.Effect == TEffect::EndsModals ||
        (interruption.Effect == TEffect::EndsSingletons && situation.Kind == TKind::Singleton));
+  const TUnmasked unmasked;
   std::string outcome;
   const bool cut = THostHandler::CutsOff([&] {
     outcome = Run(situation, [&](HWND form) {
@@ -124,6 +124,7 @@ void Interruptions::Interrupt(const TSituation& situation, const TInterruption& 
     });
   });
   EXPECT_EQ(cut, interruption.Effect == TEffect::CutsOff);
+  EXPECT_TRUE(!cut || GetFocus() == Edit);
   if (situation.Modal() && !cut) {
     EXPECT_EQ(outcome, situation.Cancelled);
   }

@@ -1,6 +1,5 @@
 #include <windows.h>
 
-#include <psapi.h>
 #include <tlhelp32.h>
 
 #include <algorithm>
@@ -10,7 +9,6 @@
 
 #include "outside/situations.h"
 #include "user/say.h"
-#include "user/watchdog.h"
 
 namespace {
 
@@ -34,6 +32,13 @@ long long OwnThreads() {
   return threads;
 }
 
+/// A function of the system's that no header declares.
+template <class TFunction>
+TFunction Internal(const char* name) {
+  return reinterpret_cast<TFunction>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), name)));
+}
+
 /// From the table that the system shares with each process: GetGuiResources counts nothing on some
 /// systems that these tests run on.
 long long GdiObjects() {
@@ -46,15 +51,12 @@ long long GdiObjects() {
   };
   constexpr size_t TableSlot = 0x94;  // in the process environment block of 32-bit processes
   constexpr int Entries = 0x4000;
-  const auto currentBlock = reinterpret_cast<const char*(WINAPI*)()>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "RtlGetCurrentPeb")));
-  const char* block = currentBlock();
-  const TEntry* table = *reinterpret_cast<TEntry* const*>(block + TableSlot);
-  long long count = 0;
-  for (int index = 0; table && index < Entries; ++index)
-    if (table[index].Type) ++count;
-  return count;
+  const char* block = Internal<const char*(WINAPI*)()>("RtlGetCurrentPeb")();
+  const auto* table = *reinterpret_cast<TEntry* const*>(block + TableSlot);
+  const auto used = [](const TEntry& entry) { return entry.Type != 0; };
+  return table ? std::count_if(table, table + Entries, used) : 0;
 }
+
 /// From the system's own table: GetProcessHandleCount counts nothing on some systems that these
 /// tests run on.
 long long KernelHandles() {
@@ -65,11 +67,10 @@ long long KernelHandles() {
   };
   using TQuery = LONG(WINAPI*)(int, void*, ULONG, ULONG*);
   constexpr int HandleTable = 16;
-  const auto query = reinterpret_cast<TQuery>(reinterpret_cast<void*>(
-      GetProcAddress(GetModuleHandleA("ntdll.dll"), "NtQuerySystemInformation")));
   std::vector<TEntry> table(1 << 16);
   ULONG* count = &table[0].Access;  // stands before the entries
-  query(HandleTable, count, static_cast<ULONG>((table.size() - 1) * sizeof(TEntry)), nullptr);
+  const auto size = static_cast<ULONG>((table.size() - 1) * sizeof(TEntry));
+  Internal<TQuery>("NtQuerySystemInformation")(HandleTable, count, size, nullptr);
   return std::count_if(&table[1], &table[1] + *count,
                        [](const TEntry& entry) { return entry.Process == GetCurrentProcessId(); });
 }
@@ -84,12 +85,6 @@ long long BusyHeap() {
       if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) bytes += entry.cbData;
   }
   return bytes;
-}
-
-long long CommittedBytes() {
-  PROCESS_MEMORY_COUNTERS counters{};
-  GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
-  return static_cast<long long>(counters.PagefileUsage);
 }
 
 long long StoredValues() {
@@ -122,7 +117,6 @@ class Levels : public TSituations {
       // The system that these tests run on loses 12 bytes with each label that is given a font, and
       // the tests' server keeps some with each request.
       {"heap", BusyHeap, 600},
-      {"private bytes", CommittedBytes, 8192},
       {"settings", StoredValues, 0},
   };
   static constexpr size_t Handles = 3;
@@ -161,7 +155,6 @@ class Levels : public TSituations {
 TEST_F(Levels, AreKeptByEveryDialogAndByTheLibrary) {
   const int rounds = Told ? std::atoi(Told) : 6;
   for (const TSituation& situation : Situations) {
-    TWatchdog::Allow(180 + rounds * 8);
     Repeat(situation.Name, rounds, [&](int number) {
       Run(situation);
       // Made anew half of the times.

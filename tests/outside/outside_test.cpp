@@ -2,11 +2,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "user/watchdog.h"
 
 namespace {
-constexpr int TestSeconds = 180;  ///< for what a user does during one call
 constexpr wchar_t MainClass[] = L"OutsideTestsMain";
 constexpr UINT CallMessage = WM_APP;
 
@@ -37,13 +37,6 @@ bool MadeBySystem(HWND window) {
   return Classes.contains(ClassOf(window));
 }
 
-std::set<HWND> OwnWindows() {
-  std::set<HWND> windows;
-  for (const HWND window : TopWindows(GetCurrentProcessId()))
-    if (!MadeBySystem(window)) windows.insert(window);
-  return windows;
-}
-
 void ServeMessages() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -64,7 +57,6 @@ void TOutsideTest::SetUp() {
   MainWindow = CreateMainWindow();
   ServeUntil([this] { return GetForegroundWindow() == MainWindow; });
   THelpRequest::All.clear();
-  FBefore = OwnWindows();
   Library.emplace();
   Library->VCLSetMainWindowHandle(MainWindow);
   Library->VCLSetMainHelpFile(HelpFile);
@@ -96,30 +88,31 @@ void TOutsideTest::During(const std::function<void()>& call,
   TScriptedUser().During(call, script);
 }
 
+HWND TOutsideTest::HostEdit(HWND parent, int top) {
+  return CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, top, 200, 30,
+                         parent, nullptr, nullptr, nullptr);
+}
+
 void TOutsideTest::InHost(const std::function<void()>& call) {
   SendMessageW(MainWindow, CallMessage, 0, reinterpret_cast<LPARAM>(&call));
 }
 
 // A window that outlives the library would run into its unmapped code at the next message.
 void TOutsideTest::DropOrphans() {
-  for (const HWND window : OwnWindows()) {
-    if (FBefore.contains(window)) continue;
+  for (const HWND window : TopWindows(GetCurrentProcessId())) {
+    if (window == MainWindow || MadeBySystem(window)) continue;
     ADD_FAILURE() << "outlives the library: " << ClassOf(window) << " '" << TextOf(window) << "'";
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DefWindowProcW));
     DestroyWindow(window);
   }
 }
 
-std::string BesideProgram(std::string_view name) {
-  wchar_t program[MAX_PATH];
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  return (std::filesystem::path(program).parent_path() / name).string();
-}
-
-TDatabaseFile::TDatabaseFile(std::string_view bytes) {
-  std::ofstream file(BesideProgram("VBSZEF.XML"), std::ios::binary);
+TDatabaseFile::TDatabaseFile(std::string_view bytes) : FPath(MAX_PATH, L'\0') {
+  GetModuleFileNameW(nullptr, FPath.data(), MAX_PATH);
+  FPath = std::filesystem::path(FPath).replace_filename("VBSZEF.XML").wstring();
+  std::ofstream file(FPath.c_str(), std::ios::binary);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (!file) throw std::runtime_error("cannot write the database");
 }
 
-TDatabaseFile::~TDatabaseFile() { DeleteFileA(BesideProgram("VBSZEF.XML").c_str()); }
+TDatabaseFile::~TDatabaseFile() { DeleteFileW(FPath.c_str()); }

@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 
 #include "outside/library.h"
@@ -16,6 +15,7 @@
 /// test is over, the library is freed and unloaded, and no window, thread or module of it is left.
 class TOutsideTest : public testing::Test {
  protected:
+  static constexpr int TestSeconds = 180;  ///< at most, for what a user does during one call
   static constexpr char HelpFile[] = "C:\\ZEF\\Zef.hlp";
 
   void SetUp() override;
@@ -34,13 +34,14 @@ class TOutsideTest : public testing::Test {
   /// Serves messages until the library is out of memory, as it is to be when all let go of it.
   void WaitUnloaded();
 
+  /// An edit in a window of the host's, so far from its top.
+  static HWND HostEdit(HWND parent, int top = 10);
+
   HWND MainWindow = nullptr;
   std::optional<TLibrary> Library;
 
  private:
   void DropOrphans();
-
-  std::set<HWND> FBefore;  ///< the windows there were
 };
 
 /// The syntax database beside the host's program, for as long as this object lives.
@@ -50,7 +51,7 @@ class TDatabaseFile {
   TDatabaseFile(const TDatabaseFile&) = delete;
   TDatabaseFile& operator=(const TDatabaseFile&) = delete;
   ~TDatabaseFile();
-};
 
-/// A file that the build put beside the test program, or that the library looks for there.
-std::string BesideProgram(std::string_view name);
+ private:
+  std::wstring FPath;
+};

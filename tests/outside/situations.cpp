@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 #include "user/items.h"
 #include "user/say.h"
 #include "user/watchdog.h"
@@ -32,7 +34,9 @@ TPilot::TPilot(std::vector<TStep> steps)
     : FOuter(std::exchange(Current, this)),
       FSteps(std::move(steps)),
       FDeadline(GetTickCount64() + static_cast<ULONGLONG>(Patience)),
-      FTimer(SetTimer(nullptr, 0, TickMs, Tick)) {}
+      FTimer(SetTimer(nullptr, 0, TickMs, Tick)) {
+  std::erase_if(FOld, std::not_fn(Shown));
+}
 
 TPilot::~TPilot() {
   KillTimer(nullptr, FTimer);
@@ -47,10 +51,6 @@ HWND TPilot::Find(const char* form) {
       if (form && ClassOf(child) == form && Shown(child)) return child;
   }
   return nullptr;
-}
-
-void TPilot::KeepOld() {
-  for (const HWND window : TopWindows(GetCurrentProcessId())) Current->FOld.insert(window);
 }
 
 void TPilot::Serve() {
@@ -84,23 +84,16 @@ void CALLBACK TPilot::Tick(HWND, UINT, UINT_PTR timer, DWORD) {
 
 void TPilot::Leave() {
   const HWND dialog = Find();
-  if (!dialog || FOld.contains(dialog)) return;
+  if (!dialog || std::ranges::count(FOld, dialog)) return;
   if (ClassOf(dialog) != "#32770") return void(PostMessageW(dialog, WM_CLOSE, 0, 0));
   for (const int id : {IDCANCEL, IDNO, IDOK})
     if (GetDlgItem(dialog, id))
       return void(PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0));
 }
 
-HWND ControlOf(HWND form, const char* name) {
-  for (const HWND control : Descendants(form))
-    if (NameOf(control) == name) return control;
-  ADD_FAILURE() << "no control " << name;
-  return nullptr;
-}
-
 TPilot::TAct Selects(const char* list, const std::string& item) {
   return [=](HWND form) {
-    const HWND control = ControlOf(form, list);
+    const HWND control = ControlNamed(form, list);
     SendMessageW(control, LB_SETCURSEL, static_cast<WPARAM>(IndexOfItem(control, item)), 0);
     SendMessageW(form, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), LBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(control));
@@ -111,17 +104,17 @@ TPilot::TAct SelectsRow(const char* listView, int index) {
   return [=](HWND form) {
     LVITEMW item{};
     item.state = item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
-    SendMessageW(ControlOf(form, listView), LVM_SETITEMSTATE, static_cast<WPARAM>(index),
+    SendMessageW(ControlNamed(form, listView), LVM_SETITEMSTATE, static_cast<WPARAM>(index),
                  reinterpret_cast<LPARAM>(&item));
   };
 }
 
 TPilot::TAct Fills(const char* edit, const std::string& text) {
-  return [=](HWND form) { SetWindowTextW(ControlOf(form, edit), Wide(text).c_str()); };
+  return [=](HWND form) { SetWindowTextW(ControlNamed(form, edit), Wide(text).c_str()); };
 }
 
 TPilot::TAct Clicks(const char* button) {
-  return [=](HWND form) { PostMessageW(ControlOf(form, button), BM_CLICK, 0, 0); };
+  return [=](HWND form) { PostMessageW(ControlNamed(form, button), BM_CLICK, 0, 0); };
 }
 
 // ---- the calls ----
@@ -135,14 +128,8 @@ std::string TSituations::Assistant() {
   return Say(result, ' ', cursor);
 }
 
-static std::string Given(const auto& box, const char* text) {
-  const char* result = nullptr;
-  box(text, &result);
-  return result;
-}
-
-std::string TSituations::Picker() { return Given(Library->VCLSyntaxConstHelpBox, "Gras"); }
-std::string TSituations::Editor() { return Given(Library->VCLSyntaxTypesBox, "c=Cpt,d=Cpt"); }
+std::string TSituations::Picker() { return TextFrom(Library->VCLSyntaxConstHelpBox, "Gras"); }
+std::string TSituations::Editor() { return TextFrom(Library->VCLSyntaxTypesBox, "c=Cpt,d=Cpt"); }
 
 std::string TSituations::Directories() {
   unsigned char cancelled = 9;
@@ -151,11 +138,7 @@ std::string TSituations::Directories() {
 }
 
 std::string TSituations::Filter() {
-  const THostList types(*Library, {"Virement", "CB/Chq"});
-  const THostList cards(*Library, {"Visa"});
-  const THostString selection(*Library, "Virement");
-  const int chosen = Library->VCLSelectTypOp(types.Handle(), cards.Handle(), selection.Handle());
-  return Say(chosen, selection.Text());
+  return FilterFrom(*Library, {"Virement", "CB/Chq"}, {"Visa"}, "Virement");
 }
 
 std::string TSituations::Offer() {
@@ -170,14 +153,14 @@ std::string TSituations::Modeless() {
 }
 
 std::string TSituations::View() {
-  void* view = nullptr;
+  ZefDialog view = nullptr;
   const HWND frame = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 300, 200,
                                      Owner, nullptr, nullptr, nullptr);
   Library->CreateExampleView(frame, nullptr, &view);
-  Library->VCLDialogShow(static_cast<ZefDialog>(view));
+  Library->VCLDialogShow(view);
   TPilot::Serve();
   DestroyWindow(frame);
-  return Library ? Say(Library->VCLDialogHasChanged(static_cast<ZefDialog>(view))) : "";
+  return Library ? Say(Library->VCLDialogHasChanged(view)) : "";
 }
 
 std::string TSituations::Traces() {
@@ -205,7 +188,7 @@ std::string TSituations::Download() {
 // ---- the moments ----
 
 static void OpensMethods(HWND form) {
-  const HWND box = ControlOf(form, "BoxMethod");
+  const HWND box = ControlNamed(form, "BoxMethod");
   SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
   SendMessageW(box, CB_SETCURSEL, 1, 0);
 }
@@ -273,6 +256,7 @@ void TSituations::NewOwner() {
   if (IsWindow(Owner)) DestroyWindow(Owner);
   Owner = CreateWindowExW(0, L"STATIC", L"hôte", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 900, 600,
                           nullptr, nullptr, nullptr, nullptr);
+  SetFocus(Edit = HostEdit(Owner));
   Library->VCLSetMainWindowHandle(Owner);
 }
 
@@ -281,7 +265,7 @@ std::string TSituations::Run(const TSituation& situation, const TPilot::TAct& la
   steps.push_back({situation.Top, {}});
   if (last) steps.back().Acts.push_back(last);
   const TPilot pilot(std::move(steps));
-  TWatchdog::Allow(100);
+  TWatchdog::Allow(TestSeconds);
   return (this->*situation.Call)();
 }
 
@@ -290,10 +274,10 @@ void TSituations::ExpectNothingLeft() {
   EXPECT_EQ(left, nullptr) << ClassOf(left);
   EXPECT_TRUE(IsWindowEnabled(MainWindow));
   EXPECT_TRUE(!IsWindow(Owner) || IsWindowEnabled(Owner));
+  {
+    const THostDownload download(*Library);
+    EXPECT_NE(FindWindowA("TDlgDwnld", nullptr), nullptr);
+  }
   // Put off as long as a call is on some stack.
-  ZefDialog dialog = nullptr;
-  Library->VCLNewURL(nullptr, nullptr, &dialog);
-  EXPECT_NE(FindWindowA("TDlgDwnld", nullptr), nullptr);
-  Library->VCLCmdURL(dialog, static_cast<signed char>(ZEF_DOWNLOAD_DESTROY), nullptr, nullptr);
   EXPECT_EQ(FindWindowA("TDlgDwnld", nullptr), nullptr);
 }

@@ -4,16 +4,16 @@
 
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
 #include "outside/directories_fixture.h"
-#include "outside/host_strings.h"
+#include "outside/host_objects.h"
 
 /// Acts on the library's windows from a timer of the host's own thread, by messages and without
 /// input: quick, and the same on a busy machine. A step is done once its form, a window of that
-/// class, is shown and takes input; when all are done, whatever dialog is there is left by Cancel.
+/// class, is shown and takes input; when all are done, whatever dialog came since is left by
+/// Cancel.
 class TPilot {
  public:
   using TAct = std::function<void(HWND form)>;
@@ -31,9 +31,6 @@ class TPilot {
   static void Serve();
   /// From the last step: by itself the call must end, the pilot leaves nothing for it.
   static void Keep() { Current->FLeaves = false; }
-  /// From a step: what is on the screen now stays, only what comes upon it is left.
-  static void KeepOld();
-  static void LeaveAll() { Current->FOld.clear(); }
   /// From a step: the pilot is about to vanish with its stack.
   static void Forget() {
     KillTimer(nullptr, Current->FTimer);
@@ -56,17 +53,34 @@ class TPilot {
   std::vector<TStep> FSteps;
   size_t FNext = 0;
   bool FLeaves = true;
-  std::set<HWND> FOld;
+  std::vector<HWND> FOld = TopWindows(GetCurrentProcessId());  ///< on screen, is not left
   ULONGLONG FDeadline;
   UINT_PTR FTimer;
 };
 
-HWND ControlOf(HWND form, const char* name);
 TPilot::TAct Selects(const char* list, const std::string& item);
 TPilot::TAct SelectsRow(const char* listView, int index);
 TPilot::TAct Fills(const char* edit, const std::string& text);
 /// By its own loop, not from here: it may open another dialog.
 TPilot::TAct Clicks(const char* button);
+
+/// A host that has floating-point exceptions raised, while there is an object of this kind; what it
+/// calls leaves it so.
+struct TUnmasked {
+  static constexpr unsigned short Control = 0x37B;  // of divisions by zero
+  static unsigned short Now() {
+    unsigned short control = 0;
+    asm volatile("fnstcw %0" : "=m"(control));
+    return control;
+  }
+  TUnmasked() { asm volatile("fldcw %0" : : "m"(Control)); }
+  TUnmasked(const TUnmasked&) = delete;
+  TUnmasked& operator=(const TUnmasked&) = delete;
+  ~TUnmasked() {
+    EXPECT_EQ(Now(), Control);
+    asm volatile("fninit");
+  }
+};
 
 /// Each window of the library in a moment of its life, opened through its export.
 class TSituations : public TDirectoriesTest {
@@ -104,6 +118,7 @@ class TSituations : public TDirectoriesTest {
   std::string Modeless(), View(), Traces(), Download();
 
   HWND Owner = nullptr;  ///< the main window that the library knows
+  HWND Edit = nullptr;   ///< in it, where the user is at work
   std::string Home;
   std::optional<TDatabaseFile> Database;
   std::optional<TLoopbackServer> Server;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "outside/host_exception.h"
-#include "outside/host_strings.h"
+#include "outside/host_objects.h"
 #include "user/window.h"
 
 /// What lists do has tests of its own; here are the exports and the host's code page.

@@ -4,18 +4,9 @@
 
 class Traces : public TOutsideTest {
  protected:
-  static HWND OwnWindow(std::string_view className) {
-    for (const HWND window : TopWindows(GetCurrentProcessId()))
-      if (ClassOf(window) == className) return window;
-    return nullptr;
-  }
-  static HWND Bubble() { return OwnWindow("THintWindow"); }
-  static HWND Window() { return OwnWindow("TDlgDebug"); }
-  static HWND Memo() {
-    for (const HWND child : Descendants(Window()))
-      if (NameOf(child) == "Memo") return child;
-    return nullptr;
-  }
+  static HWND Bubble() { return FindWindowA("THintWindow", nullptr); }
+  static HWND Window() { return FindWindowA("TDlgDebug", nullptr); }
+  static HWND Memo() { return ControlNamed(Window(), "Memo"); }
   static int Ask(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     return static_cast<int>(SendMessageW(Memo(), message, wParam, lParam));
   }
@@ -95,8 +86,7 @@ TEST_F(Traces, WindowIsHiddenOrMinimisedAndShownWhereTheUserLeftIt) {
        true},
       {"main", [this](TForm&) { SendMessageW(MainWindow, WM_SYSCOMMAND, SC_MINIMIZE, 0); }, false},
   };
-  const HWND edit = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 10, 10, 200, 20,
-                                    MainWindow, nullptr, nullptr, nullptr);
+  const HWND edit = HostEdit(MainWindow);
   POINT left{50, 60};
   THelpRequest asked{{}, HelpFile, HELP_CONTEXT, 0};
   for (const auto& [what, act, minimised] : acts) {

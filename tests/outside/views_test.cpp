@@ -2,23 +2,17 @@
 
 class Views : public TOutsideTest {
  protected:
-  HWND MakeChild(const wchar_t* className, DWORD style, RECT place) const {
-    return CreateWindowExW(style & WS_TABSTOP ? 0 : WS_EX_CONTROLPARENT, className, L"",
-                           WS_CHILD | WS_VISIBLE | style, place.left, place.top, place.right,
-                           place.bottom, MainWindow, nullptr, nullptr, nullptr);
-  }
   /// A window of the host for a view to stand in. Of the host's own class: the system's may leave
   /// the process together with the library.
   HWND Holder() const {
     const auto hosts = static_cast<ATOM>(GetClassLongW(MainWindow, GCW_ATOM));
-    return MakeChild(MAKEINTATOM(hosts), 0, {10, 50, 600, 380});
+    return CreateWindowExW(WS_EX_CONTROLPARENT, MAKEINTATOM(hosts), L"", WS_CHILD | WS_VISIBLE, 10,
+                           50, 600, 380, MainWindow, nullptr, nullptr, nullptr);
   }
-  HWND HostEdit(int top) const { return MakeChild(L"EDIT", WS_TABSTOP, {10, top, 200, 30}); }
-
   ZefDialog MakeView(HWND parent, HWND* window) const {
-    void* view = nullptr;
+    ZefDialog view = nullptr;
     *window = Library->CreateExampleView(parent, nullptr, &view);
-    return static_cast<ZefDialog>(view);
+    return view;
   }
 };
 
@@ -39,7 +33,7 @@ TEST_F(Views, StandInTheHostsWindowOrByThemselvesUntilItGoes) {
 }
 
 TEST_F(Views, LeaveTheFocusToTheHostWhereTheUserIsAtWork) {
-  const HWND edits[] = {HostEdit(10), HostEdit(450)};
+  const HWND edits[] = {HostEdit(MainWindow), HostEdit(MainWindow, 450)};
   HWND window = nullptr;
   ZefDialog dialog = nullptr;
   const auto hide = [&] { ShowWindow(window, SW_HIDE); };
@@ -82,10 +76,11 @@ class ViewsWithEdits : public Views {
     Library.emplace("zefext_views.dll");
     Library->VCLSetMainWindowHandle(MainWindow);
     Library->VCLSetMainHelpFile(HelpFile);
-    const TExport<HWND (*)(HWND, ZefDialog*)> create(Library->Module, "CreateTestView");
-    FBefore = HostEdit(10);
+    const auto create = reinterpret_cast<HWND (*)(HWND, ZefDialog*)>(
+        reinterpret_cast<void*>(GetProcAddress(Library->Module, "CreateTestView")));
+    FBefore = HostEdit(MainWindow);
     FWindow = create(Holder(), &FView);
-    FAfter = HostEdit(450);
+    FAfter = HostEdit(MainWindow, 450);
     // By the host itself, as it may.
     ShowWindow(FWindow, SW_SHOW);
   }
@@ -162,7 +157,7 @@ TEST_F(ViewsWithEdits, TakeTheKeysTheyHaveAUseForAndLeaveTheOthersToTheHost) {
     press(VK_TAB, mdShift, "HelpBtn");
     // A view's help file is everyone's from then on.
     InHost([&] {
-      void* other = nullptr;
+      ZefDialog other = nullptr;
       DestroyWindow(Library->CreateExampleView(MainWindow, "Vue.hlp", &other));
     });
     form.Press(VK_F1);

@@ -56,22 +56,28 @@ TEST_F(WaysOut, ConfirmOrHandBackWhatWasGiven) {
     for (const TWay& way : Ways) {
       SCOPED_TRACE(Say(dialog.Form, ", ", way.Name));
       Enter(Path("."));
+      SetCapture(Owner);
+      const TUnmasked unmasked;
       std::string outcome;
       During([&] { outcome = (this->*dialog.Call)(); },
              [&](TScriptedUser& user) {
                TFormDriver form = user.WaitForForm(dialog.Form);
                EXPECT_EQ(GetWindow(form.Handle(), GW_OWNER), Owner);
                EXPECT_FALSE(IsWindowEnabled(Owner));
+               InHost([] {
+                 EXPECT_EQ(GetCapture(), nullptr);
+                 EXPECT_EQ(TUnmasked::Now() & 0x3F, 0x3F);
+               });
                dialog.Change(form);
                way.Leave(form);
                form.WaitGone();
                user.WaitUntil("the owner's turn", [&] { return GetForegroundWindow() == Owner; });
              });
       EXPECT_EQ(outcome, way.Confirms ? dialog.Confirmed : dialog.Cancelled);
-      const bool typesToo =
-          way.Confirms && dialog.Confirmed == std::string_view("c=Cpt,d=Cpt,x=Cpt");
-      EXPECT_TRUE(!typesToo || Library->VCLSyntaxGetNewTypes(nullptr));
+      const bool types = std::string_view(dialog.Form) == "TDlgSyntaxTypes";
+      EXPECT_TRUE(!types || (Library->VCLSyntaxGetNewTypes(nullptr) != 0) == way.Confirms);
       EXPECT_TRUE(IsWindowEnabled(Owner));
+      EXPECT_EQ(GetFocus(), Edit);
     }
   }
 }
