@@ -290,9 +290,9 @@ TEST_F(Faults, RefuseADialogAndLeaveNothing) {
     if (!std::getenv("ZEF_FAULTS") && !Usual.contains(situation.Name)) continue;
     Torture(
         situation.Name, [&] { Library->VCLFree(); }, [&] { return Run(situation); },
-        [&](const std::string& outcome, bool) {
+        [&](const std::string& outcome, bool struck) {
           ExpectNothingLeft();
-          if (!situation.Modal()) return;
+          if (!situation.Modal() || (struck && outcome.starts_with(None))) return;
           // The texts that the filter is given may be those that fail.
           const bool filter = std::string_view(situation.Name) == "filter";
           EXPECT_EQ(outcome.substr(0, filter ? 1 : outcome.size()),

@@ -92,11 +92,14 @@ class THostDownload {
   ZefDialog FHandle = nullptr;
 };
 
+/// What stands for no text.
+constexpr char None[] = "(none)";
+
 /// What a box that takes a text gives.
 inline std::string TextFrom(void(WINAPI* box)(const char*, const char**), const char* text) {
   const char* result = nullptr;
   box(text, &result);
-  return result;
+  return result ? result : None;
 }
 
 /// What the type filter gives, and the selection afterwards.

@@ -125,7 +125,7 @@ std::string TSituations::Assistant() {
   const char* result = nullptr;
   int cursor = 3;
   Library->VCLSyntaxHelpBox("c.Ajouter 1, 2", &cursor, &result, "c=Compte");
-  return Say(result, ' ', cursor);
+  return Say(result ? result : None, ' ', cursor);
 }
 
 std::string TSituations::Picker() { return TextFrom(Library->VCLSyntaxConstHelpBox, "Gras"); }
