@@ -60,6 +60,13 @@ void TLogMemo::SetText(std::string_view text) {
 
 LRESULT TLogMemo::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (NeedsWholeText(message)) Refresh();
+  if (message == WM_SIZE || message == WM_SETFONT) {
+    // What fits now is not what will fit: a smaller control would leave the end out of view.
+    const bool following = FollowsEnd();
+    const LRESULT result = TMemo::WindowProc(window, message, wParam, lParam);
+    if (following) ScrollToEnd();
+    return result;
+  }
   if (message == WM_TIMER && wParam == kRefreshTimer) {
     Refresh();
     return 0;
@@ -131,13 +138,9 @@ TLogMemo::TView TLogMemo::View() const {
   DWORD start = 0;
   DWORD end = 0;
   Send(EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  const int first = Line(EM_GETFIRSTVISIBLELINE);
-  return {first + VisibleLines() >= Line(EM_GETLINECOUNT),
-          first,
-          GetScrollPos(Handle(), SB_HORZ),
-          start,
-          end,
-          start == end && end == Length()};
+  const bool caretAtEnd = start == end && end == Length();
+  const int column = GetScrollPos(Handle(), SB_HORZ);
+  return {FollowsEnd(), Line(EM_GETFIRSTVISIBLELINE), column, start, end, caretAtEnd};
 }
 
 void TLogMemo::Restore(const TView& view) {
@@ -148,8 +151,19 @@ void TLogMemo::Restore(const TView& view) {
   if (GetScrollPos(Handle(), SB_HORZ) != view.Column) {
     Send(WM_HSCROLL, MAKEWPARAM(SB_THUMBPOSITION, view.Column));
   }
-  ScrollToLine(view.Following ? std::max(Line(EM_GETLINECOUNT) - VisibleLines(), 0)
-                              : view.FirstLine);
+  if (view.Following) {
+    ScrollToEnd();
+  } else {
+    ScrollToLine(view.FirstLine);
+  }
+}
+
+bool TLogMemo::FollowsEnd() const {
+  return Line(EM_GETFIRSTVISIBLELINE) + VisibleLines() >= Line(EM_GETLINECOUNT);
+}
+
+void TLogMemo::ScrollToEnd() const {
+  ScrollToLine(std::max(Line(EM_GETLINECOUNT) - VisibleLines(), 0));
 }
 
 int TLogMemo::VisibleLines() const {

@@ -10,8 +10,9 @@
 /// A line is on the screen when AddLine returns, so that the last ones before a hang are there to
 /// be read. The native control takes longer for each line the more it holds, so lines of a flood
 /// wait, and go in together: as soon as one tenth of the time is enough for it, and before anyone
-/// reads the text. The newest line stays in view unless the user scrolled back. When the text
-/// outgrows what the control takes, or 16 million characters, the older half goes.
+/// reads the text. The newest line stays in view unless the user scrolled back, also in a control
+/// that gets another size. When the text outgrows what the control takes, or 16 million characters,
+/// the older half goes.
 class TLogMemo : public TMemo {
  public:
   using TMemo::TMemo;
@@ -33,6 +34,9 @@ class TLogMemo : public TMemo {
   void DropOldest(std::size_t length, TView& view);
   TView View() const;
   void Restore(const TView& view);
+  /// Whether the last line is in view.
+  bool FollowsEnd() const;
+  void ScrollToEnd() const;
   int VisibleLines() const;
   void ScrollToLine(int line) const;
   std::size_t Length() const;

@@ -122,6 +122,13 @@ TEST_F(Traces, WindowFollowsTheNewestLineUnlessTheUserScrolledBack) {
   int first = 0, last = 0;
   GetScrollRange(Memo(), SB_VERT, &first, &last);
   EXPECT_EQ(last, 9);
+  // Large enough for all of them, and small again.
+  const RECT small = BoundsOf(Window());
+  for (const LONG height : {600L, small.bottom - small.top}) {
+    SetWindowPos(Window(), nullptr, 0, 0, small.right - small.left, height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    EXPECT_TRUE(FollowsNewest()) << height;
+  }
   Add(90);
   EXPECT_TRUE(FollowsNewest());
   Ask(WM_VSCROLL, SB_TOP);
