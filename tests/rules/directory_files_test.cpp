@@ -105,12 +105,17 @@ TEST(DirectoryFiles, PathsOfMoves) {
   EXPECT_EQ(MovedPath("relatif", "d:\\data"), "d:\\data\\relatif");
   const struct {
     const char *Path, *Directory;
-    bool Inside;
-  } cases[] = {{"c:\\a", "c:\\a", true},    {"C:\\A\\b", "c:\\a", true},
-               {"c:\\ab", "c:\\a", false},  {"c:\\a\\b", "c:\\a\\", true},
-               {"c:\\", "c:\\a", false},    {"c:\\x", "c:\\", true},
-               {"d:\\a\\b", "c:\\a", false}};
-  for (const auto& c : cases) EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Inside) << c.Path;
+    const char* Followed;  ///< once the directory is "d:\\x"; null: not inside
+  } cases[] = {{"c:\\a", "c:\\a", "d:\\x"},    {"C:\\A\\b", "c:\\a", "d:\\x\\b"},
+               {"c:\\ab", "c:\\a", nullptr},   {"c:\\a\\b", "c:\\a\\", "d:\\x\\b"},
+               {"c:\\a\\", "C:\\a", "d:\\x"},  {"c:\\a\\B\\c\\", "c:\\A", "d:\\x\\B\\c\\"},
+               {"c:\\", "c:\\a", nullptr},     {"c:\\y", "c:\\", "d:\\x\\y"},
+               {"d:\\a\\b", "c:\\a", nullptr}, {"", "c:\\a", nullptr}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Followed != nullptr) << c.Path;
+    EXPECT_EQ(FollowedPath(c.Path, c.Directory, "d:\\x").value_or("none"),
+              c.Followed ? c.Followed : "none");
+  }
 }
 
 TEST(DirectoryFiles, OpeningAndEntering) {
@@ -190,8 +195,11 @@ void BreakOff(const std::string& folder, TFaults& faults) {
   TFakeFiles files;
   // An earlier move left a copy, which only its note tells of.
   files.Paths.insert({"c:\\old\\", "c:\\x\\", "d:\\old.m\\"});
-  TListOfOne store("c:\\zef");
-  store.Values["DirAliasMove"] = "c:\\old,d:\\old,.m,begun";
+  TMemoryStore store;
+  store.Values = {{"NbDirAlias", "3"},         {"DirAliasMove", "c:\\old,d:\\old,.m,begun"},
+                  {"DirAliasName0", "n"},      {"DirAliasPath0", "c:\\zef"},
+                  {"DirAliasName1", "inside"}, {"DirAliasPath1", "C:\\Zef\\2026"},
+                  {"DirAliasName2", "beside"}, {"DirAliasPath2", "c:\\zef2"}};
   store.Changed = [&] { files.Step(); };
   store.UnreadableAt = faults.Reading;
   const auto whole = [&](const std::string& path) { return files.In(path) == kWhole; };
@@ -218,6 +226,7 @@ void BreakOff(const std::string& folder, TFaults& faults) {
   MoveDirectoryInto(files, store, "c:\\zef", folder);
   const std::string target = MovedPath("c:\\zef", folder);
   EXPECT_TRUE(stored() == target && whole(target));
+  EXPECT_EQ(store.Read("DirAliasPath1") + store.Read("DirAliasPath2"), target + "\\2026c:\\zef2");
   EXPECT_EQ(store.Read("DirAliasMove"), "");
   files.EraseAll(target);
   EXPECT_EQ(files.Paths, (TPaths{"c:\\", "c:\\old\\", "c:\\x\\", "d:\\", "d:\\data\\"}));

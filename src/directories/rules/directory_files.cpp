@@ -28,3 +28,11 @@ bool IsOrLiesInside(std::string_view path, std::string_view directory) {
   if (!SameText(path.substr(0, directory.size()), directory)) return false;
   return path.size() == directory.size() || path[directory.size()] == '\\';
 }
+
+std::optional<std::string> FollowedPath(std::string_view path, std::string_view from,
+                                        std::string_view to) {
+  if (SameDirectory(path, from)) return std::string(to);
+  from = WithoutEndSlashes(from);
+  if (!IsOrLiesInside(path, from)) return std::nullopt;
+  return std::string(to).append(path.substr(from.size()));
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -59,3 +60,8 @@ bool SameDirectory(std::string_view a, std::string_view b);
 
 /// Whether a path is a directory or lies below it. Both absolute, without "." and "..".
 bool IsOrLiesInside(std::string_view path, std::string_view directory);
+
+/// Where a path points that is a directory or lies below it, once the directory has another place;
+/// nothing for all other paths.
+std::optional<std::string> FollowedPath(std::string_view path, std::string_view from,
+                                        std::string_view to);

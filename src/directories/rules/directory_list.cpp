@@ -101,7 +101,7 @@ bool TDirectoryList::Repoint(TSettingsStore& store, const std::string& from,
 void TDirectoryList::Repoint(const std::string& from, const std::string& to) {
   for (auto* entries : {&FEntries, &FLoaded}) {
     for (auto& entry : *entries) {
-      if (SameDirectory(entry.Path, from)) entry.Path = to;
+      if (auto followed = FollowedPath(entry.Path, from, to)) entry.Path = std::move(*followed);
     }
   }
 }

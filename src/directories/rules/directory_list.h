@@ -36,8 +36,9 @@ class TDirectoryList {
   /// one before.
   bool Save(TSettingsStore& store);
 
-  /// Points the stored entries of a directory to where it is now, one write an entry, and leaves
-  /// all else as it is stored. False when one of them could not be written.
+  /// Points the stored entries of a directory, and of those that lie inside it, to where it is now,
+  /// one write an entry, and leaves all else as it is stored. False when one of them could not be
+  /// written.
   static bool Repoint(TSettingsStore& store, const std::string& from, const std::string& to);
   /// The same for this list, as loaded and as changed since.
   void Repoint(const std::string& from, const std::string& to);

@@ -154,6 +154,7 @@ bool RepointStoredList(TSettingsStore& store, const std::string& from, const std
   const TStoredList list = ReadStoredList(store);
   if (store.ReadFailed()) return false;
   return std::ranges::all_of(list.Entries, [&](const TDirectoryEntry& entry) {
-    return !SameDirectory(entry.Path, from) || store.Write(Numbered(kPath, entry.Number), to);
+    const auto followed = FollowedPath(entry.Path, from, to);
+    return !followed || store.Write(Numbered(kPath, entry.Number), *followed);
   });
 }

@@ -24,5 +24,5 @@ bool WriteStoredList(TSettingsStore& store, const TStoredList& list);
 /// called while the store is held.
 void FinishPendingList(TSettingsStore& store);
 
-/// Writes the new path of each stored entry with the old one (see SameDirectory).
+/// Writes the new path of each stored entry that follows a directory (see FollowedPath).
 bool RepointStoredList(TSettingsStore& store, const std::string& from, const std::string& to);
