@@ -14,6 +14,8 @@ namespace {
 constexpr wchar_t kClassName[] = L"THintWindow";
 constexpr int kMargin = 2;  // at 96 DPI; letters may reach into it
 constexpr int kBorder = 1;
+constexpr UINT_PTR kOwnerTimer = 1;
+constexpr UINT kOwnerPeriod = 100;  // milliseconds
 
 /// The font that the system gives tooltips, as high as another DPI wants it.
 TFontHandle TooltipFont(int dpi) {
@@ -61,6 +63,11 @@ void THintWindow::Show(POINT at, int maxWidth, std::wstring_view text) {
                               nullptr, TApplication::Instance(), this);
     // Its owner is gone: without a handle, the calls below would mean every window on the screen.
     if (!FHandle) return;
+    // The system makes the owner of what is inside a window that window, and takes the bubble away
+    // with that one only.
+    if (GetWindow(FHandle, GW_OWNER) != FOwner) {
+      SetTimer(FHandle, kOwnerTimer, kOwnerPeriod, nullptr);
+    }
   }
   SetWindowTextW(FHandle, FText.c_str());
   // Only where it is to stand does the window learn the DPI there.
@@ -139,6 +146,9 @@ LRESULT CALLBACK THintWindow::HintProc(HWND window, UINT message, WPARAM wParam,
         hint->FMaxWidth = MulDiv(hint->FMaxWidth, LOWORD(wParam), hint->FDpi);
         hint->Arrange({place.left, place.top}, LOWORD(wParam));
       });
+      return 0;
+    case WM_TIMER:
+      if (!IsWindow(hint->FOwner)) hint->ReleaseHandle();
       return 0;
     case WM_NCHITTEST:
       return HTTRANSPARENT;

@@ -12,7 +12,8 @@
 /// stays inside the work area of its monitor, at that monitor's DPI. User-interface thread only.
 class THintWindow {
  public:
-  /// The bubble belongs to a window; null: to none.
+  /// The bubble belongs to a window, which may be inside another one, and goes when that does;
+  /// null: to none.
   explicit THintWindow(HWND owner) : FOwner(owner) {}
   THintWindow(const THintWindow&) = delete;
   THintWindow& operator=(const THintWindow&) = delete;

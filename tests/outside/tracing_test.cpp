@@ -69,6 +69,16 @@ TEST_F(Traces, BubbleIsReplacedByTheNextAndNeverHidden) {
   EXPECT_EQ(BoundsOf(second).left, 400);
   Library->VCLShowHint(first, "of a window that is gone", 100, 100, 200);
   EXPECT_EQ(Bubble(), nullptr);
+  // The system knows only top windows as owners.
+  const HWND inside = CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 9, 9, MainWindow, nullptr,
+                                      nullptr, nullptr);
+  Library->VCLShowHint(inside, "quatre", 100, 100, 200);
+  WhileIdle([&](TScriptedUser& user) {
+    Sleep(300);
+    EXPECT_TRUE(Shown(Bubble()));
+    SendMessageW(inside, WM_CLOSE, 0, 0);
+    user.WaitUntil("the bubble to go with its window", [] { return !Bubble(); });
+  });
 }
 
 TEST_F(Traces, WindowIsHiddenOrMinimisedAndShownWhereTheUserLeftIt) {
