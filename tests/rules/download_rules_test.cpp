@@ -94,23 +94,29 @@ TEST(WebAddress, FollowsARedirection) {
 TEST(ResponseHead, TellsStatusLengthAndLocation) {
   // Of the lines after the first: length and location.
   const std::pair<std::string, const char*> cases[] = {
-      {"Content-Length: 12\r\n\r\n", "12 "},
+      {"", "? "},
+      {"Content-Length: 12\r\n", "12 "},
       {"content-length:12 \r\nCONTENT-LENGTH: 12, 12\r\n", "12 "},
       {"Content-Length: 18446744073709551615\r\n", "18446744073709551615 "},
-      {"X-Content-Length: 12\r\n\r\n", "? "},
+      {"X-Content-Length: 12\r\n", "? "},
       {"Location:  /a:b \n", "? /a:b"},
       {"Content-Length: 12\r\nTransfer-Encoding: chunked\r\n", "? "}};
   for (const char* first : {"HTTP/1.1 302\r\n", "HTTP/1.0 302 Found\n"})
     for (const auto& [lines, shown] : cases) {
-      const auto head = ParseResponseHead(first + lines);
-      ASSERT_TRUE(head && head->Status == 302) << first << lines;
+      const std::string whole = first + lines + (lines.ends_with("\r\n") ? "\r\n" : "\n");
+      const auto head = ParseResponseHead(whole);
+      ASSERT_TRUE(head && head->Status == 302) << whole;
       EXPECT_EQ((head->Length ? std::to_string(*head->Length) : "?") + " " + head->Location, shown);
+      for (auto end = whole.find_last_not_of("\r\n") + 1; end < whole.size(); ++end)
+        EXPECT_FALSE(ParseResponseHead(whole.substr(0, end))) << "broken off: " << whole;
     }
   for (const char* length :
        {"18446744073709551616", "-1", "+1", "1x", "", "1, 2", "1\r\nContent-Length: 2"})
-    EXPECT_FALSE(ParseResponseHead(std::string("HTTP/1.1 200 OK\r\nContent-Length: ") + length))
+    EXPECT_FALSE(
+        ParseResponseHead(std::string("HTTP/1.1 200 OK\r\nContent-Length: ") + length + "\r\n\r\n"))
         << length;
-  for (const char* lines : {"HTTP/1.1 two OK\r\n", "HTTP/1.1\r\n", "Content-Length: 12\r\n", ""})
+  for (const char* lines :
+       {"HTTP/1.1 two OK\r\n\r\n", "HTTP/1.1\r\n\r\n", "Content-Length: 12\r\n\r\n", ""})
     EXPECT_FALSE(ParseResponseHead(lines)) << lines;
   std::string documents, redirections;
   for (int status = 0; status < 1000; ++status) {

@@ -66,7 +66,9 @@ std::optional<TResponseHead> ParseResponseHead(std::string_view lines) {
   TResponseHead head;
   bool endTells = false;
   if (!ReadStatus(Trimmed(CutTo(lines, '\n')), head.Status)) return std::nullopt;
-  while (!lines.empty()) {
+  while (!lines.starts_with('\n') && !lines.starts_with("\r\n")) {
+    // The system's client may pass on a head that the server broke off.
+    if (lines.empty()) return std::nullopt;
     std::string_view value = CutTo(lines, '\n');
     const auto name = Trimmed(CutTo(value, ':'));
     value = Trimmed(value);
