@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <random>
-#include <utility>
 #include <vector>
 
 #include "platform/handle.h"
@@ -15,20 +14,27 @@ constexpr std::size_t kBlock = 64 * 1024;
 
 std::size_t NameStart(const std::wstring& path) { return path.find_last_of(L'\\') + 1; }
 
-std::wstring NewName(const std::wstring& target) {
+/// A path that nothing has yet, beside the target.
+std::wstring NewPath(const std::wstring& target) {
   std::random_device random;  // of the system's, which nobody foresees
-  return TemporaryName(target, {random(), random(), random(), random()});
+  const auto at = NameStart(target);
+  return PathOfAnyLength(
+      target.substr(0, at) +
+      TemporaryName(target.substr(at), {random(), random(), random(), random()}));
 }
 
 /// Deletes what was left beside the target; what another process still writes to, it holds.
 void ClearAway(const std::wstring& target) {
-  WIN32_FIND_DATAW found;
-  const TSearchHandle search(FindFirstFileW((target + L".*").c_str(), &found));
-  if (!search) return;
   const auto folder = target.substr(0, NameStart(target));
   const auto name = target.substr(folder.size());
+  const std::wstring pattern = PathOfAnyLength(folder + TemporaryNameStart(name) + L'*');
+  WIN32_FIND_DATAW found;
+  const TSearchHandle search(FindFirstFileW(pattern.c_str(), &found));
+  if (!search) return;
   do {
-    if (IsTemporaryName(found.cFileName, name)) DeleteFileW((folder + found.cFileName).c_str());
+    if (IsTemporaryName(found.cFileName, name)) {
+      DeleteFileW(PathOfAnyLength(folder + found.cFileName).c_str());
+    }
   } while (FindNextFileW(search.Get(), &found));
 }
 
@@ -48,6 +54,8 @@ bool SetVanishing(HANDLE file, bool vanishing) {
 
 }  // namespace
 
+TReplacementFile::TReplacementFile(std::wstring_view target) : FTarget(PathOfAnyLength(target)) {}
+
 TReplacementFile::~TReplacementFile() {
   FHandle.Reset();
   // Gone already, but on a disk whose files cannot vanish by themselves.
@@ -62,7 +70,7 @@ bool TReplacementFile::Create() {
   if (!IsOneFile(FTarget) || IsProtected(FTarget)) return false;
   const bool exists = Exists();
   ClearAway(FTarget);
-  const std::wstring path = NewName(FTarget);
+  const std::wstring path = NewPath(FTarget);
   // Shared with nobody, so that others can neither clear it away nor slip something in.
   FHandle = TKernelHandle(
       CreateFileW(path.c_str(), GENERIC_WRITE | DELETE | (exists ? WRITE_DAC : 0), 0, nullptr,

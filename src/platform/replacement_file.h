@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "platform/owned.h"
 
@@ -10,8 +11,8 @@
 /// nothing behind. One thread at a time.
 class TReplacementFile {
  public:
-  /// The full path of the file to replace or make.
-  explicit TReplacementFile(std::wstring target) : FTarget(std::move(target)) {}
+  /// The full path of the file to replace or make, of any length.
+  explicit TReplacementFile(std::wstring_view target);
   TReplacementFile(const TReplacementFile&) = delete;
   TReplacementFile& operator=(const TReplacementFile&) = delete;
   ~TReplacementFile();

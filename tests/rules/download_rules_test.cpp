@@ -128,18 +128,25 @@ TEST(ResponseHead, TellsStatusLengthAndLocation) {
   EXPECT_EQ(redirections, "301 302 303 307 308 ");
 }
 
-TEST(TemporaryName, IsKnownAgainAndNoOtherIs) {
-  const std::wstring name = TemporaryName(L"azote.bin", {0x01234567, 0x89abcdef, 0, 0xffffffff});
-  EXPECT_EQ(name, L"azote.bin.0123456789abcdef00000000ffffffff.part");
-  EXPECT_TRUE(IsTemporaryName(name, L"AZOTE.BIN"));
-  for (const wchar_t* other : {L"azote.bin.mes-notes.part", L"azote.bin", L"azote.bin.part"})
-    EXPECT_FALSE(IsTemporaryName(other, L"azote.bin")) << wcslen(other);
-  // With a sign too many, or one of those that it must have changed.
-  EXPECT_FALSE(IsTemporaryName(std::wstring(name).insert(42, L"0"), L"azote.bin"));
-  for (const std::size_t place : {5, 9, 41, 42, 46}) {
-    std::wstring other = name;
-    other[place] = L'g';
-    EXPECT_FALSE(IsTemporaryName(other, L"azote.bin")) << place;
+TEST(TemporaryName, IsShortAndKnownAgainAndNoOtherIs) {
+  for (const std::wstring& file : {std::wstring(L"azote.bin"), std::wstring(255, L'a')}) {
+    const std::wstring name = TemporaryName(file, {0x01234567, 0x89abcdef, 0, 0xffffffff});
+    EXPECT_TRUE(name.size() < 64 && name.ends_with(L"-0123456789abcdef00000000ffffffff.part"));
+    EXPECT_TRUE(IsTemporaryName(name, file) && IsTemporaryName(name, L"A" + file.substr(1)));
+    EXPECT_FALSE(IsTemporaryName(name, file + L"a") || IsTemporaryName(file, file));
+    // With a sign too many, or one of those that it must have changed.
+    EXPECT_FALSE(IsTemporaryName(std::wstring(name).insert(20, L"0"), file));
+    for (const std::size_t place : {0u, 4u, 12u, 13u, 44u, 45u, 49u}) {
+      std::wstring other = name;
+      other[place] = L'g';
+      EXPECT_FALSE(IsTemporaryName(other, file)) << place;
+    }
+  }
+  const std::wstring rest(260, L'a');
+  for (const std::wstring& path : {L"C:\\" + rest, L"\\\\server\\" + rest}) {
+    const std::wstring any = PathOfAnyLength(path);
+    EXPECT_TRUE(any == (path[0] == L'C' ? L"\\\\?\\" + path : L"\\\\?\\UNC" + path.substr(1)));
+    EXPECT_TRUE(PathOfAnyLength(any) == any && PathOfAnyLength(L"C:\\a") == L"C:\\a");
   }
   EXPECT_TRUE(IsOneFile(L"C:\\a b\\azote.bin") && IsOneFile(L"\\\\?\\C:\\azote.bin"));
   for (const wchar_t* pattern :
