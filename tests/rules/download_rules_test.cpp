@@ -107,8 +107,7 @@ TEST(ResponseHead, TellsStatusLengthAndLocation) {
       const auto head = ParseResponseHead(whole);
       ASSERT_TRUE(head && head->Status == 302) << whole;
       EXPECT_EQ((head->Length ? std::to_string(*head->Length) : "?") + " " + head->Location, shown);
-      for (auto end = whole.find_last_not_of("\r\n") + 1; end < whole.size(); ++end)
-        EXPECT_FALSE(ParseResponseHead(whole.substr(0, end))) << "broken off: " << whole;
+      EXPECT_EQ(ParseResponseHead(first + std::string(lines)).has_value(), !lines.empty()) << whole;
     }
   for (const char* length :
        {"18446744073709551616", "-1", "+1", "1x", "", "1, 2", "1\r\nContent-Length: 2"})
@@ -116,7 +115,8 @@ TEST(ResponseHead, TellsStatusLengthAndLocation) {
         ParseResponseHead(std::string("HTTP/1.1 200 OK\r\nContent-Length: ") + length + "\r\n\r\n"))
         << length;
   for (const char* lines :
-       {"HTTP/1.1 two OK\r\n\r\n", "HTTP/1.1\r\n\r\n", "Content-Length: 12\r\n\r\n", ""})
+       {"HTTP/1.1 two OK\r\n\r\n", "HTTP/1.1\r\n\r\n", "Content-Length: 12\r\n\r\n", "",
+        "HTTP/1.1 200 OK", "HTTP/1.1 200 OK\r\nContent-Le", "HTTP/1.1 200 OK\r\nA: b\r\nLoc"})
     EXPECT_FALSE(ParseResponseHead(lines)) << lines;
   std::string documents, redirections;
   for (int status = 0; status < 1000; ++status) {

@@ -66,16 +66,20 @@ std::optional<TResponseHead> ParseResponseHead(std::string_view lines) {
   TResponseHead head;
   bool endTells = false;
   if (!ReadStatus(Trimmed(CutTo(lines, '\n')), head.Status)) return std::nullopt;
-  while (!lines.starts_with('\n') && !lines.starts_with("\r\n")) {
-    // The system's client may pass on a head that the server broke off.
-    if (lines.empty()) return std::nullopt;
+  bool ended = false;
+  while (!lines.empty() && !ended) {
     std::string_view value = CutTo(lines, '\n');
+    const bool field = value.find(':') != std::string_view::npos;
     const auto name = Trimmed(CutTo(value, ':'));
+    // The system's client may pass on a head that the server broke off. Whether a whole one ends in
+    // an empty line is the system's affair.
+    ended = name.empty() || (field && lines.empty());
     value = Trimmed(value);
     if (IsNamed(name, "location")) head.Location = value;
     if (IsNamed(name, "transfer-encoding")) endTells = true;
     if (IsNamed(name, "content-length") && !ReadLength(value, head.Length)) return std::nullopt;
   }
+  if (!ended) return std::nullopt;
   if (endTells) head.Length.reset();
   return head;
 }

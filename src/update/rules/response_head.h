@@ -21,7 +21,7 @@ enum class TAnswer {
 
 TAnswer AnswerOf(int status);
 
-/// Reads the lines of a header, from the one with the status to the empty one that ends it. Nothing
-/// when it is none or its end is missing, or the length that it declares is no number: such an
-/// answer cannot be told to be whole.
+/// Reads the lines of a header, the first one with the status. Nothing when it is none or was
+/// broken off, or the length that it declares is no number: such an answer cannot be told to be
+/// whole.
 std::optional<TResponseHead> ParseResponseHead(std::string_view lines);
