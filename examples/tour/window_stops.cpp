@@ -64,7 +64,9 @@ void Filter(TTourHost& host) {
     user.WaitUntil(caption, [&] {
       const HWND window = user.FindForm(Utf8(ZEF_ENTRIES_WINDOW_CLASS));
       return window && TextOf(window) == caption &&
-             ItemsOf(GetDlgItem(window, IDC_ENTRIES)).size() == count;
+             ItemsOf(GetDlgItem(window, IDC_ENTRIES)).size() == count &&
+             // The program brings it there last of all.
+             GetForegroundWindow() == window;
     });
     return user.WaitForForm(Utf8(ZEF_ENTRIES_WINDOW_CLASS));
   };

@@ -26,6 +26,8 @@ const std::map<std::string_view, bool (*)()> Hostilities{
     {"runtime", LoadSharedRuntime},
     {"mta", EnterMultithreadedApartment},
     {"fpu", UnmaskFloatingPoint},
+    {"932", [] { return GetACP() == 932; }},
+    {"utf8", [] { return GetACP() == CP_UTF8; }},
 };
 
 }  // namespace

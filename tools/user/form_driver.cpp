@@ -168,12 +168,17 @@ std::string TFormDriver::TipAt(std::string_view name, double x, double y) {
   FUser->WaitUntil(Say("the tip of ", name), [&] {
     FUser->PointAt(caption);
     FUser->WaitForNoBubble();
-    FUser->PointAt(Inside(Control(name), x, y));
+    const POINT target = Inside(Control(name), x, y);
+    FUser->PointAt(target);
     const ULONGLONG deadline = GetTickCount64() + TUser::ActAgainMs;
     do {
       Sleep(TUser::LookAgainMs);
       if (const HWND bubble = FUser->FindBubble()) text = TextOf(bubble);
     } while (text.empty() && GetTickCount64() < deadline);
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    // Else it is the tip of where the display had put the pointer back to.
+    if (pointer.x != target.x || pointer.y != target.y) text.clear();
     return !text.empty();
   });
   return text;
@@ -297,11 +302,15 @@ void TFormDriver::Select(std::string_view name, std::string_view item) {
     FUser->Click(arrow);
     const auto open = [control] { return Ask(control, CB_GETDROPPEDSTATE) != 0; };
     FUser->WaitUntil(Say("the list of ", name), open);
-    ULONGLONG again =
-        0;  // a busy machine may lose the first click into a list that has just opened
+    // A busy machine may lose the first click into a list that has just opened.
+    ULONGLONG again = 0;
     FUser->WaitUntil(Say("the list of ", name, " to close"), [&] {
       if (GetTickCount64() < again || !open()) return !open();
-      FUser->Click(PointOnItem(control, index));
+      const POINT point = PointOnItem(control, index);
+      FUser->PointAt(point);
+      // It may scroll until it is ready.
+      if (ItemUnder(control, point) != index) return false;
+      FUser->Click(point);
       again = GetTickCount64() + TUser::ActAgainMs;
       return false;
     });

@@ -189,6 +189,14 @@ POINT PointOnItem(HWND control, int index) {
   }
 }
 
+int ItemUnder(HWND combo, POINT point) {
+  if (!Ask(combo, CB_GETDROPPEDSTATE)) return -1;
+  const HWND list = OpenList(combo);
+  ScreenToClient(list, &point);
+  const auto place = static_cast<LPARAM>(MAKELPARAM(point.x, point.y));
+  return static_cast<int>(Ask(list, LB_ITEMFROMPOINT, 0, place, -1));
+}
+
 POINT PointOnItemCheckBox(HWND control, int index) {
   Ask(control, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
   const RECT row = ListViewRect(control, index, LVIR_BOUNDS);

@@ -20,3 +20,5 @@ bool ItemChecked(HWND control, int index);
 /// to be open.
 POINT PointOnItem(HWND control, int index);
 POINT PointOnItemCheckBox(HWND control, int index);
+/// The item of a combo box's open list at a place on the screen; another number when there is none.
+int ItemUnder(HWND combo, POINT point);
