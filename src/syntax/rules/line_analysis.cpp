@@ -209,6 +209,7 @@ std::string_view TLineAnalysis::Value(int index) const {
 
 std::vector<std::string> TLineAnalysis::Values() const {
   std::vector<std::string> values;
+  values.reserve(static_cast<std::size_t>(ValueCount()));
   for (int i = 0; i < ValueCount(); ++i) values.emplace_back(Value(i));
   return values;
 }
