@@ -24,7 +24,7 @@ TEST_F(BaseDialog, TellsItsHintsOverTheMiddleOfTheMainWindow) {
     };
     const RECT bounds = BoundsOf(form.Handle()), owner = BoundsOf(MainWindow);
     EXPECT_NEAR(bounds.left + bounds.right, owner.left + owner.right, 2);
-    EXPECT_EQ(form.TipAt("ButtonHelp"), "Affiche l'aide sur cette fenêtre");
+    form.WaitForTip("ButtonHelp", "Affiche l'aide sur cette fenêtre");
     form.TabTo("ButtonCancel");
     form.WaitPainted();  // drawing takes a bubble away
     const RECT bubble =

@@ -170,12 +170,13 @@ TEST_F(Keyboard, IsNotNeededForTheTipsOfLists) {
   During([&] { Filter(*Library); },
          [&](TScriptedUser& user) {
            TFormDriver form = user.WaitForForm("TDlgSelectTypOp");
-           EXPECT_EQ(form.TipAt("ListTypOp", 0.5, 0.9),
-                     "Sélectionnez le type d'écriture à afficher lors du filtrage");
-           EXPECT_EQ(form.TipAt("ListTypOp", 0.5, 0.05), LongName);
-           EXPECT_EQ(form.TipAt("ListCB", 0.5, 0.9),
-                     "Sélectionnez la carte ou le chèquier à afficher lors du filtrage (uniquement "
-                     "pour le type CB/Chq)");
+           form.WaitForTip("ListTypOp",
+                           "Sélectionnez le type d'écriture à afficher lors du filtrage", 0.5, 0.9);
+           form.WaitForTip("ListTypOp", LongName, 0.5, 0.05);
+           form.WaitForTip("ListCB",
+                           "Sélectionnez la carte ou le chèquier à afficher lors du filtrage "
+                           "(uniquement pour le type CB/Chq)",
+                           0.5, 0.9);
            form.Press(VK_ESCAPE);
          });
 }

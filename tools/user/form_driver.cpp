@@ -160,28 +160,15 @@ void TFormDriver::ClickFormAt(POINT client) {
   FUser->Click(client);
 }
 
-std::string TFormDriver::TipAt(std::string_view name, double x, double y) {
+void TFormDriver::WaitForTip(std::string_view name, std::string_view text, double x, double y) {
   FUser->Note(Say("look for the tip of ", name));
   const RECT form = BoundsOf(FForm);
   const POINT caption{form.left + 40, form.top + GetSystemMetrics(SM_CYSIZEFRAME) + 8};
-  std::string text;
-  FUser->WaitUntil(Say("the tip of ", name), [&] {
+  FUser->WaitForBubble(text, [&] {
     FUser->PointAt(caption);
     FUser->WaitForNoBubble();
-    const POINT target = Inside(Control(name), x, y);
-    FUser->PointAt(target);
-    const ULONGLONG deadline = GetTickCount64() + TUser::ActAgainMs;
-    do {
-      Sleep(TUser::LookAgainMs);
-      if (const HWND bubble = FUser->FindBubble()) text = TextOf(bubble);
-    } while (text.empty() && GetTickCount64() < deadline);
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    // Else it is the tip of where the display had put the pointer back to.
-    if (pointer.x != target.x || pointer.y != target.y) text.clear();
-    return !text.empty();
+    FUser->PointAt(Inside(Control(name), x, y));
   });
-  return text;
 }
 
 bool TFormDriver::FindInCaption(LRESULT hit, POINT& screen) const {

@@ -54,10 +54,10 @@ class TFormDriver {
   /// At a part of the control's width and height, from 0 to 1.
   void ClickAt(std::string_view name, double x, double y, int clicks = 1);
   void ClickFormAt(POINT client);
-  /// The tip that comes up when the pointer rests at a part of the control, enabled or not. Points
-  /// again when none came: one that a busy machine showed and took away does not come back by
-  /// itself.
-  std::string TipAt(std::string_view name, double x = 0.5, double y = 0.5);
+  /// Rests the pointer at a part of the control, enabled or not, until the tip that comes up is
+  /// that one; throws when it does not come. Points again meanwhile: a busy machine takes a tip
+  /// away, or puts the pointer back for a moment to where it had been.
+  void WaitForTip(std::string_view name, std::string_view text, double x = 0.5, double y = 0.5);
   void CloseBox();
   /// The question mark of the caption bar, then the control. In this process only.
   void AskAbout(std::string_view name);
