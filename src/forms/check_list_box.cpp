@@ -149,7 +149,9 @@ bool TCheckListBox::HandleNotify(const NMHDR& header, LRESULT& result) {
     }
     case LVN_ITEMCHANGED: {
       const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
-      if (!FUpdating && (change.uNewState & ~change.uOldState & LVIS_SELECTED)) {
+      if (FUpdating) return true;
+      FUnselected = (change.uOldState & ~change.uNewState & LVIS_SELECTED) != 0;
+      if (change.uNewState & ~change.uOldState & LVIS_SELECTED) {
         FSelectionRaised = true;
         Raise(OnClick);
       }
@@ -186,8 +188,7 @@ void TCheckListBox::GiveRow(LVITEMW& item) const {
 void TCheckListBox::Clicked(const NMITEMACTIVATE& click) {
   const bool raised = FSelectionRaised;
   FSelectionRaised = false;
-  // Some systems leave it where it was when a box is clicked.
-  if (!Focused()) SetFocus();
+  SelectAgain();
   if (!Row(click.iItem)) return;
   LVHITTESTINFO hit{};
   hit.pt = click.ptAction;
@@ -197,6 +198,12 @@ void TCheckListBox::Clicked(const NMITEMACTIVATE& click) {
   // A click on the box, or on the item that is current already, moves no selection.
   if (onBox) SetItemIndex(click.iItem);
   if (!raised) Raise(OnClick);
+}
+
+/// A click beside the rows, or with Ctrl, takes no selection away: as in a list box.
+void TCheckListBox::SelectAgain() {
+  if (FUnselected && FSelectedBefore >= 0 && ItemIndex() < 0) SetItemIndex(FSelectedBefore);
+  FUnselected = false;
 }
 
 void TCheckListBox::Toggle(int index) {
@@ -215,10 +222,14 @@ LRESULT TCheckListBox::WindowProc(HWND window, UINT message, WPARAM wParam, LPAR
     return 0;
   }
   const bool byMouse = message >= WM_MOUSEFIRST && message <= WM_MOUSELAST;
-  const int selected = byMouse ? ItemIndex() : -1;
+  if (byMouse) {
+    FUnselected = false;
+    FSelectedBefore = ItemIndex();
+  }
+  // Some systems leave the focus where it was when a box is clicked.
+  if (message == WM_LBUTTONDOWN && !Focused()) SetFocus();
   const LRESULT result = TItemsControl::WindowProc(window, message, wParam, lParam);
-  // A click beside the rows, or with Ctrl, takes no selection away: as in a list box.
-  if (selected >= 0 && IsWindow(window) && ItemIndex() < 0) SetItemIndex(selected);
+  if (byMouse && IsWindow(window)) SelectAgain();
   if (message == WM_SETREDRAW) {
     FRedraws = wParam != FALSE;
     ShowCount();

@@ -58,11 +58,14 @@ class TCheckListBox : public TItemsControl {
   void FitColumn();
   void GiveRow(LVITEMW& item) const;
   void Clicked(const NMITEMACTIVATE& click);
+  void SelectAgain();
   void Toggle(int index);
   LRESULT CustomDraw(const NMLVCUSTOMDRAW& draw) const;
 
   std::vector<TRow> FRows;
   bool FRedraws = true;
   bool FUpdating = false;         ///< the program moves the selection, which raises no events
+  int FSelectedBefore = -1;       ///< when the message of the mouse came
+  bool FUnselected = false;       ///< the list view has taken the selection away since
   bool FSelectionRaised = false;  ///< the click being handled has told of itself already
 };

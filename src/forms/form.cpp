@@ -27,7 +27,7 @@ bool TooDarkForText(COLORREF background) {
   return std::abs(light(background) - light(text)) < 10 * 64;
 }
 
-/// Messages that point to something: any program may post one that points nowhere.
+/// Messages that point to something, but for one that some program sent without.
 bool PointsNowhere(UINT message, LPARAM lParam) {
   switch (message) {
     case WM_NOTIFY:
@@ -398,10 +398,8 @@ LRESULT TForm::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     FTips.reset();
     ForgetAnnotations(*this);
   }
-  if (!FDying && !PointsNowhere(message, lParam) &&
-      HandleMessage(message, wParam, lParam, result)) {
-    return result;
-  }
+  if (PointsNowhere(message, lParam)) return 0;
+  if (!FDying && HandleMessage(message, wParam, lParam, result)) return result;
   result = DefDlgProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) WindowGone();
   return result;

@@ -26,6 +26,8 @@ void Attach() {
 /// then nothing is released.
 void Detach(bool processEnds) {
   if (--processAttachCount != 0 || processEnds) return;
+  // Whatever fails below: an index that outlived the library would call into it.
+  GiveBackRuntimeLeftovers();
   auto& application = Application();
   application.ForgetCalls();
   application.SetUnloading();
@@ -46,7 +48,6 @@ void Detach(bool processEnds) {
   application.SetHandle(nullptr);
   ReleaseKept();
   TWindowThread::Forget();
-  GiveBackRuntimeLeftovers();
 }
 
 }  // namespace

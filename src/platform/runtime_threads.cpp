@@ -29,7 +29,8 @@ TLock* Begun(intptr_t* lock) {
   return reinterpret_cast<TLock*>(lock);
 }
 
-/// The run-time has one: under it each thread keeps its exceptions.
+/// The run-time has one: under it each thread keeps its exceptions. A process has at least 128 of
+/// these indexes; the run-time ends one that has none left as the library is loaded.
 DWORD threadsIndex = FLS_OUT_OF_INDEXES;
 void (*freeThreads)(void*) = nullptr;
 

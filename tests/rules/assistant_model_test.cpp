@@ -109,8 +109,11 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
       {"return", "c.Add 1 @0 Compte Add()/4 Montantx [Force]+ [Style]+"},
       {"host c.So^lde 1,2", "c.Solde 1,2 @0 Compte Solde()/4 <?>+x <?>+x ( ) LIR"},
       {"return", "c.Solde(1,2) @0 Compte Solde()/4 <?>+x <?>+x (x) L"},
+      // An emptied one keeps its row as long as it is selected.
+      {"tick 1", "c.Solde(1) @0 Compte Solde()/4 <?>+x <?>+ ={a,,,} (x) LRV"},
+      {"param 0", "c.Solde(1) @0 Compte Solde()/4 <?>+x =1{a,,,} (x) RV"},
       // The line is typed.
-      {"host y = ^", "y =  @0  /2 LIR"},
+      {"host y = ^", "y =  @0  /2 LIRV"},
       {"edit c", "y =c  @0 Compte /4 I"},
       {"edit c.ecritures", "y =c.Ecritures  @0 Compte Ecritures/4 L"},
       {"edit c.ecritures.item(1).X", "y =c.Ecritures.item(1).X  @0 Compte Ecritures/4 L"},

@@ -111,6 +111,8 @@ TEST(DirectoryFiles, PathsOfMoves) {
                {"c:\\a\\", "C:\\a", "d:\\x"},  {"c:\\a\\B\\c\\", "c:\\A", "d:\\x\\B\\c\\"},
                {"c:\\", "c:\\a", nullptr},     {"c:\\y", "c:\\", "d:\\x\\y"},
                {"d:\\a\\b", "c:\\a", nullptr}, {"", "c:\\a", nullptr}};
+  EXPECT_FALSE(FollowedPath("c:\\a\\..\\b", "c:\\a", "d:\\x"));
+  EXPECT_EQ(FollowedPath("c:\\a\\..b", "c:\\a", "d:\\"), "d:\\..b");
   for (const auto& c : cases) {
     EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Followed != nullptr) << c.Path;
     EXPECT_EQ(FollowedPath(c.Path, c.Directory, "d:\\x").value_or("none"),

@@ -1,5 +1,7 @@
 #include "directories/rules/directory_files.h"
 
+#include <algorithm>
+
 #include "text/collation.h"
 
 std::string_view WithoutEndSlashes(std::string_view path) {
@@ -29,10 +31,20 @@ bool IsOrLiesInside(std::string_view path, std::string_view directory) {
   return path.size() == directory.size() || path[directory.size()] == '\\';
 }
 
+/// Whether "." or ".." is one of the names in a path.
+static bool HasStepBack(std::string_view path) {
+  std::string names = MaskDoubleBytes(path) + "\\";
+  std::ranges::replace(names, '/', '\\');
+  return names.find("\\.\\") != std::string::npos || names.find("\\..\\") != std::string::npos;
+}
+
 std::optional<std::string> FollowedPath(std::string_view path, std::string_view from,
                                         std::string_view to) {
   if (SameDirectory(path, from)) return std::string(to);
   from = WithoutEndSlashes(from);
   if (!IsOrLiesInside(path, from)) return std::nullopt;
-  return std::string(to).append(path.substr(from.size()));
+  const auto below = path.substr(from.size());
+  // One that climbs out again lies wherever it ends.
+  if (HasStepBack(below)) return std::nullopt;
+  return std::string(WithoutEndSlashes(to)).append(below);
 }

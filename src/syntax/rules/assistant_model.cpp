@@ -236,6 +236,7 @@ void TAssistantModel::DeleteMember(TSyntaxView syntax) {
 }
 
 const TSyntaxMember* TAssistantModel::WrittenMember(TSyntaxView syntax) const {
+  if (FAnalysis.MemberName().empty()) return nullptr;
   if (FAnalysis.FunctionMode()) return syntax.Database.FindFunction(FAnalysis.MemberName());
   const TSyntaxElement* element = FType.empty() ? nullptr : syntax.Database.FindElement(FType);
   return element == nullptr ? nullptr
@@ -244,7 +245,7 @@ const TSyntaxMember* TAssistantModel::WrittenMember(TSyntaxView syntax) const {
 
 void TAssistantModel::ShowMember(TSyntaxView syntax) {
   ClearParam();
-  const TSyntaxMember* member = FAnalysis.MemberName().empty() ? nullptr : WrittenMember(syntax);
+  const TSyntaxMember* member = WrittenMember(syntax);
   FReturnsValue = member != nullptr && member->Return.has_value();
   FReturnType = member == nullptr ? std::string() : member->ValueType();
   if (member != nullptr) {
@@ -299,7 +300,10 @@ void TAssistantModel::UpdateParamRows(TSyntaxView syntax) {
   std::vector<TParamRow> rows = RowsOf(WrittenMember(syntax), FAnalysis);
   // The row whose value was emptied stays as long as it is selected.
   const auto selected = static_cast<std::size_t>(FSelectedParam + 1);
-  while (rows.size() < selected) rows.push_back(FParamRows[rows.size()]);
+  while (rows.size() < selected) {
+    rows.push_back(FParamRows[rows.size()]);
+    rows.back().Checked = false;
+  }
   SetParamRows(std::move(rows));
 }
 

@@ -73,7 +73,7 @@ std::optional<TResponseHead> ParseResponseHead(std::string_view lines) {
     const auto name = Trimmed(CutTo(value, ':'));
     // The system's client may pass on a head that the server broke off. Whether a whole one ends in
     // an empty line is the system's affair.
-    ended = name.empty() || (field && lines.empty());
+    ended = field ? lines.empty() : name.empty();
     value = Trimmed(value);
     if (IsNamed(name, "location")) head.Location = value;
     if (IsNamed(name, "transfer-encoding")) endTells = true;
