@@ -159,8 +159,9 @@ void ZEFEXT_API VCLShowHint(HWND window, const char* text, int x, int y, int max
 void ZEFEXT_API VCLHideHint(void);
 
 /* Adds a numbered line to the debug window, and shows the window when it is hidden, other than with
- * a minimised main window. The line is on the screen when the call returns; only a flood of lines,
- * more than the window can draw in a fifth of a second, waits until the host serves messages. */
+ * a minimised main window; it has the focus then. The line is on the screen when the call returns;
+ * only a flood of lines, more than the window can draw in a fifth of a second, waits until the host
+ * serves messages. */
 void ZEFEXT_API VCLShowDebugText(const char* text);
 
 /* ---- Strings and string lists -------------------------------------------------------------- */
@@ -277,7 +278,8 @@ int ZEFEXT_API VCLSyntaxIsConstant(const char* word);
 void ZEFEXT_API VCLSyntaxHelpBox(const char* line, int* cursor, const char** result,
                                  const char* types);
 
-/* Runs the constant picker on a value: named constants of the syntax database, joined by "+".
+/* Runs the constant picker on a value: named constants of the syntax database, joined by "+". Its
+ * list is empty until the user picks a category.
  *   text    the value to start from
  *   result  receives the value built, or the text unchanged when the user cancelled; null when the
  *           picker could not be made; valid until the next call of this function or
