@@ -98,6 +98,10 @@ TEST_F(AssistantModel, ShowsWhatEachActionDoes) {
       // Several values typed at once are marked at once.
       {"value 3, 4, 5",
        "c.Add 3, 4, 5, 2 @0 Compte Add()/4 Montantx [Force]+x [Style]+x <?>+x =3, 4, 5{r,,,} LR"},
+      {"host c.Ad^d(1,,)"},
+      {"param 0"},
+      {"value 3, 4",
+       "c.Add(3, 4) @0 Compte Add()/4 Montantx [Force]+x [Style]+ =3, 4{r,,,} (?) LIRV"},
       // The box follows parentheses and the return value.
       {"host c.So^lde", "c.Solde @0 Compte Solde()/4 ( ) LIRV"},
       {"return", "c.Solde() @0 Compte Solde()/4 (x) L"},

@@ -142,6 +142,8 @@ TEST(DirectoryList, TwoProgramsSave) {
       {set(0, "x"), set(0, "X"), "a=X*;b=q;"},
       {add("c", "x"), add("d", "y"), "a=p*;b=q;c=x;d=y;"},
       {add("c", "x"), add("C", "y"), "a=p*;b=q;C=y;c (2)=x;"},
+      {[&](auto& list) { add("c", "x")(list), add("c (2)", "z")(list); }, add("C", "y"),
+       "a=p*;b=q;C=y;c (2)=z;c (3)=x;"},
       {removeFirst, set(0, "y"), "a=y;b=q;"},
       {set(0, "x"), removeFirst, "a=x;b=q;"},
       {removeFirst, [](auto& list) { list.Remove(1); }, ""},

@@ -14,6 +14,7 @@
 #include "forms/rules/arrangement.h"
 #include "forms/rules/glyph.h"
 #include "forms/rules/labels.h"
+#include "forms/rules/layout_words.h"
 
 namespace {
 
@@ -46,6 +47,7 @@ TEST(Layout, ReadsFormControlsAndProperties) {
 }
 
 TEST(Layout, RefusesWhatItDoesNotKnow) {
+  EXPECT_TRUE(FindLayoutWord("click")->Event && !FindLayoutWord("caption")->Event);
   const struct {
     const char *Text, *Complaint;
   } cases[] = {
