@@ -29,16 +29,8 @@ bool TooDarkForText(COLORREF background) {
 
 /// Messages that point to something, but for one that some program sent without.
 bool PointsNowhere(UINT message, LPARAM lParam) {
-  switch (message) {
-    case WM_NOTIFY:
-    case WM_DRAWITEM:
-    case WM_HELP:
-    case WM_GETMINMAXINFO:
-    case WM_DPICHANGED:
-      return lParam == 0;
-    default:
-      return false;
-  }
+  constexpr UINT pointing[] = {WM_NOTIFY, WM_DRAWITEM, WM_HELP, WM_GETMINMAXINFO, WM_DPICHANGED};
+  return lParam == 0 && std::ranges::find(pointing, message) != std::end(pointing);
 }
 
 /// Runs a step of making a form; an error in it names whose step it was.
@@ -266,18 +258,7 @@ void TForm::FocusFirst(TControl* first) {
 int TForm::ShowModal() {
   if (!FHandle || Modal()) return mrCancel;
   const TCallScope scope;
-  {
-    TModalRun run(*this);
-    Show();
-    // Over the windows that are disabled now, also where the system did not put it there.
-    SetWindowPos(FHandle, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    run.Serve();
-    if (run.Abandoned()) {
-      FModalResult = mrCancel;
-    } else if (OnClose) {
-      Guarded(OnClose);
-    }
-  }
+  TModalRun(*this).Run();
   return FModalResult;
 }
 

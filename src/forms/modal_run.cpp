@@ -59,6 +59,18 @@ void TModalRun::Abandon() {
   });
 }
 
+void TModalRun::Run() {
+  FForm.Show();
+  // Over the windows that are disabled now, also where the system did not put it there.
+  SetWindowPos(FForm.FHandle, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  Serve();
+  if (FAbandoned) {
+    FForm.FModalResult = mrCancel;
+  } else if (FForm.OnClose) {
+    Guarded(FForm.OnClose);
+  }
+}
+
 void TModalRun::Serve() {
   const THostControls controls;
   MSG message;

@@ -27,13 +27,12 @@ class TModalRun {
   /// Ends the run as soon as it gets the word: used when the form is freed under its caller. A
   /// message box that the form asks by is taken away, or the run would wait for its answer.
   void Abandon();
-  bool Abandoned() const { return FAbandoned; }
-
-  /// Serves messages until the form has a modal result and its close query agrees, or the run is
-  /// abandoned.
-  void Serve();
+  /// Shows the form and serves messages until it has a modal result and its close query agrees, or
+  /// the run is abandoned.
+  void Run();
 
  private:
+  void Serve();
   void End();
 
   std::optional<TFloatingPointMasks> FMasks{std::in_place};
