@@ -36,6 +36,13 @@ bool IsMadeHere(HWND window) {
                                reinterpret_cast<LONG_PTR>(TApplication::Instance());
 }
 
+bool IsRegisteredAs(const WNDCLASSEXW& wanted) {
+  WNDCLASSEXW found{};
+  found.cbSize = sizeof found;
+  return GetClassInfoExW(wanted.hInstance, wanted.lpszClassName, &found) &&
+         found.lpfnWndProc == wanted.lpfnWndProc && found.cbWndExtra == wanted.cbWndExtra;
+}
+
 }  // namespace
 
 void RegisterWindowClass(const std::wstring& name, WNDPROC proc, int extra, HBRUSH background) {
@@ -49,10 +56,11 @@ void RegisterWindowClass(const std::wstring& name, WNDPROC proc, int extra, HBRU
   info.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
   info.hbrBackground = background;
   info.lpszClassName = name.c_str();
-  // One that an earlier load left behind, since it had windows then, points into the code of that
-  // load.
+  // An earlier load leaves a class behind that has windows then. Those are stripped of our code,
+  // and the class serves while they wait for their thread to close them.
   if (!RegisterClassExW(&info) &&
-      (!UnregisterClassW(info.lpszClassName, info.hInstance) || !RegisterClassExW(&info))) {
+      (!UnregisterClassW(info.lpszClassName, info.hInstance) || !RegisterClassExW(&info)) &&
+      !IsRegisteredAs(info)) {
     throw std::runtime_error("window class refused");
   }
   Registered().push_back(name);

@@ -83,4 +83,12 @@ TEST_F(LoadedLibrary, BelongsToTheThreadOfItsWindowsWhileThatRuns) {
   }).join();
   Library->VCLShowDebugText("mine again");
   expectMemo("0001 : mine again");
+
+  // Another thread lets go of the library: its windows wait for theirs as it is loaded again.
+  std::thread([&] { Library.reset(); }).join();
+  EXPECT_EQ(GetModuleHandleA("zefext.dll"), nullptr);
+  Library.emplace();
+  Library->VCLSetMainWindowHandle(MainWindow);
+  Library->VCLShowDebugText("reloaded");
+  expectMemo("0001 : reloaded");
 }
