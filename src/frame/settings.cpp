@@ -4,7 +4,6 @@
 
 #include "platform/debug_report.h"
 #include "platform/registry.h"
-#include "text/digest.h"
 
 namespace {
 
@@ -122,5 +121,3 @@ bool TSettings::Write(const std::string& name, const std::string& value) {
 bool TSettings::Remove(const std::string& name) {
   return Change([&] { return FWriting.DeleteValue(name.c_str()); });
 }
-
-std::string DigestOf(const std::string& text) { return Md5Text(text); }

@@ -50,6 +50,3 @@ class TSettings {
   TRegistryKey FReading;
   TRegistryKey FWriting;
 };
-
-/// The MD5 digest of a text as 32 lower-case hexadecimal digits.
-std::string DigestOf(const std::string& text);
