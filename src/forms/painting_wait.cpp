@@ -25,10 +25,11 @@ class TServant {
     if (FQuit) PostQuitMessage(static_cast<int>(*FQuit));
   }
 
+  void ServeProgress(HWND window) { Dispatch(window, PBM_SETPOS); }
   void Serve() {
     std::vector<HWND> forms;
     for (const TForm* form : Application().Forms()) forms.push_back(form->Handle());
-    for (const HWND form : forms) Dispatch(form, PBM_SETPOS);
+    for (const HWND form : forms) ServeProgress(form);
     Dispatch(nullptr, WM_PAINT);
     MSG message;
     PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
@@ -53,6 +54,8 @@ class TServant {
 };
 
 }  // namespace
+
+void ServeProgress(HWND window) { TServant().ServeProgress(window); }
 
 bool WaitPainting(const TSignal& signal, unsigned ms) {
   const ULONGLONG start = GetTickCount64();

@@ -43,11 +43,7 @@ std::size_t TDlgDwnld::CopyBody(std::span<char> target) const {
 
 ZefDownloadStatus TDlgDwnld::Status() {
   if (HasWindow()) {
-    MSG report;
-    while (PeekMessageW(&report, ProgressBar->Handle(), PBM_SETPOS, PBM_SETPOS, PM_REMOVE) &&
-           report.message == PBM_SETPOS) {
-      DispatchMessageW(&report);
-    }
+    ServeProgress(Handle());
     Update();
   }
   return FRunning ? ZEF_DOWNLOAD_RUNNING : FStatus.load();

@@ -241,12 +241,12 @@ TEST_F(Download, MovesItsBarWhileTheHostAsksOrWaits) {
   download.Start(Server.Address("/stream"), nullptr);
   download.Start(Server.Address("/404"), nullptr);  // ignored until the first one is over
   EXPECT_EQ(TextOf(ControlNamed(window, "LabelStatus")), "Téléchargement en cours...");
-  // This thread serves no message.
+  // This thread serves no message; one that ends the program waits for it to.
+  PostQuitMessage(7);
   while (download.Status() == ZEF_DOWNLOAD_RUNNING && place() < Allowed) Sleep(1);
   EXPECT_EQ(place(), Allowed);
   // While it waits, windows are painted; input and the program's end are for the host's own loop.
   PostMessageW(MainWindow, WM_CLOSE, 0, 0);
-  PostQuitMessage(7);
   std::atomic<bool> ended = false;
   std::thread other([&] {
     InvalidateRect(MainWindow, nullptr, TRUE);
