@@ -9,6 +9,7 @@
 #include "forms/form.h"
 #include "forms/std_controls.h"
 #include "platform/guard.h"
+#include "platform/kept.h"
 #include "platform/window_list.h"
 
 namespace {
@@ -22,10 +23,7 @@ struct TModelessForms {
   HHOOK Hook = nullptr;
 };
 
-TModelessForms& Modeless() {
-  static TModelessForms forms;
-  return forms;
-}
+TModelessForms& Modeless() { return Kept<TModelessForms>(); }
 
 bool Pressed(int key) { return GetKeyState(key) < 0; }
 

@@ -6,16 +6,26 @@
 
 #include "platform/debug_report.h"
 #include "platform/file_stamp.h"
+#include "platform/kept.h"
 #include "platform/xml_reader.h"
 
 namespace {
 
 using TDatabasePtr = std::shared_ptr<const TSyntaxDatabase>;
 
-const TDatabasePtr& EmptyDatabase() {
-  static const TDatabasePtr empty = std::make_shared<const TSyntaxDatabase>();
-  return empty;
-}
+/// The last database read, with what its file looked like before.
+struct TLastRead {
+  std::string FileName;
+  std::optional<TFileStamp> Stamp;
+  TDatabasePtr Database;
+};
+
+struct TDatabases {
+  TDatabasePtr Empty = std::make_shared<const TSyntaxDatabase>();
+  TLastRead Last;
+};
+
+const TDatabasePtr& EmptyDatabase() { return Kept<TDatabases>().Empty; }
 
 class TDatabaseSink : public TXmlSink {
  public:
@@ -58,15 +68,8 @@ TReading ReadDatabase(const std::string& fileName) try {
   return {.Known = false, .Complaint = "too large for the memory there is"};
 }
 
-/// The last database read, with what its file looked like before.
-struct TLastRead {
-  std::string FileName;
-  std::optional<TFileStamp> Stamp;
-  TDatabasePtr Database;
-};
-
 TReading OpenDatabase(const std::string& fileName) {
-  static TLastRead last;
+  TLastRead& last = Kept<TDatabases>().Last;
   if (fileName.empty()) return {.Complaint = "not to be found: there is no file ZEF.EXE"};
   const std::optional<TFileStamp> stamp = FileStamp(fileName);
   if (!stamp) return {.Complaint = "not there"};
