@@ -231,18 +231,27 @@ TEST(Labels, BelongToTheControlTheyAreLaidOutFor) {
 
 TEST(Glyph, ScalingAveragesAndRefusalsName) {
   for (const auto& [name, text] : Resources("glyphs", ".glyph"))
-    for (const unsigned size : {8u, 16u, 20u, 24u, 32u})
-      EXPECT_EQ(ScaleGlyph(ParseGlyph(text), static_cast<int>(size)).Pixels.size(), size * size)
-          << name;
-  std::string rows = "r FF0000 \r\n \n\n";
-  for (int y = 0; y < 16; ++y) rows += y % 2 == 0 ? "rrrrrrrrrrrrrrrr\n" : "................\n";
-  const auto half = ScaleGlyph(ParseGlyph(rows), 8);
-  // Half a red pixel and half a transparent one: half the alpha, colour multiplied by it.
-  EXPECT_EQ(half.Pixels[0], 0x80800000u);
-  EXPECT_EQ(ScaleGlyph(ParseGlyph(rows), 32).Pixels[0], 0xFFFF0000u);
-  EXPECT_THROW(ParseGlyph(rows + "rrrrrrrrrrrrrrrr\n"), TLayoutError);
-  for (const std::string wrong : {"x GG0000\n", "x FF000\n", "x 00000G\n", "rrr\n"})
-    EXPECT_THROW(ParseGlyph(wrong + rows), TLayoutError) << wrong;
+    EXPECT_EQ(ScaleGlyph(ParseGlyph(text), 20).Pixels.size(), 400u) << name;
+  const std::string color = "b 1D5FA8", row = "b.b.b.b.b.b.b.b.\n", clear = "................\n";
+  std::string rest;  // after the first two rows
+  for (int i = 0; i < 7; ++i) rest += row + clear;
+  const TGlyph glyph = ParseGlyph(color + " \r\n \n\n" + row + clear + rest);
+  // Colours are multiplied by their alpha.
+  constexpr std::uint32_t Full = 0xFF1D5FA8u, Half = 0x800F3054u, Quarter = 0x4007182Au;
+  const struct {
+    int Size, Across, Down;
+    std::uint32_t Pixel;
+  } pixels[] = {{8, 7, 7, Quarter}, {16, 14, 14, Full}, {16, 14, 15, 0},       {20, 1, 0, Quarter},
+                {24, 1, 0, Half},   {24, 3, 0, Full},   {24, 22, 22, Quarter}, {32, 29, 29, Full}};
+  for (const auto& [size, across, down, pixel] : pixels)
+    EXPECT_EQ(ScaleGlyph(glyph, size).Pixels.at(static_cast<std::size_t>(down * size + across)),
+              pixel)
+        << size;
+  for (const auto& wrong :
+       {color + "\n" + row, color + "\n" + row + clear + clear, "\n" + row + clear,
+        "b 1D5FAG\n" + row + clear, "b 1D5FA\n" + row + clear, "b G1D5FA\n" + row + clear,
+        color + "\n...............\n.................\n"})
+    EXPECT_THROW(ParseGlyph(wrong + rest), TLayoutError) << wrong;
 }
 
 }  // namespace

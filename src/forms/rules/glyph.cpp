@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <string>
 
 #include "forms/rules/layout.h"
@@ -39,7 +38,7 @@ TGlyph ParseGlyph(std::string_view text) {
   while (!text.empty()) {
     const auto line = TakeLine(text);
     if (line.empty() || line[0] == '#') continue;
-    if (line.size() > 2 && line[1] == ' ') {
+    if (line.substr(1).starts_with(' ')) {
       palette[static_cast<unsigned char>(line[0])] = ParseColor(line.substr(2));
       known[static_cast<unsigned char>(line[0])] = true;
       continue;
@@ -55,29 +54,29 @@ TGlyph ParseGlyph(std::string_view text) {
 }
 
 TGlyph ScaleGlyph(const TGlyph& glyph, int size) {
-  if (size == glyph.Size) return glyph;
+  const int from = glyph.Size;
+  // Along a side there are from * size parts: a pixel is `size` of them before, `from` after.
+  const auto shared = [&](int before, int after) {
+    return std::min((before + 1) * size, (after + 1) * from) -
+           std::max(before * size, after * from);
+  };
   TGlyph scaled{size, {}};
-  scaled.Pixels.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size));
-  const double step = static_cast<double>(glyph.Size) / size;
   for (int y = 0; y < size; ++y) {
     for (int x = 0; x < size; ++x) {
-      std::array<double, 4> sum{};
-      for (int sy = static_cast<int>(y * step); sy < glyph.Size && sy < (y + 1) * step; ++sy) {
-        const double high =
-            std::min<double>(sy + 1, (y + 1) * step) - std::max<double>(sy, y * step);
-        for (int sx = static_cast<int>(x * step); sx < glyph.Size && sx < (x + 1) * step; ++sx) {
-          const double wide =
-              std::min<double>(sx + 1, (x + 1) * step) - std::max<double>(sx, x * step);
-          const auto pixel = glyph.Pixels[static_cast<std::size_t>(sy * glyph.Size + sx)];
+      std::array<int, 4> sum{};
+      for (int sy = y * from / size; sy * size < (y + 1) * from; ++sy) {
+        for (int sx = x * from / size; sx * size < (x + 1) * from; ++sx) {
+          const auto pixel = glyph.Pixels[static_cast<std::size_t>(sy * from + sx)];
+          const int parts = shared(sx, x) * shared(sy, y);
           for (unsigned channel = 0; channel < 4; ++channel) {
-            sum[channel] += ((pixel >> (8 * channel)) & 0xFF) * wide * high;
+            sum[channel] += static_cast<int>((pixel >> (8 * channel)) & 0xFF) * parts;
           }
         }
       }
       std::uint32_t pixel = 0;
+      const int area = from * from;
       for (unsigned channel = 0; channel < 4; ++channel) {
-        const auto value = std::lround(sum[channel] / (step * step));
-        pixel |= static_cast<std::uint32_t>(std::clamp(value, 0L, 255L)) << (8 * channel);
+        pixel |= static_cast<std::uint32_t>((sum[channel] + area / 2) / area) << (8 * channel);
       }
       scaled.Pixels.push_back(pixel);
     }
