@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 #include <utility>
+
+#include "text/ascii.h"
 
 namespace {
 
@@ -91,17 +92,9 @@ std::optional<TNamedEncoding<TChar>> NamedEncoding(std::basic_string_view<TChar>
   return TNamedEncoding<TChar>{*value, start, scan.At()};
 }
 
-unsigned Number(std::string_view text) {
-  unsigned number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size() ? number : 0;
-}
-
 /// The system's number of the code page that a declaration names.
 unsigned CodePageOf(std::string_view name) {
-  std::string lower(name);
-  for (char& c : lower)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  const std::string lower = LoweredAscii(name);
   // Plain ASCII is read as what it is part of, which refuses other bytes.
   static constexpr std::pair<std::string_view, unsigned> names[] = {
       {"utf-8", TXmlEncoding::Utf8},
@@ -118,8 +111,9 @@ unsigned CodePageOf(std::string_view name) {
       {"windows-", 0}, {"iso-8859-", 28590}, {"ibm", 0}};
   for (const auto& [family, base] : families) {
     if (!lower.starts_with(family)) continue;
-    const unsigned number = Number(std::string_view(lower).substr(family.size()));
-    if (number != 0) return base + number;
+    unsigned number = 0;
+    if (ReadNumber(std::string_view(lower).substr(family.size()), number) && number != 0)
+      return base + number;
   }
   return TXmlEncoding::Unknown;
 }

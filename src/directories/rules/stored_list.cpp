@@ -1,12 +1,12 @@
 #include "directories/rules/stored_list.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <set>
 #include <utility>
 
 #include "directories/rules/directory_files.h"
+#include "text/ascii.h"
 #include "text/collation.h"
 #include "text/comma_text.h"
 
@@ -31,8 +31,7 @@ std::optional<int> ParseNumber(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   if (text.starts_with('+')) text.remove_prefix(1);
   int number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (!ReadNumber(text, number)) return std::nullopt;
   return number;
 }
 

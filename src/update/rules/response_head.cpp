@@ -1,8 +1,8 @@
 #include "update/rules/response_head.h"
 
 #include <algorithm>
-#include <charconv>
 
+#include "text/ascii.h"
 #include "text/trimmed.h"
 
 namespace {
@@ -13,19 +13,6 @@ std::string_view CutTo(std::string_view& text, char separator) {
   const auto part = text.substr(0, end);
   text.remove_prefix(std::min(end + 1, text.size()));
   return part;
-}
-
-template <class TNumber>
-bool ReadNumber(std::string_view text, TNumber& number) {
-  const auto end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && stop == end;
-}
-
-bool IsNamed(std::string_view name, std::string_view lowered) {
-  return std::ranges::equal(name, lowered, [](char a, char b) {
-    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
-  });
 }
 
 /// A server may repeat a length, as long as it is the same.
@@ -70,14 +57,14 @@ std::optional<TResponseHead> ParseResponseHead(std::string_view lines) {
   while (!lines.empty() && !ended) {
     std::string_view value = CutTo(lines, '\n');
     const bool field = value.find(':') != std::string_view::npos;
-    const auto name = Trimmed(CutTo(value, ':'));
+    const std::string name = LoweredAscii(Trimmed(CutTo(value, ':')));
     // The system's client may pass on a head that the server broke off. Whether a whole one ends in
     // an empty line is the system's affair.
     ended = field ? lines.empty() : name.empty();
     value = Trimmed(value);
-    if (IsNamed(name, "location")) head.Location = value;
-    if (IsNamed(name, "transfer-encoding")) endTells = true;
-    if (IsNamed(name, "content-length") && !ReadLength(value, head.Length)) return std::nullopt;
+    if (name == "location") head.Location = value;
+    if (name == "transfer-encoding") endTells = true;
+    if (name == "content-length" && !ReadLength(value, head.Length)) return std::nullopt;
   }
   if (!ended) return std::nullopt;
   if (endTells) head.Length.reset();

@@ -1,9 +1,9 @@
 #include "update/rules/web_address.h"
 
 #include <algorithm>
-#include <charconv>
 #include <vector>
 
+#include "text/ascii.h"
 #include "text/trimmed.h"
 
 namespace {
@@ -18,20 +18,12 @@ bool IsHexDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-std::string Lowered(std::string_view text) {
-  std::string lowered(text);
-  for (char& c : lowered) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return lowered;
-}
-
 /// The scheme before its colon; empty when the text has none.
 std::string_view SchemeOf(std::string_view text) {
   const auto end = std::find_if_not(text.begin(), text.end(), [](char c) {
     return IsLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
   });
-  if (end == text.begin() || end == text.end() || *end != ':' || !IsLetter(text.front())) return {};
+  if (end == text.end() || *end != ':' || !IsLetter(text.front())) return {};
   return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
@@ -69,20 +61,15 @@ bool IsHost(std::string_view host) {
 
 bool ReadAuthority(std::string_view text, TWebAddress& address) {
   if (text.find('@') != std::string_view::npos) return false;
-  const auto colon = text.rfind(':');
-  const auto bracket = text.rfind(']');
+  // The colons of an IPv6 address stand in its brackets.
+  const auto colon = text.find(':', text.starts_with('[') ? text.find(']') : 0);
+  address.Host = text.substr(0, colon);
   address.Port = address.Secure ? 443 : 80;
-  if (colon != std::string_view::npos && (bracket == std::string_view::npos || colon > bracket)) {
-    const auto port = text.substr(colon + 1);
-    const auto [end, error] = std::from_chars(port.data(), port.data() + port.size(), address.Port);
-    if (!port.empty() &&
-        (error != std::errc() || end != port.data() + port.size() || address.Port == 0)) {
-      return false;
-    }
-    text = text.substr(0, colon);
+  text.remove_prefix(address.Host.size());
+  if (text.size() > 1 && (!ReadNumber(text.substr(1), address.Port) || address.Port == 0)) {
+    return false;
   }
-  address.Host = text;
-  return IsHost(text);
+  return IsHost(address.Host);
 }
 
 /// The part of an address that begins with "//".
@@ -124,7 +111,7 @@ std::optional<TWebAddress> ParseWebAddress(std::string_view text) {
   text = Trimmed(text);
   if (std::ranges::any_of(text, IsControl)) return std::nullopt;
   const auto scheme = SchemeOf(text);
-  const std::string lowered = Lowered(scheme);
+  const std::string lowered = LoweredAscii(scheme);
   if (lowered != "http" && lowered != "https") return std::nullopt;
   return ParseFromAuthority(lowered == "https", text.substr(scheme.size() + 1));
 }
