@@ -51,19 +51,17 @@ void TCommaReader::SkipBlanks() {
 std::string_view TCommaReader::Quoted() {
   const std::size_t start = ++FAt;
   std::size_t end = FText.find('"', start);
-  bool doubled = false;
   FUnquoted.clear();
   while (end != std::string_view::npos && end + 1 < FText.size() && FText[end + 1] == '"') {
     // Doubled: the first of the two belongs to the line.
     FUnquoted.append(FText, FAt, end + 1 - FAt);
     FAt = end + 2;
-    doubled = true;
     end = FText.find('"', FAt);
   }
   const std::size_t stop = std::min(end, FText.size());
   const std::size_t rest = FAt;
   FAt = end == std::string_view::npos ? stop : stop + 1;
-  if (!doubled) return FText.substr(start, stop - start);
+  if (rest == start) return FText.substr(start, stop - start);
   FUnquoted.append(FText, rest, stop - rest);
   return FUnquoted;
 }

@@ -28,7 +28,9 @@ class TFakeFiles : public TDirectoryFiles {
     Here = path;
     return true;
   }
-  bool DirectoryExists(const std::string& path) const override { return !In(path).empty(); }
+  bool DirectoryExists(const std::string& path) const override {
+    return !path.ends_with(':') && !In(path).empty();
+  }
   TRenaming Rename(const std::string& from, const std::string& to) override {
     Step();
     const TPaths moved = In(from);
@@ -111,7 +113,7 @@ TEST(DirectoryFiles, PathsOfMoves) {
                {"c:\\a\\", "C:\\a", "d:\\x"},  {"c:\\a\\B\\c\\", "c:\\A", "d:\\x\\B\\c\\"},
                {"c:\\", "c:\\a", nullptr},     {"c:\\y", "c:\\", "d:\\x\\y"},
                {"d:\\a\\b", "c:\\a", nullptr}, {"", "c:\\a", nullptr}};
-  EXPECT_FALSE(FollowedPath("c:\\a\\..\\b", "c:\\a", "d:\\x"));
+  EXPECT_FALSE(FollowedPath("c:\\a\\../b", "c:\\a", "d:\\x"));
   EXPECT_EQ(FollowedPath("c:\\a\\..b", "c:\\a", "d:\\"), "d:\\..b");
   for (const auto& c : cases) {
     EXPECT_EQ(IsOrLiesInside(c.Path, c.Directory), c.Followed != nullptr) << c.Path;
@@ -149,6 +151,7 @@ TEST(DirectoryFiles, MovesAndRefusals) {
       {"c:\\zef", "d:\\data", "c:\\zef", "d:\\data\\zef", "d:\\data\\zef"},
       {"C:\\ZEF", "d:\\data", "c:\\zef", "d:\\data\\ZEF", "d:\\data\\ZEF"},
       {"c:\\zef", "d:\\data", "c:\\zef\\2026", "d:\\data\\zef", "d:\\data\\zef\\2026"},
+      {"c:\\zef", "d:\\data", "c:\\zef\\gone", "d:\\data\\zef", "d:\\data\\zef"},
       {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", Stuck},
       {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", HalfACopy},
       {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", OthersMove},
@@ -195,13 +198,14 @@ struct TFaults {
 void BreakOff(const std::string& folder, TFaults& faults) {
   SCOPED_TRACE(std::to_string(faults.MoveStep) + " " + std::to_string(faults.SettleStep));
   TFakeFiles files;
-  // An earlier move left a copy, which only its note tells of.
+  // An earlier move left a copy, which only its note tells of, and a save the list half written.
   files.Paths.insert({"c:\\old\\", "c:\\x\\", "d:\\old.m\\"});
   TMemoryStore store;
   store.Values = {{"NbDirAlias", "3"},         {"DirAliasMove", "c:\\old,d:\\old,.m,begun"},
                   {"DirAliasName0", "n"},      {"DirAliasPath0", "c:\\zef"},
                   {"DirAliasName1", "inside"}, {"DirAliasPath1", "C:\\Zef\\2026"},
-                  {"DirAliasName2", "beside"}, {"DirAliasPath2", "c:\\zef2"}};
+                  {"DirAliasName2", "beside"}, {"DirAliasPath2", "?"}};
+  store.Values["DirAliasPending"] = "DirAliasPath0,c:\\zef,?,DirAliasPath2,c:\\zef2,?,.";
   store.Changed = [&] { files.Step(); };
   store.UnreadableAt = faults.Reading;
   const auto whole = [&](const std::string& path) { return files.In(path) == kWhole; };
@@ -255,7 +259,7 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
       {'c', "c:\\zef\\"}, {'d', "d:\\zef\\"}, {'m', "c:\\zef.m\\"}};
   const struct {
     const char *Note, *There, *Left;
-    bool Noted = false;
+    bool Noted = false, OthersSave = false;
   } cases[] = {
       {"c:\\zef,d:\\zef,.m,copied", "c12n d12 ", "c12n d12 "},  // worked in the original
       {"c:\\zef,d:\\zef,.m,begun", "c12 dn ", "c12 dn "},       // a target of others
@@ -264,6 +268,8 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
       {"c:\\zef,e:\\zef,.m,copied", "c12 ", "c12 ", true},
       {"c:\\zef,d:\\zef,,begun", "c12 d12 ", "c12 d12 ", true},
       {"c:\\zef", "c12 ", "c12 ", true},
+      {"c:\\zef,d:\\zef,.m,copied", "c12 d12 ", "c12 d12 ", true, true},
+      {"c:\\zef,d:\\zef,.m,begun", "d12 ", "d12 ", true, true},
   };
   for (const auto& c : cases) {
     TFakeFiles files;
@@ -274,6 +280,7 @@ TEST(DirectoryFiles, WhatOthersDidSinceStays) {
         files.Paths.insert(there[at] == letter ? path : path + there[at]);
     TListOfOne store("c:\\zef");
     store.Values["DirAliasMove"] = c.Note;
+    store.Busy = c.OthersSave;
     files.Busy = true;
     SettleMove(files, store);
     EXPECT_EQ(store.Read("DirAliasMove"), c.Note) << "another process is at it";

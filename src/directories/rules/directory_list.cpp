@@ -13,6 +13,13 @@ bool NameBefore(const TDirectoryEntry& a, const TDirectoryEntry& b) {
   return CompareText(a.Name, b.Name, false) < 0;
 }
 
+/// The stored list in the order of the names.
+TStoredList ReadInOrder(const TSettingsStore& store) {
+  TStoredList stored = ReadStoredList(store);
+  std::ranges::stable_sort(stored.Entries, NameBefore);
+  return stored;
+}
+
 /// Entries of the first list that the second one lacks; one of it makes up for one only.
 std::vector<TDirectoryEntry> Without(std::vector<TDirectoryEntry> entries,
                                      const std::vector<TDirectoryEntry>& others) {
@@ -60,8 +67,7 @@ void AddOver(std::vector<TDirectoryEntry>& entries, const TDirectoryEntry& added
 void TDirectoryList::Load(TSettingsStore& store) {
   const auto held = store.Hold();
   if (held) FinishPendingList(store);
-  TStoredList stored = ReadStoredList(store);
-  std::ranges::stable_sort(stored.Entries, NameBefore);
+  TStoredList stored = ReadInOrder(store);
   TStoredList loaded = stored;
   FLoaded = std::move(loaded.Entries);
   FLoadedDefault = std::move(loaded.DefaultName);
@@ -73,9 +79,7 @@ void TDirectoryList::Load(TSettingsStore& store) {
 bool TDirectoryList::Save(TSettingsStore& store) {
   const auto held = store.Hold();
   if (!held) return false;
-  FinishPendingList(store);
-  TStoredList stored = ReadStoredList(store);
-  std::ranges::stable_sort(stored.Entries, NameBefore);
+  TStoredList stored = ReadInOrder(store);
   if (stored.Entries == FLoaded) {
     stored.Entries = FEntries;
   } else {

@@ -56,8 +56,7 @@ std::string FolderOf(const std::string& path) {
 /// Deletes the original after the list has left it. What resists, or appeared in it during the
 /// move, stays under the old name.
 void GiveUpOriginal(TDirectoryFiles& files, const TMove& move) {
-  if (files.RemoveCopied(move.Aside(), move.To)) return;
-  files.Rename(move.Aside(), move.From);
+  if (!files.RemoveCopied(move.Aside(), move.To)) files.Rename(move.Aside(), move.From);
 }
 
 /// From a whole copy under its final name to the end. False when the next opening has to go on.

@@ -38,10 +38,11 @@ constexpr TFlag kFlags[] = {
 static_assert(std::size(kFlags) == kBffOptionCount);
 
 /// The shell's numbers in the order of TBffRootDir; 15, 50 to 52 and 60 name nothing here.
-constexpr std::array<int, kBffRootDirCount - 1> kSpecialFolders = {
-    0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 16, 17, 18, 19,
-    20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38,
-    39, 40, 41, 42, 43, 44, 45, 46, 47, 48, 49, 53, 54, 55, 56, 57, 58, 59, 61};
+constexpr auto kSpecialFolders = std::to_array<int>(
+    {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 16, 17, 18, 19,
+     20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38,
+     39, 40, 41, 42, 43, 44, 45, 46, 47, 48, 49, 53, 54, 55, 56, 57, 58, 59, 61});
+static_assert(kSpecialFolders.size() == kBffRootDirCount - 1);
 static_assert(static_cast<int>(TBffRootDir::rdUseSelectedDir) == kBffRootDirCount - 1);
 
 }  // namespace

@@ -40,7 +40,7 @@ std::optional<int> EntryNumber(std::string_view valueName) {
   if (!SameText(valueName.substr(0, kName.size()), kName)) return std::nullopt;
   const auto digits = valueName.substr(kName.size());
   const auto number = ParseNumber(digits);
-  if (!number || *number < 0 || std::to_string(*number) != digits) return std::nullopt;
+  if (!number || std::to_string(*number) != digits) return std::nullopt;
   return number;
 }
 
@@ -51,7 +51,7 @@ std::set<int> Numbers(const TSettingsStore& store, int count) {
   if (count <= kCredibleCount) return numbers;
   for (const auto& valueName : store.Names()) {
     const auto number = EntryNumber(valueName);
-    if (number && *number < count) numbers.insert(*number);
+    if (number && *number >= kCredibleCount && *number < count) numbers.insert(*number);
   }
   return numbers;
 }
@@ -97,9 +97,10 @@ std::optional<TValues> PendingValues(const TSettingsStore& store, std::string_vi
   TCommaReader reader(text);
   while (const auto line = reader.Next()) lines.emplace_back(*line);
   if (lines.size() % 3 != 1 || lines.back() != ".") return std::nullopt;
+  lines.pop_back();
   TValues values;
   bool written = true;
-  for (std::size_t at = 0; at + 3 < lines.size(); at += 3) {
+  for (std::size_t at = 0; at < lines.size(); at += 3) {
     const std::string now = store.Read(lines[at]);
     written = written && now == lines[at + 1];
     if (!written && now != lines[at + 2]) return std::nullopt;
