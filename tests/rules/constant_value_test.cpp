@@ -59,28 +59,28 @@ TEST(ConstantCategories, AreGroupedSortedAndFiltered) {
 TEST(ConstantChoice, MergesListsOfOneName) {
   const TConstantChoice choice = Choice(R"(
     <list name="L" flag="add" type="long"><comment>un</comment>
-      <listconst name="A">aide A</listconst><autre name="caché"/><comment/></list>
+      <listconst name="A">aide A</listconst><listconst name="C"/><autre name="caché"/><comment/></list>
     <list name="l"><listconst name="non"/></list><type name="L"/>
-    <list name="L" type="date"><comment>deux</comment><listconst name="B">x=y</listconst>
-      <listconst name="C"/><listconst name="b">a</listconst></list>)");
+    <list name="L" type="date"><comment>deux</comment><listconst name="B">X=y</listconst>
+      <listconst name="b">a</listconst><listconst name="b">A</listconst></list>)");
   EXPECT_TRUE(choice.Additive());
   EXPECT_EQ(choice.Type(), "date");
   EXPECT_EQ(choice.Help(), (std::vector<std::string>{"un", "", "deux"}));
   std::string shown;
   for (int i = 0; i < choice.Count(); ++i)
     shown += choice.Name(i) + "=" + choice.ConstantHelp(i) + ";";
-  EXPECT_EQ(shown, "A=aide A;B=a;C=;b=a;");
+  EXPECT_EQ(shown, "A=aide A;C=;B=a;b=a;b=a;");
 }
 
 TEST(ConstantChoice, ParsesTheValue) {
   const std::pair<const char*, const char*> cases[] = {
-      {"A + b", "xx."}, {"+ +a++\tc", "x.x"}, {"a+a", "x.."}, {"a,b", "..."}, {"\"a\"+b", ".x."}};
+      {"A + b", "xx.a+B"}, {"+ +c++\ta", "x.xa+c"}, {"a+a", "x..a"}, {"a,b+b", ".x.B"}};
   for (const bool additive : {false, true})
     for (const auto& [value, marks] : cases) {
       TConstantChoice choice = Abc(additive);
       choice.Parse("b");
       choice.Parse(value);
-      EXPECT_EQ(Marks(choice), marks) << value;
+      EXPECT_EQ(Marks(choice) + choice.Value(), marks) << value;
     }
   // Constants of the same name are ticked together.
   TConstantChoice twins = Choice(

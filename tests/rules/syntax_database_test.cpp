@@ -12,17 +12,16 @@ namespace {
 
 constexpr std::string_view kSample = R"(<objects>
   <object name="Compte" ignored="x">
-    <comment>Un compte</comment><comment>encore</comment>
+    <autre>non</autre><comment>Un compte</comment><comment>encore</comment>
     <method name="Add" type="long">
       <param name="a" type="bool">requis</param>
       <oparam name="b" type="date" list="Jours" def="1">facultatif</oparam>
       <return type="Ecriture">ce qui est fait</return><return type="autre"/>
       <comment>Ajoute</comment><comment>non</comment>
       <param name="c"><x>y<![CDATA[z]]></x><param name="trop profond">x</param></param>
-    </method>
+    </method><method type="sans nom"><param name="q"/></method>
     <data name="Solde" type="currency"><comment>Le solde</comment></data>
-    <event name="Ferme"><param name="p"/></event>
-    <method type="sans nom"><param name="q"/></method>
+    <type name="Ferme"><param name="p"/></type>
   </object>
   <type name="long">Un entier</type>
   <const name="Budget" type="Compte">texte</const>
@@ -31,10 +30,10 @@ constexpr std::string_view kSample = R"(<objects>
     <param name="prompt"><comment>pas ici</comment></param>
     <return type="result">le bouton</return></method>
   <list name="Jours" flag="add" type="date">
-    <comment>un</comment><comment/><comment name="Dit">trois</comment>
+    <comment>un</comment>perdu<comment/><comment name="Dit">trois</comment>
     <listconst name="Lundi">le premier</listconst><autre name="Mardi">x</autre><listconst/>
-  </list>
-  <object name="MsgBox"/><data name="MsgBox"/><autre name="Quoi"><method name="m"/></autre>
+  </list><method/>
+  <object name="MsgBox"/><data name="Jours" type="date"/><autre name="Quoi"><method name="m"/></autre>
 </objects>)";
 
 std::string Shown(const TSyntaxMember& member) {
@@ -47,7 +46,7 @@ std::string Shown(const TSyntaxMember& member) {
 
 TEST(SyntaxDatabase, CopiesWhatTheDocumentSaysAndFindsIt) {
   const TSyntaxDatabase database = DatabaseFromXml(kSample);
-  ASSERT_EQ(database.Elements().size(), 9u);
+  ASSERT_EQ(database.Elements().size(), 10u);
   const TSyntaxElement& account = *database.FindElement("Compte");
   EXPECT_EQ(account.Comment, "Un compte");
   EXPECT_FALSE(account.Text);
@@ -59,7 +58,7 @@ TEST(SyntaxDatabase, CopiesWhatTheDocumentSaysAndFindsIt) {
   EXPECT_EQ(Shown(*member("Solde")), "Solde:currency()Le solde|no return");
   for (const char* name : {"add", "Ferme", ""}) EXPECT_FALSE(member(name)) << name;
   const TSyntaxElement& other = *database.FindElement("Quoi");
-  EXPECT_TRUE(other.Kind == TSyntaxKind::Other && other.Members.empty());
+  EXPECT_TRUE(other.Kind == TSyntaxKind::Other && other.Members.empty() && other.Constants.empty());
   const TSyntaxElement& days = *database.FindElement("Jours");
   EXPECT_EQ(days.Flag + days.Type, "adddate");
   EXPECT_EQ(days.Comments, (std::vector<std::string>{"un", "", "trois"}));
@@ -71,7 +70,8 @@ TEST(SyntaxDatabase, CopiesWhatTheDocumentSaysAndFindsIt) {
   EXPECT_EQ(database.FindElement("MsgBox"), &database.Elements()[4]);
   EXPECT_EQ(database.FindFunction("MsgBox"), &*database.Elements()[4].Function);
   EXPECT_EQ(Shown(*database.FindFunction("MsgBox")), "MsgBox:result(prompt:,,,;)Affiche|le bouton");
-  for (const char* name : {"msgbox", "MsgBoxx", ""}) EXPECT_FALSE(database.FindElement(name));
+  for (const char* name : {"msgbox", "MsgBoxx"}) EXPECT_FALSE(database.FindElement(name));
+  EXPECT_EQ(Shown(*database.FindFunction("Jours")), "Jours:date()|no return");
   EXPECT_FALSE(database.FindFunction("Compte"));
 }
 
@@ -85,6 +85,7 @@ TEST(SyntaxDatabase, TextIsTheOnlyChild) {
       {"<![CDATA[]]>", ""},
       {" \r\n\t"},
       {"a<![CDATA[b]]>"},
+      {"a<!-- c -->b"},
       {"<b/>a"},
       {"<!-- c -->a"},
       {"<b>a</b>"},
@@ -106,12 +107,12 @@ TEST(SyntaxDatabase, TextIsTheOnlyChild) {
 TEST(SyntaxDatabase, OnlyTheRootOfThatNameCounts) {
   for (const char* xml : {"", "text", "<Objects><type name=\"a\"/></Objects>",
                           "<x><objects><type name=\"a\"/></objects></x>", "<objects/>",
-                          "<objects>text<!-- c --></objects>", "</a></b>"})
+                          "<objects>text<!-- c --></objects>", "<objects/><type name=\"a\"/>"})
     EXPECT_TRUE(DatabaseFromXml(xml).Empty()) << xml;
 }
 
 TEST(SyntaxDatabase, DepthIsNoRisk) {
-  std::string xml = "<objects>";
+  std::string xml = "</none><objects>";
   for (int i = 0; i < 200'000; ++i) xml += "<object name=\"a\">";
   for (int i = 0; i < 200'000; ++i) xml += "</object>";
   const TSyntaxDatabase database = DatabaseFromXml(xml + "<type name=\"after\"/></objects>");
@@ -144,12 +145,10 @@ TEST(SyntaxNames, TypesAndPredefinedObjects) {
   const TSyntaxDatabase database = DatabaseFromXml(
       R"(<objects><type name="b"/><object name="A"/><type name="B"/><object/><list name="l"/>
       <const name="x" type="A"/><const name="x" type="A"/><const name="y"/><const/></objects>)");
-  for (int turn = 0; turn < 2; ++turn) {
-    names.BuildTypes(database);
-    EXPECT_EQ(names.Types.CommaText(), "A,b");
-    EXPECT_EQ(names.Predefined.Value("X"), "A");
-    EXPECT_EQ(names.Predefined.Count(), 3);
-  }
+  names.BuildTypes(DatabaseFromXml("<objects><type name=\"Vieux\"/><const name=\"v\"/></objects>"));
+  names.BuildTypes(database);
+  EXPECT_EQ(names.Types.CommaText(), "A,b");
+  EXPECT_EQ(names.Predefined.CommaText(), "x=A,x=A,y=");
 }
 
 TEST(NameSet, HoldsManyNamesWhateverTheirCase) {

@@ -74,13 +74,6 @@ struct TContent {
   std::string* Target = nullptr;  ///< where the text goes when the element ends
 
   bool OnlyText() const { return Nodes == 1 && HasText; }
-  /// For the next element; the text's memory stays.
-  void Clear() {
-    Nodes = 0;
-    HasText = HasComment = false;
-    Text.clear();
-    Target = nullptr;
-  }
 };
 
 }  // namespace
@@ -97,19 +90,18 @@ struct TSyntaxDatabaseBuilder::TImpl {
 
   void AddText(std::string_view text) {
     TContent& content = Contents[Depth];
-    if (++content.Nodes != 1) return;
+    ++content.Nodes;
     content.HasText = true;
     content.Text.assign(text);
   }
 
   void EndRun() {
-    if (Run.empty()) return;
     if (Run.find_first_not_of(kXmlBlanks) != std::string::npos) AddText(Run);
     Run.clear();
   }
 
   void Open(std::string_view name, TAttributes attributes) {
-    Contents[Depth].Clear();
+    Contents[Depth] = {};
     if (Depth == kElementDepth) return OpenElement(name, attributes);
     TSyntaxElement& element = Elements.back();
     const std::size_t detailDepth = element.Function ? kChildDepth : kDetailDepth;
@@ -125,7 +117,6 @@ struct TSyntaxDatabaseBuilder::TImpl {
     element.Name = Attribute(attributes, "name");
     element.Type = Attribute(attributes, "type");
     element.Flag = Attribute(attributes, "flag");
-    Member = nullptr;
     if (element.Kind != TSyntaxKind::Method && element.Kind != TSyntaxKind::Data) return;
     Member = &element.Function.emplace();
     Member->Kind = element.Kind;
@@ -229,14 +220,11 @@ void TSyntaxDatabaseBuilder::Characters(std::string_view text) {
 }
 
 void TSyntaxDatabaseBuilder::CDataSection(std::string_view text) {
-  FImpl->EndRun();
   if (FImpl->Known()) FImpl->AddText(text);
 }
 
 void TSyntaxDatabaseBuilder::OtherNode() { FImpl->AddNode(); }
 
 TSyntaxDatabase TSyntaxDatabaseBuilder::Finish() {
-  TSyntaxDatabase database(std::move(FImpl->Elements));
-  *FImpl = TImpl();
-  return database;
+  return TSyntaxDatabase(std::move(FImpl->Elements));
 }

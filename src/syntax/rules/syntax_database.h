@@ -107,7 +107,7 @@ class TSyntaxDatabaseBuilder {
   /// A comment or processing instruction: counts as a child, so its parent is not a text element.
   void OtherNode();
 
-  /// The finished model; the builder is empty again.
+  /// The finished model; the builder has served.
   TSyntaxDatabase Finish();
 
  private:

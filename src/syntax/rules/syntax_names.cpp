@@ -14,11 +14,7 @@ std::uint32_t FoldedHash(std::string_view name) {
 
 }  // namespace
 
-void TNameSet::Clear() {
-  FSlots.clear();
-  FText.clear();
-  FCount = 0;
-}
+void TNameSet::Clear() { *this = TNameSet(); }
 
 std::size_t TNameSet::Count() const { return FCount; }
 
@@ -47,7 +43,7 @@ void TNameSet::Add(std::string_view name) {
 }
 
 bool TNameSet::Contains(std::string_view name) const {
-  return FCount != 0 && !name.empty() && Find(name, FoldedHash(name))->Offset != 0;
+  return FCount != 0 && Find(name, FoldedHash(name))->Offset != 0;
 }
 
 void TNameSet::Grow() {
@@ -79,7 +75,7 @@ void TSyntaxNames::BuildWords(const TSyntaxDatabase& database) {
     if (element.Kind == TSyntaxKind::Const && element.Text) Methods.Add(element.Name);
     if (element.Kind == TSyntaxKind::Method) Functions.Add(element.Name);
     for (const TSyntaxMember& member : element.Members)
-      if (!member.Name.empty()) Methods.Add(dotted.assign(1, '.').append(member.Name));
+      Methods.Add(dotted.assign(1, '.').append(member.Name));
     for (const TSyntaxConstant& constant : element.Constants) Constants.Add(constant.Name);
   }
 }
