@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "sample_syntax.h"
+#include "text/collation.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ TEST(LineAnalysis, FindsObjectMemberAndValues) {
       {"obj.Add 1, 2", 0, 0, "obj|Add|1|2", "Add 1, 2"},
       {"obj.Add(, 5)", 0, 0, "(obj|Add||5", "Add(, 5)"},
       {"obj.Add()", 0, 0, "(obj|Add", "Add()"},
-      {"obj.Add 1 , , 3 x ,", 0, 0, "obj|Add|1||3 x", "Add 1 , , 3 x ,"},
+      {"obj.Add 1  ,  , 3 x ,", 0, 0, "obj|Add|1||3 x", "Add 1  ,  , 3 x ,"},
       {"obj.Add f(1, 2), \"x, y\" ,[a, b]", 0, 0, "obj|Add|f(1, 2)|\"x, y\"|[a, b]",
        "Add f(1, 2), \"x, y\" ,[a, b]"},
       {"obj", 0, 0, "obj|", ""},
@@ -59,6 +60,7 @@ TEST(LineAnalysis, FindsObjectMemberAndValues) {
     EXPECT_EQ(shown, test.Shown) << test.Expression;
     EXPECT_EQ(line.Position(), test.Position) << test.Expression;
     EXPECT_EQ(line.MemberText(), test.MemberText) << test.Expression;
+    EXPECT_LT(line.ParametersEnd(), static_cast<int>(line.Expression().size()));
     // What the line box shows selected: the object, or the function with the sign behind it.
     const std::size_t length = line.ObjectText().size() + (line.FunctionMode() ? 1 : 0);
     EXPECT_EQ(line.Expression().substr(line.ObjectRange().Start, line.ObjectRange().Length),
@@ -94,7 +96,13 @@ TEST(LineAnalysis, RewritesTheExpression) {
       {"MsgBox", 0, "0 \"x\"", "MsgBox \"x\""},
       {"a.b(1).c", 0, "delete", "a.c"},
       {"MsgBox.x 1", 0, "delete", "MsgBox"},
+      {"a.\210e.c", 0, "member E", "a.E.c"},
   };
+  // A letter whose capital is a byte shorter.
+  const TCollation before = UserCollation();
+  TCollation rules = before;
+  rules.UpperCharacter = [](std::string_view) noexcept { return TUpperCharacter{{'E'}, 1, 2}; };
+  SetUserCollation(rules);
   for (const auto& [expression, position, action, result] : cases) {
     TLineAnalysis line = At(expression, position);
     const std::string what = action.substr(0, action.find(' '));
@@ -110,6 +118,7 @@ TEST(LineAnalysis, RewritesTheExpression) {
     }
     EXPECT_EQ(line.Expression(), result) << expression << " " << action;
   }
+  SetUserCollation(before);
 }
 
 }  // namespace

@@ -154,7 +154,7 @@ TEST(MemoryFaults, LinesThatAreNoMoreGiveTheirRoomBack) {
 
 TLineAnalysis Line() {
   TLineAnalysis line;
-  line.CutHostLine("If c.Item(1).Add(" + kLong + ", 2) Then", 16, kSyntax.Names);
+  line.CutHostLine("If c.Item(1).Add(" + kLong + ", 2) Then", 15, kSyntax.Names);
   return line;
 }
 TAssistantModel Model() {
@@ -182,7 +182,7 @@ TScriptVariables Variables() {
 TEST(MemoryFaults, OperationsChangeNothingOrAll) {
   const TSyntaxNames& names = kSyntax.Names;
   Torture(Line, [&](auto& l) { l.CutHostLine("x = a(" + kLonger + ").c(1, 2)", 330, names); });
-  Torture(Line, [&](auto& l) { l.SetExpression("a.b.c.d.e " + kLong + ",,,,,,1", names); });
+  Torture(Line, [&](auto& l) { l.SetExpression("a.b.c(" + kLong + ",,,,,,1).d.e", names); });
   Torture(Line, [&](auto& l) { l.SetParam(l.CallFrame(), 4, kLonger, names); });
   Torture(Model, [](auto& m) { m.EditLine(kView, "c.add 1, \"" + kLonger + "\""); });
   Torture(Model, [](auto& m) { m.ChooseMember(kView, 1); });

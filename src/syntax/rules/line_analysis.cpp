@@ -73,7 +73,7 @@ void TLineAnalysis::TestFunction(const TSyntaxNames& names) {
   const auto word =
       std::string_view(FExpression).substr(0, static_cast<std::size_t>(end - FSigns.begin()));
   FFunctionMode = names.IsFunction(word);
-  if (FFunctionMode) FFunctionLength = Length(word);
+  FFunctionLength = Length(word);
 }
 
 void TLineAnalysis::FindSegments() {
@@ -130,8 +130,6 @@ TLineAnalysis::TNames TLineAnalysis::ScanNames(int start) const {
     names.ObjectEnd = names.MemberEnd = i - 1;
     if (i == length || At(FSigns, i) != '.') return names;
     ++i;
-  } else {
-    names.ObjectEnd = start - 1;
   }
 
   TNesting nesting;
@@ -181,9 +179,13 @@ void TLineAnalysis::ScanParameters(int start) {
 }
 
 std::string_view TLineAnalysis::Slice(int first, int last) const {
-  if (last < first || first >= Length(FExpression)) return {};
+  if (last < first) return {};
   return std::string_view(FExpression)
       .substr(static_cast<std::size_t>(first), static_cast<std::size_t>(last - first + 1));
+}
+
+std::string_view TLineAnalysis::Rest(int end) const {
+  return std::string_view(FExpression).substr(static_cast<std::size_t>(end + 1));
 }
 
 std::string_view TLineAnalysis::MemberNameOf(const TNames& names) const {
@@ -201,16 +203,18 @@ std::string_view TLineAnalysis::MemberText() const {
   return Slice(FFunctionMode ? 0 : FNames.ObjectEnd + 2, FParametersEnd);
 }
 
+std::string_view TLineAnalysis::TextOf(const TTextRange& range) const {
+  return Slice(range.Start, range.Start + range.Length - 1);
+}
+
 std::string_view TLineAnalysis::Value(int index) const {
   if (index < 0 || index >= ValueCount()) return {};
-  const TTextRange range = ValueRange(index);
-  return Slice(range.Start, range.Start + range.Length - 1);
+  return TextOf(ValueRange(index));
 }
 
 std::vector<std::string> TLineAnalysis::Values() const {
   std::vector<std::string> values;
-  values.reserve(static_cast<std::size_t>(ValueCount()));
-  for (int i = 0; i < ValueCount(); ++i) values.emplace_back(Value(i));
+  for (const TTextRange& value : FValues) values.emplace_back(TextOf(value));
   return values;
 }
 
@@ -225,7 +229,7 @@ void TLineAnalysis::ReplaceMember(std::string_view name, const TSyntaxNames& nam
     return;
   std::string text;
   if (!FFunctionMode) text.append(Slice(0, FNames.ObjectEnd)).append(1, '.');
-  text.append(name).append(Slice(FNames.MemberEnd + 1, Length(FExpression) - 1));
+  text.append(name).append(Rest(FNames.MemberEnd));
   SetExpression(std::move(text), names);
 }
 
@@ -240,13 +244,13 @@ void TLineAnalysis::SetUseReturn(bool use, const TSyntaxNames& names) {
     parameters = Slice(FValues.front().Start, last.Start + last.Length - 1);
   }
   std::string text = WithParameters(Slice(0, FNames.MemberEnd), parameters, use);
-  text.append(Slice(FParametersEnd + 1, Length(FExpression) - 1));
+  text.append(Rest(FParametersEnd));
   SetExpression(std::move(text), names);
 }
 
 TLineAnalysis::TCallFrame TLineAnalysis::CallFrame() const {
   return {std::string(Slice(0, FNames.MemberEnd)), Values(), FParenthesised,
-          std::string(Slice(FParametersEnd + 1, Length(FExpression) - 1))};
+          std::string(Rest(FParametersEnd))};
 }
 
 void TLineAnalysis::SetParam(const TCallFrame& frame, int index, std::string_view value,
@@ -262,7 +266,7 @@ void TLineAnalysis::SetParam(const TCallFrame& frame, int index, std::string_vie
 
 void TLineAnalysis::DeleteMember(const TSyntaxNames& names) {
   std::string text(Slice(0, FNames.ObjectEnd));
-  text.append(Slice(FParametersEnd + 1, Length(FExpression) - 1));
+  text.append(Rest(FParametersEnd));
   SetExpression(std::move(text), names);
 }
 
@@ -283,10 +287,8 @@ bool TLineAnalysis::RespellMemberAt(int position, std::string_view name) {
   // Letter case changes no delimiter, and a length only where characters have several bytes: else
   // all that was found out stays right.
   if (name.size() != MemberNameAt(position).size()) return false;
-  const std::string signs = MaskDoubleBytes(name);
   const std::size_t at =
       static_cast<std::size_t>(ScanNames(StartOfSegment(position)).ObjectEnd) + 2;
   FExpression.replace(at, name.size(), name);
-  FSigns.replace(at, name.size(), signs);
   return true;
 }

@@ -107,6 +107,8 @@ class TLineAnalysis {
   TNames ScanNames(int start) const;
   void ScanParameters(int start);
   std::string_view Slice(int first, int last) const;
+  std::string_view Rest(int end) const;
+  std::string_view TextOf(const TTextRange& range) const;
   std::string_view MemberNameOf(const TNames& names) const;
   std::vector<std::string> Values() const;
 
