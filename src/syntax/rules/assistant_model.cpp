@@ -35,13 +35,13 @@ std::vector<TParamRow> RowsOf(const TSyntaxMember* member, const TLineAnalysis& 
   if (member != nullptr) {
     for (const TSyntaxParam& param : member->Params) {
       if (param.Required) {
-        rows.push_back({param.Name, false, false});
+        rows.push_back({.Text = param.Name, .Enabled = false});
       } else {
-        rows.push_back({"[" + param.Name + "]", true, false});
+        rows.push_back({.Text = "[" + param.Name + "]"});
       }
     }
   }
-  while (static_cast<int>(rows.size()) < line.ValueCount()) rows.push_back({"<?>", true, false});
+  while (static_cast<int>(rows.size()) < line.ValueCount()) rows.push_back({.Text = "<?>"});
   for (int i = 0; i < line.ValueCount(); ++i) {
     rows[static_cast<std::size_t>(i)].Checked = !line.Value(i).empty();
   }
@@ -65,9 +65,8 @@ bool EndsWithValuesAfter(const TLineAnalysis& line, const TLineAnalysis::TCallFr
 void TAssistantModel::AnalyseHostLine(TSyntaxView syntax, std::optional<std::string_view> line,
                                       int cursor) {
   FTypes.Restart();
-  FItemsSource.reset();
+  FItemsType.reset();
   FLineEdited = false;
-  FFirstReplaced = false;
   FAnalysis.CutHostLine(line, cursor, syntax.Names);
   WalkToPosition(syntax);
   LineRewritten();
@@ -96,8 +95,8 @@ void TAssistantModel::ShowEditedLine(TSyntaxView syntax, bool wasFunction, int w
     ShowPosition(syntax);
   } else {
     ApplyType(syntax);
-    const bool typed = !FAnalysis.FunctionMode() && !FType.empty();
-    if (typed && !FAnalysis.MemberName().empty()) FTypes.Record(FAnalysis.Position(), FType);
+    if (!FType.empty() && !FAnalysis.MemberName().empty())
+      FTypes.Record(FAnalysis.Position(), FType);
   }
   ShowMember(syntax);
 }
@@ -111,11 +110,12 @@ void TAssistantModel::LeaveLine(TSyntaxView syntax) {
 
 void TAssistantModel::Step(TSyntaxView syntax, int position) {
   const int before = FAnalysis.Position();
-  const bool toNext = position == before + 1 && position < FAnalysis.SegmentCount();
-  if (toNext && !FReturnType.empty()) FTypes.Record(position, FReturnType);
   FAnalysis.SelectSegment(position);
   // At its ends the chain stays as it is, and so does the selected parameter.
-  if (FAnalysis.Position() != before) ShowPosition(syntax);
+  if (FAnalysis.Position() == before) return;
+  const bool toNext = FAnalysis.Position() == before + 1;
+  if (toNext && !FReturnType.empty()) FTypes.Record(FAnalysis.Position(), FReturnType);
+  ShowPosition(syntax);
 }
 
 // The types of the objects before the position give its own; their members take the database's
@@ -133,10 +133,8 @@ void TAssistantModel::WalkToPosition(TSyntaxView syntax) {
     if (item < 0) continue;
     if (written != items.Name(item) && FAnalysis.RespellMemberAt(position, items.Name(item)))
       LineRewritten();
-    const TSyntaxMember* member = TSyntaxDatabase::FindMember(*element, items.Name(item));
-    if (member != nullptr && !member->ValueType().empty()) {
-      FTypes.Record(position + 1, member->ValueType());
-    }
+    const TSyntaxMember& member = *TSyntaxDatabase::FindMember(*element, items.Name(item));
+    if (!member.ValueType().empty()) FTypes.Record(position + 1, member.ValueType());
   }
   ShowPosition(syntax);
 }
@@ -191,10 +189,9 @@ void TAssistantModel::FillMembers(TSyntaxView syntax) {
 void TAssistantModel::OfferMembers(TSyntaxView syntax, const TSyntaxElement* object) {
   FMemberBoxEnabled = true;
   FMemberHelp.Own = TAssistantText::ChooseMember;
-  TItemsSource source{object == nullptr, object == nullptr ? std::string() : FType};
-  if (FItemsSource == source) return;
+  if (FItemsType == FType) return;
   FItems = object == nullptr ? TMemberItems(syntax.Database) : TMemberItems(*object);
-  FItemsSource = std::move(source);
+  FItemsType = FType;
   FChanges |= MemberItemsChanged;
 }
 
@@ -202,7 +199,7 @@ void TAssistantModel::OfferNoMembers() {
   FMemberBoxEnabled = false;
   if (FItems.Count() > 0) FChanges |= MemberItemsChanged;
   FItems = {};
-  FItemsSource.reset();
+  FItemsType.reset();
 }
 
 void TAssistantModel::SelectWrittenMember(TSyntaxView syntax) {

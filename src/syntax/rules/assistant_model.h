@@ -127,12 +127,6 @@ class TAssistantModel {
   const std::string& Value() const { return FValue; }
 
  private:
-  struct TItemsSource {
-    bool Functions = false;
-    std::string Type;
-    bool operator==(const TItemsSource&) const = default;
-  };
-
   void LineRewritten();
   void ShowEditedLine(TSyntaxView syntax, bool wasFunction, int wasPosition);
   void WalkToPosition(TSyntaxView syntax);
@@ -160,7 +154,7 @@ class TAssistantModel {
 
   std::string FType;
   TAssistantHelp FTypeHelp;
-  std::optional<TItemsSource> FItemsSource;  ///< what FItems was made from, so as not to redo it
+  std::optional<std::string> FItemsType;  ///< whose members FItems has; empty: the functions
   TMemberItems FItems;
   bool FMemberBoxEnabled = false;
   int FSelectedItem = -1;

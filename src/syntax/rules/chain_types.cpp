@@ -7,7 +7,6 @@ void TChainTypes::SetDeclared(std::string_view commaText) { FDeclared.SetCommaTe
 void TChainTypes::Restart() {
   FByPosition.clear();
   FPick.clear();
-  FUndeclaredName.clear();
 }
 
 void TChainTypes::Record(int position, std::string_view type) {
