@@ -48,8 +48,9 @@ TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
        {{2, UnknownElement, "objects", "objects"}, {2, UnknownElement, "object", "objects"}}},
       {R"(<type name="U"><comment/>x</type>)", {{2, UnknownElement, "comment", "type"}}},
       {R"(<const name="c" typ="T"/>)", {{2, UnknownAttribute, "typ", "const"}}},
-      {R"(<list flag="add"/>)", {{2, NoName, "list"}}},
-      {R"(<const name="c" type="X"/>)", {{2, UnknownType, "X", "c"}}},
+      {R"(<object/><list flag="add"/><method name="F">?<param name="p" list="F"/></method>)",
+       {{2, NoName, "object"}, {2, NoName, "list"}, {2, UnknownList, "F", "p"}}},
+      {R"(<const name="c" type="X"/><const name="X"/>)", {{2, UnknownType, "X", "c"}}},
       {"<method name=\"F\">?\n<return type=\"X\"/></method>", {{3, UnknownType, "X", "F"}}},
       // A list is offered for every parameter whose list holds its name.
       {R"(<method name="F">?<param name="p" list="XL"/><oparam name="q" list="l"/></method>)",
@@ -62,20 +63,23 @@ TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
       {R"(<method name="F">?<param name="p"/><oparam name="P"/></method>)",
        {{2, Duplicate, "P", {}, 2}}},
       {"<const name=\"U\" type=\"T\"/>\n<type name=\"U\">x</type>", {{3, Hidden, "U", {}, 2}}},
-      {R"(<method name="T">?</method>)", {}},
-      {"<type name=\"U\"> </type>\n<method name=\"F\"><comment></comment></method>",
-       {{2, NoHelp, "U"}, {3, NoHelp, "F"}}},
+      {R"(<method name="T">?</method><const name="T" type="O"/><type name="D">x</type>)", {}},
+      {R"(<type name="bool">x</type><method name="F" type="bool">?</method>)", {}},
+      {"<type name=\"l'U\"> </type>\n<method name=\"F\"><comment></comment></method>",
+       {{2, NoHelp, "l'U"}, {3, NoHelp, "F"}}},
       {"<object name=\"E\">?</object>\n<const name=\"c\" type=\"e\"/>"
-       "<method name=\"F\">?<param name=\"p\" type=\"E\"/></method>",
+       "<method name=\"F\">?<param name=\"p\" type=\"E\"/><oparam name=\"q\" type=\"E\"/></method>",
        {{3, DeadEnd, "c", "e"}}},
       {"<object name=\"P\">?\n<method name=\"Authenticate\">?</method></object>\n"
-       "<method name=\"a-b\">?</method><const name=\"a b\" type=\"T\"/>",
-       {{3, Unreachable, "Authenticate"}, {4, Unreachable, "a-b"}, {4, Unreachable, "a b"}}},
+       "<method name=\"a-b\">?</method><const name=\"c()\" type=\"T\"/>",
+       {{3, Unreachable, "Authenticate"}, {4, Unreachable, "a-b"}, {4, Unreachable, "c()"}}},
       {R"(<method name="F">?<oparam name="p" def="-1"/><oparam name="q" def="-1"/></method>)",
        {{2, CuttingValue, "-1"}}},
       {R"(<method name="F">?<oparam name="p" def="it's"/><oparam name="q" def="1, 2"/></method>)",
        {{2, CuttingValue, "it's"}, {2, CuttingValue, "1, 2"}}},
-      {R"(<list name="M"><listconst name="(a"/></list>)", {{2, CuttingValue, "(a"}}},
+      {R"(<method name="F"><param name="p"/>?<param name="q" def="-1"/></method>)", {}},
+      {R"(<list name="M"><listconst name="-1"/><listconst name="(a"/></list>)",
+       {{2, CuttingValue, "(a"}}},
   };
   for (const auto& row : rows) {
     std::string xml = good + "\n" + row.Xml + "</objects>";
@@ -86,9 +90,9 @@ TEST(DatabaseCheck, FindsWhatAnAuthorGetsWrong) {
     for (const TDatabaseFault& fault : found)
       EXPECT_NE(Describe(fault).find(fault.Name), std::string::npos) << row.Xml;
   }
-  EXPECT_EQ(Checked("<objets/>").Faults(),
-            (std::vector<TDatabaseFault>{{1, NoRoot, "objets", {}}}));
-  EXPECT_EQ(TDatabaseCheck().Faults().size(), 1u);
+  EXPECT_EQ(Checked("\n<objets/>").Faults(), (std::vector<TDatabaseFault>{{2, NoRoot, "objets"}}));
+  EXPECT_NE(Describe({1, NoRoot}), "");
+  EXPECT_EQ(TDatabaseCheck().Faults(), (std::vector<TDatabaseFault>{{1, NoRoot}}));
 }
 
 TEST(DatabaseCheck, CountsAndFinds) {
@@ -98,6 +102,7 @@ TEST(DatabaseCheck, CountsAndFinds) {
   EXPECT_EQ(check.Counts(), (TCounts{{"data", 1}, {"object", 1}, {"objects", 1}, {"type", 1}}));
   using TPlaces = std::vector<std::pair<int, std::string>>;
   EXPECT_EQ(check.Find("NOM"), (TPlaces{{2, "object O / data Nom"}, {2, "type nom"}}));
+  EXPECT_TRUE(check.Find("").empty());
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
+#include <set>
 
 #include "syntax/rules/line_analysis.h"
 #include "text/collation.h"
@@ -14,78 +14,68 @@ struct TElementRule {
   std::string_view Parent;
   std::string_view Element;
   std::vector<std::string_view> Attributes;
-  bool Named;  ///< nothing without a name
+
+  bool Has(std::string_view attribute) const {
+    return std::ranges::find(Attributes, attribute) != Attributes.end();
+  }
 };
 
 constexpr std::string_view kRoot = "objects";
 
 const std::vector<TElementRule>& Rules() {
   static const std::vector<TElementRule> rules = {
-      {kRoot, "object", {"name"}, true},
-      {kRoot, "type", {"name"}, true},
-      {kRoot, "const", {"name", "type"}, true},
-      {kRoot, "method", {"name", "type"}, true},
-      {kRoot, "data", {"name", "type"}, true},
-      {kRoot, "list", {"name", "flag", "type"}, true},
-      {"object", "comment", {}, false},
-      {"object", "method", {"name", "type"}, true},
-      {"object", "data", {"name", "type"}, true},
-      {"method", "comment", {}, false},
-      {"method", "return", {"type"}, false},
-      {"method", "param", {"name", "type", "list", "def"}, true},
-      {"method", "oparam", {"name", "type", "list", "def"}, true},
-      {"data", "comment", {}, false},
-      {"data", "return", {"type"}, false},
-      {"data", "param", {"name", "type", "list", "def"}, true},
-      {"data", "oparam", {"name", "type", "list", "def"}, true},
-      {"list", "comment", {}, false},
-      {"list", "listconst", {"name"}, true},
+      {kRoot, "object", {"name"}},
+      {kRoot, "type", {"name"}},
+      {kRoot, "const", {"name", "type"}},
+      {kRoot, "method", {"name", "type"}},
+      {kRoot, "data", {"name", "type"}},
+      {kRoot, "list", {"name", "flag", "type"}},
+      {"object", "comment", {}},
+      {"object", "method", {"name", "type"}},
+      {"object", "data", {"name", "type"}},
+      {"method", "comment", {}},
+      {"method", "return", {"type"}},
+      {"method", "param", {"name", "type", "list", "def"}},
+      {"method", "oparam", {"name", "type", "list", "def"}},
+      {"data", "comment", {}},
+      {"data", "return", {"type"}},
+      {"data", "param", {"name", "type", "list", "def"}},
+      {"data", "oparam", {"name", "type", "list", "def"}},
+      {"list", "comment", {}},
+      {"list", "listconst", {"name"}},
   };
   return rules;
 }
 
 bool IsMember(std::string_view element) { return element == "method" || element == "data"; }
+bool IsParameter(std::string_view element) { return element == "param" || element == "oparam"; }
+bool IsType(std::string_view element) { return element == "object" || element == "type"; }
 
-/// Names that are looked up among themselves: the first one counts.
-struct TFirstLines {
-  std::map<std::string, int> Lines;
-
-  /// The line of the one that was there before, or nothing.
-  std::optional<int> Enter(std::string name, int line) {
-    const auto [found, entered] = Lines.emplace(std::move(name), line);
-    if (entered) return std::nullopt;
-    return found->second;
-  }
-};
-
-/// Whether a call of that member, written in a line, is read back as it was written.
-bool ReadBack(std::string_view member, std::string_view first, std::string_view second,
-              bool parenthesised) {
+/// Whether a call with those values, written in a line, is read back as it was written.
+bool ReadBack(std::string_view first, std::string_view second, bool parenthesised) {
   const TSyntaxNames names;
-  const std::string call = "o." + std::string(member) + (parenthesised ? "(" : " ") +
-                           std::string(first) + ", " + std::string(second) +
-                           (parenthesised ? ")" : "");
+  const std::string call = std::string("o.m") + (parenthesised ? "(" : " ") + std::string(first) +
+                           ", " + std::string(second) + (parenthesised ? ")" : "");
   TLineAnalysis line;
   line.CutHostLine(call, 2, names);
-  return line.Expression() == call && line.MemberName() == member && line.ValueCount() == 2 &&
-         line.Value(0) == first && line.Value(1) == second;
+  return line.Expression() == call && line.ValueCount() == 2 && line.Value(0) == first &&
+         line.Value(1) == second;
 }
 
-bool ReachableFunction(std::string_view name) {
+/// The analysis takes a name behind a dot apart as it does a function's.
+bool ReachableMember(std::string_view name) {
   TSyntaxNames names;
   names.Functions.Add(name);
-  const std::string call = std::string(name) + "(1)";
   TLineAnalysis line;
-  line.CutHostLine(call, 0, names);
-  return line.Expression() == call && line.FunctionMode() && line.MemberName() == name;
+  line.CutHostLine(std::string(name) + "(1)", 0, names);
+  return line.MemberName() == name;
 }
 
 bool ReachableObject(std::string_view name) {
   const TSyntaxNames names;
-  const std::string chain = std::string(name) + ".x";
   TLineAnalysis line;
-  line.CutHostLine(chain, 1, names);
-  return line.Expression() == chain && line.ObjectText() == name;
+  line.CutHostLine(std::string(name) + ".x", 1, names);
+  return line.ObjectText() == name;
 }
 
 }  // namespace
@@ -113,19 +103,25 @@ void TDatabaseCheck::Text(std::string_view text) {
 
 /// The faults of one document, found node by node once the names of all are known.
 struct TDatabaseCheck::TFindings {
-  explicit TFindings(const std::vector<TNode>& nodes) : Nodes(nodes) { CollectNames(); }
+  explicit TFindings(const std::vector<TNode>& nodes) : Nodes(nodes) {
+    const auto inner = std::span(Nodes).subspan(1);
+    for (const TNode& node : inner) Collect(node);
+    for (const TNode& node : inner) Check(node);
+  }
 
   const std::vector<TNode>& Nodes;
   std::vector<TDatabaseFault> Faults;
   std::map<std::string, const TNode*> Types;  ///< by upper-cased name: letter case does not count
   std::vector<std::string_view> Lists;
-  std::map<const TNode*, int> Members;             ///< how many an object has
-  std::map<const TNode*, bool> Commented;          ///< whether an element has a comment with text
+  std::set<const TNode*> WithMembers;              ///< objects
+  std::set<const TNode*> WithParameters;           ///< what had one among the nodes checked
+  std::set<const TNode*> Commented;                ///< what has a comment with text
   std::map<std::string_view, const TNode*> First;  ///< of each name among the children of the root
-  std::map<std::string, TFirstLines> Scopes;
+  /// Where a name is first among those it is looked up with.
+  std::map<std::pair<std::string, std::string>, int> FirstLines;
 
-  const TNode* ParentOf(const TNode& node) const {
-    return node.Parent < 0 ? nullptr : &Nodes[static_cast<std::size_t>(node.Parent)];
+  const TNode& ParentOf(const TNode& node) const {
+    return Nodes[static_cast<std::size_t>(node.Parent)];
   }
 
   void Add(const TNode& node, TDatabaseFaultKind kind, std::string_view name,
@@ -133,20 +129,16 @@ struct TDatabaseCheck::TFindings {
     Faults.push_back({node.Line, kind, std::string(name), std::string(other), otherLine});
   }
 
-  void CollectNames() {
-    for (const TNode& node : Nodes) {
-      const TNode* parent = ParentOf(node);
-      if (!parent) continue;
-      const std::string_view name = node.Attribute("name");
-      if (parent->Parent < 0 && !name.empty()) {
-        First.emplace(name, &node);
-        if (node.Element == "object" || node.Element == "type")
-          Types.emplace(UpperText(name), &node);
-        if (node.Element == "list") Lists.push_back(name);
-      }
-      if (parent->Element == "object" && IsMember(node.Element)) ++Members[parent];
-      if (node.Element == "comment" && node.HasText) Commented[parent] = true;
+  void Collect(const TNode& node) {
+    const TNode& parent = ParentOf(node);
+    const std::string_view name = node.Attribute("name");
+    if (parent.Parent < 0 && !name.empty()) {
+      First.emplace(name, &node);
+      if (IsType(node.Element)) Types.emplace(UpperText(name), &node);
+      if (node.Element == "list") Lists.push_back(name);
     }
+    if (IsMember(node.Element)) WithMembers.insert(&parent);
+    if (node.Element == "comment" && node.HasText) Commented.insert(&parent);
   }
 
   const TNode* TypeOf(std::string_view name) const {
@@ -157,97 +149,85 @@ struct TDatabaseCheck::TFindings {
   /// What a person would call the node: its name, or that of what it belongs to.
   std::string_view NameOf(const TNode& node) const {
     const std::string_view name = node.Attribute("name");
-    const TNode* parent = ParentOf(node);
-    return name.empty() && parent ? parent->Attribute("name") : name;
+    return name.empty() ? ParentOf(node).Attribute("name") : name;
   }
 
-  void CheckNode(const TNode& node) {
-    const TNode* parent = ParentOf(node);
-    if (!parent) {
-      if (node.Element != "objects") Add(node, TDatabaseFaultKind::NoRoot, node.Element);
-      return;
-    }
+  void Check(const TNode& node) {
+    const TNode& parent = ParentOf(node);
     const auto rule = std::ranges::find_if(Rules(), [&](const TElementRule& each) {
-      return each.Parent == parent->Element && each.Element == node.Element &&
-             (each.Parent != kRoot || parent->Parent < 0);
+      return each.Parent == parent.Element && each.Element == node.Element &&
+             (each.Parent != kRoot || parent.Parent < 0);
     });
     if (rule == Rules().end()) {
-      Add(node, TDatabaseFaultKind::UnknownElement, node.Element, parent->Element);
+      Add(node, TDatabaseFaultKind::UnknownElement, node.Element, parent.Element);
       return;
     }
     for (const auto& [attribute, value] : node.Attributes) {
-      if (std::ranges::find(rule->Attributes, attribute) == rule->Attributes.end())
+      if (!rule->Has(attribute))
         Add(node, TDatabaseFaultKind::UnknownAttribute, attribute, node.Element);
     }
-    if (rule->Named && node.Attribute("name").empty()) {
+    const std::string_view name = node.Attribute("name");
+    if (rule->Has("name") && name.empty()) {
       Add(node, TDatabaseFaultKind::NoName, node.Element);
       return;
     }
     CheckReferences(node);
-    CheckName(node, *parent);
+    if (!name.empty()) CheckName(node, name);
     CheckHelp(node);
   }
 
   void CheckReferences(const TNode& node) {
     const std::string_view type = node.Attribute("type");
-    if (const TNode* found = TypeOf(type); !type.empty() && !found) {
-      Add(node, TDatabaseFaultKind::UnknownType, type, NameOf(node));
-    } else if (found && found->Element == "object" && !Members.contains(found) &&
-               node.Element != "param" && node.Element != "oparam") {
+    const TNode* found = TypeOf(type);
+    if (!type.empty() && !found) Add(node, TDatabaseFaultKind::UnknownType, type, NameOf(node));
+    if (IsParameter(node.Element)) {
+      CheckParameter(node, type);
+    } else if (found && found->Element == "object" && !WithMembers.contains(found)) {
       Add(node, TDatabaseFaultKind::DeadEnd, NameOf(node), type);
     }
-    if (node.Element != "param" && node.Element != "oparam") return;
+  }
+
+  void CheckParameter(const TNode& node, std::string_view type) {
     std::string_view list = node.Attribute("list");
     if (list.empty() && type == "bool") list = "bool";
     // The picker offers every list whose name occurs in this one.
     const bool offered = std::ranges::any_of(
         Lists, [&](std::string_view each) { return list.find(each) != std::string_view::npos; });
     if (!list.empty() && !offered) Add(node, TDatabaseFaultKind::UnknownList, list, NameOf(node));
-    const TNode& before = Nodes[static_cast<std::size_t>(&node - Nodes.data()) - 1];
-    const bool first = before.Parent != node.Parent || !before.Element.ends_with("param");
+    const bool first = WithParameters.insert(&ParentOf(node)).second;
     CheckValue(node, node.Attribute("def"), first);
   }
 
   /// The analysis minds what a call without parentheses begins with more than what follows.
   void CheckValue(const TNode& node, std::string_view value, bool first) {
     const auto readBack = [&](bool parenthesised) {
-      return first ? ReadBack("m", value, "1", parenthesised)
-                   : ReadBack("m", "1", value, parenthesised);
+      return first ? ReadBack(value, "1", parenthesised) : ReadBack("1", value, parenthesised);
     };
     if (value.empty() || (readBack(true) && readBack(false))) return;
     Add(node, TDatabaseFaultKind::CuttingValue, value);
   }
 
-  void CheckName(const TNode& node, const TNode& parent) {
-    const std::string_view name = node.Attribute("name");
-    if (name.empty()) return;
-    const bool top = parent.Parent < 0;
-    const bool type = node.Element == "object" || node.Element == "type";
-    if (type && First.at(name) != &node && First.at(name)->Element != "object" &&
-        First.at(name)->Element != "type") {
+  void CheckName(const TNode& node, std::string_view name) {
+    const TNode& parent = ParentOf(node);
+    if (IsType(node.Element) && !IsType(First.at(name)->Element))
       Add(node, TDatabaseFaultKind::Hidden, name, {}, First.at(name)->Line);
-    }
-    if (!Reachable(node, top)) Add(node, TDatabaseFaultKind::Unreachable, name);
+    if (!Reachable(node.Element, name)) Add(node, TDatabaseFaultKind::Unreachable, name);
     if (node.Element == "listconst") CheckValue(node, name, false);
     // Lists of one name are one; everything else is found once.
     if (node.Element == "list") return;
-    std::string scope = type                            ? std::string("type")
-                        : top && IsMember(node.Element) ? std::string("function")
+    std::string scope = IsType(node.Element)      ? std::string("type")
+                        : node.Element == "const" ? std::string("const")
                         : node.Element == "listconst"
                             ? "list " + std::string(parent.Attribute("name"))
-                        : node.Element == "param" || node.Element == "oparam"
-                            ? "parameter " + std::to_string(node.Parent)
-                        : top ? node.Element
-                              : std::to_string(node.Parent);
-    if (const auto before = Scopes[std::move(scope)].Enter(UpperText(name), node.Line))
-      Add(node, TDatabaseFaultKind::Duplicate, name, {}, *before);
+                            : std::to_string(node.Parent);
+    const auto [before, isFirst] =
+        FirstLines.emplace(std::pair(std::move(scope), UpperText(name)), node.Line);
+    if (!isFirst) Add(node, TDatabaseFaultKind::Duplicate, name, {}, before->second);
   }
 
-  static bool Reachable(const TNode& node, bool top) {
-    const std::string_view name = node.Attribute("name");
-    if (top && IsMember(node.Element)) return ReachableFunction(name);
-    if (IsMember(node.Element)) return ReadBack(name, "1", "2", true);
-    return node.Element != "const" || ReachableObject(name);
+  static bool Reachable(std::string_view element, std::string_view name) {
+    if (IsMember(element)) return ReachableMember(name);
+    return element != "const" || ReachableObject(name);
   }
 
   void CheckHelp(const TNode& node) {
@@ -259,15 +239,10 @@ struct TDatabaseCheck::TFindings {
 };
 
 std::vector<TDatabaseFault> TDatabaseCheck::Faults() const {
-  TFindings findings(FNodes);
-  if (FNodes.empty()) return {{1, TDatabaseFaultKind::NoRoot, {}, {}}};
-  if (FNodes.front().Element != "objects") {
-    findings.CheckNode(FNodes.front());
-    return findings.Faults;
-  }
-  for (const TNode& node : FNodes) findings.CheckNode(node);
-  std::ranges::stable_sort(findings.Faults, {}, &TDatabaseFault::Line);
-  return findings.Faults;
+  if (FNodes.empty()) return {{1, TDatabaseFaultKind::NoRoot}};
+  const TNode& root = FNodes.front();
+  if (root.Element != kRoot) return {{root.Line, TDatabaseFaultKind::NoRoot, root.Element}};
+  return TFindings(FNodes).Faults;
 }
 
 std::vector<std::pair<std::string, int>> TDatabaseCheck::Counts() const {
