@@ -39,7 +39,7 @@ void TTypeFilter::Preselect(std::string_view previous) {
 void TTypeFilter::Choose(int type, int card) {
   FType = type;
   FCard = card;
-  if (CardsEnabled() && FCard < 0 && !FCards.empty()) FCard = 0;
+  if (CardsEnabled() && !FCards.empty()) FCard = std::max(FCard, 0);
 }
 
 std::string TTypeFilter::ChosenValue() const {
