@@ -33,7 +33,7 @@ TEST(Layout, ReadsFormControlsAndProperties) {
   const auto layout = ParseLayout(
       "# a dialog\n"
       "form TDlgDebug inherits TDlgBase\n"
-      "  caption \"Dlg \"\"Debug\"\"\"  client 382 150  icons system minimize\n"
+      "\tcaption\t\"Dlg \"\"Debug\"\"\"client 382 150  icons system minimize\r\n"
       "memo Memo 0 -1 382 102  anchors left top right bottom  # inside a line too\n"
       "  lines \"a\" \"\"  scroll both\n"
       "button ButtonOK 96 115  click ButtonOKClick\n"
@@ -51,12 +51,17 @@ TEST(Layout, RefusesWhatItDoesNotKnow) {
   const struct {
     const char *Text, *Complaint;
   } cases[] = {
-      {"button B 1 2 3 4\n", "starts with its form"},
+      {"", "line 1: a layout starts with its form"},
+      {"button B 1 2 3 4\n", "line 1: a layout starts with its form"},
+      {"  form F\n", "line 1: an item starts with its kind"},
+      {"form F\n\"button\" B 1 2 3 4\n", "line 2: an item starts with its kind"},
+      {"form F\nbutton", "F, line 2: the name is missing"},
       {"form F\nslider S 1 2 3 4\n", "unknown kind slider"},
       {"form F\nbutton 1 2 3 4\n", "F, line 2: the name is missing"},
       {"form F\nbutton B 1 2 3 4 colour face\n", "F, line 2: B: unknown property colour"},
-      {"form F\nbutton B 1 2 3 4 change BChange\n", "F, line 2: B: a button takes no change"},
-      {"form F\nbutton B 1 2 3 4 wrap\n", "unknown property wrap"},
+      {"form F\nbutton B 1 2 3 4 5\n", "F, line 2: B: a property is missing"},
+      {"form F\nbutton B 1 2 3 4 default default\n", "F, line 2: B: default is given twice"},
+      {"form F\nbitmap-button B 1 2 3 4 change BChange\n", "a bitmap-button takes no change"},
       {"form F tab 1\n", "F, line 1: a form takes no tab"},
       {"form F icons system glyph add\n", "F, line 1: a form takes no glyph"},
       {"form F\nedit E 1 2 anchors\n  tab 1\n", "E: anchors cannot be tab"},
@@ -64,9 +69,10 @@ TEST(Layout, RefusesWhatItDoesNotKnow) {
       {"form F\nbutton B 1 2 3\n", "two or four"},
       {"form F\nbutton B 1 2\nbutton B 3 4\n", "F, line 3: B: is given twice"},
       {"form F\nbutton B 1 2 caption \"a\n", "not closed"},
-      {"form F\nedit E 1 2 color mauve\n", "E: color cannot be mauve"},
+      {"form F\nbutton B 1 2 caption \"a", "not closed"},
       {"form F\nbutton B 1 99999999999\n", "F, line 2: B: a position"},
   };
+  EXPECT_THROW(LayoutNumber("1a"), TLayoutError);
   for (const auto& each : cases) {
     try {
       ParseLayout(each.Text);
@@ -85,7 +91,7 @@ TEST(Layout, ADerivedLayoutOverridesItsBase) {
   const auto merged = MergeLayouts(
       base, ParseLayout("form B inherits A\n  caption \"b\"\n"
                         "edit E 1 1 1 1\nbutton OK 10 20 caption \"&Ouvrir\" help 3\n"));
-  EXPECT_EQ(merged.Form.Name + merged.Form.Find("caption")->Values[0], "Bb");
+  EXPECT_EQ(merged.Form.Name + merged.BaseName + merged.Form.Find("caption")->Values[0], "BAb");
   EXPECT_TRUE(merged.Form.Find("client"));
   ASSERT_EQ(merged.Controls.size(), 3u);
   const auto& ok = merged.Controls[0];
@@ -98,7 +104,7 @@ TEST(Layout, ADerivedLayoutOverridesItsBase) {
 
 TEST(Arrangement, GoesByTheAnchorsDownToWhereControlsWouldMeet) {
   const TAnchors fixed, right{false, true, true, false}, wide{true, true, true, false},
-      low{true, false, false, true}, all{true, true, true, true};
+      low{true, false, false, true}, corner{false, false, true, true}, all{true, true, true, true};
   const struct {
     const char* Name;
     std::vector<TArrangedItem> Items;
@@ -117,6 +123,13 @@ TEST(Arrangement, GoesByTheAnchorsDownToWhereControlsWouldMeet) {
       {"gives way below",
        {{{10, 10, 60, 50}, all, {48, 15}}, {{10, 60, 60, 80}, low, {}}},
        {198, 75}},
+      {"touches",
+       {{{10, 30, 60, 50}, low, {}}, {{10, 10, 60, 30}, fixed, {}}, {{60, 10, 190, 30}, right, {}}},
+       {200, 100}},
+      {"lies over another", {{{10, 10, 60, 50}, fixed, {}}, {{10, 40, 60, 80}, low, {}}}, {60, 60}},
+      {"stands apart both ways",
+       {{{10, 10, 60, 30}, fixed, {}}, {{90, 60, 190, 80}, corner, {}}},
+       {110, 70}},
       {"stops above", {{{10, 10, 60, 50}, fixed, {}}, {{10, 60, 60, 80}, low, {}}}, {60, 90}},
   };
   for (const auto& each : cases) {
@@ -141,18 +154,24 @@ TEST(Arrangement, GoesByTheAnchorsDownToWhereControlsWouldMeet) {
 TEST(Arrangement, FieldsMakeRoomForTheLabelsBesideThem) {
   const TAnchors fixed;
   std::vector<TArrangedItem> items = {
-      {{8, 12, 60, 25}, fixed, {}},          // a label that needs more
-      {{50, 8, 150, 29}, fixed, {40, 21}},   // its field
-      {{8, 42, 40, 55}, fixed, {}},          // one that does not
-      {{50, 38, 150, 59}, fixed, {40, 21}},  // its field stays in the column
-      {{160, 8, 180, 29}, fixed, {20, 21}},  // further right: stays
-      {{50, 80, 90, 101}, fixed, {38, 21}},  // of the column, with little to give
-      {{50, 120, 90, 133}, fixed, {}},       // a label in the column
+      {{50, 8, 150, 29}, fixed, {40, 21}},       // a field
+      {{8, 12, 60, 25}, fixed, {}},              // its label that needs more
+      {{8, 42, 40, 55}, fixed, {}},              // one that does not
+      {{50, 38, 150, 59}, fixed, {40, 21}},      // its field stays in the column
+      {{160, 8, 180, 29}, fixed, {2, 21}},       // further right: stays
+      {{50, 80, 90, 101}, fixed, {38, 21}},      // of the column, with little to give
+      {{50, 120, 98, 133}, fixed, {}},           // a label in the column
+      {{8, 0, 190, 140}, fixed, {2, 2}},         // around them all
+      {{0, 8, 6, 29}, fixed, {2, 21}},           // before the label
+      {{30, 8, 49, 29}, fixed, {2, 21}, false},  // between it and its field, but hidden
+      {{30, 80, 49, 101}, fixed, {2, 21}},       // between them, but on another line
+      {{40, 8, 49, 25}, fixed, {}},              // another label between them
+      {{100, 118, 150, 139}, fixed, {40, 21}},   // the field of the label in the column
   };
-  MakeRoomForLabels(items, {0, 2, 6}, 4);
-  const int lefts[] = {8, 64, 8, 64, 160, 52, 50};
+  MakeRoomForLabels(items, {1, 2, 6, 11}, 4);
+  const int lefts[] = {64, 8, 8, 64, 160, 52, 50, 8, 0, 30, 30, 40, 102};
   for (std::size_t i = 0; i < items.size(); ++i) EXPECT_EQ(items[i].Box.Left, lefts[i]) << i;
-  EXPECT_EQ(items[1].Box.Right, 150);
+  EXPECT_EQ(items[0].Box.Right, 150);
 }
 
 /// A dialog is usable by keyboard only when each of its fields has a place of its own in the Tab
@@ -211,6 +230,8 @@ TEST(Labels, BelongToTheControlTheyAreLaidOutFor) {
       {"form F\nlabel L 0 0\nedit E 0 24 9 13\n", "E=L"},
       {"form F\nlabel L 0 0\nedit E 0 25 9 13\n", "E="},
       {"form F\nlabel L 0 0 hidden\nedit E 9 0\n", "E="},
+      {"form F\nlabel L\nedit E 1 0 9 9\nedit D 1 13 9 13\n", "E=L D="},
+      {"form F\nlabel L 0 0\nedit E 0 0\nedit D 9 0\n", "E= D=L"},
   };
   const auto files = Resources("", ".form");
   for (const auto& [form, controls] : expected) {

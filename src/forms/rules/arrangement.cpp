@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <map>
 #include <utility>
 
 namespace {
@@ -30,18 +31,16 @@ bool Overlap(const TSpan& a, const TSpan& b) { return a.Start < b.End && b.Start
 
 /// By how much the form may shrink along an axis before one item is too small or out of sight.
 int ShrinkOf(const TSpan& span, int design) {
-  if (!span.EndMoves()) return std::max(design - span.End, 0);
+  if (!span.EndMoves()) return design - span.End;
   // Anchored to both sides it gets smaller; to the far one only, it meets the near side at last.
-  return span.StartMoves() ? std::max(span.Start, 0)
-                           : std::max(span.End - span.Start - span.Least, 0);
+  return span.StartMoves() ? span.Start : span.End - span.Start - span.Least;
 }
 
 /// By how much before two items, that stand apart along the axis, meet.
 int ShrinkOf(const TSpan& a, const TSpan& b) {
-  const TSpan& first = a.Start <= b.Start ? a : b;
-  const TSpan& second = a.Start <= b.Start ? b : a;
+  const auto [first, second] = std::ranges::minmax(a, b, {}, &TSpan::Start);
   if (first.EndMoves() || !second.StartMoves()) return INT_MAX;
-  return std::max(second.Start - first.End, 0);
+  return second.Start - first.End;
 }
 
 void Place(int& start, int& end, const TSpan& span, int growth) {
@@ -55,16 +54,14 @@ TArrangement::TArrangement(std::vector<TArrangedItem> items, TExtent design)
     : FItems(std::move(items)), FDesign(design) {
   int across = design.Width;
   int down = design.Height;
-  for (std::size_t i = 0; i < FItems.size(); ++i) {
-    const TSpan width = Across(FItems[i]);
-    const TSpan height = Down(FItems[i]);
-    if (!FItems[i].Shown) continue;
+  std::vector<std::pair<TSpan, TSpan>> others;
+  for (const auto& item : FItems) {
+    if (!item.Shown) continue;
+    const TSpan width = Across(item);
+    const TSpan height = Down(item);
     across = std::min(across, ShrinkOf(width, design.Width));
     down = std::min(down, ShrinkOf(height, design.Height));
-    for (std::size_t j = 0; j < i; ++j) {
-      if (!FItems[j].Shown) continue;
-      const TSpan otherWidth = Across(FItems[j]);
-      const TSpan otherHeight = Down(FItems[j]);
+    for (const auto& [otherWidth, otherHeight] : others) {
       const bool besides = !Overlap(width, otherWidth);
       const bool below = !Overlap(height, otherHeight);
       // Those that stand apart both ways need to stay so one way only: the one with more room.
@@ -76,15 +73,15 @@ TArrangement::TArrangement(std::vector<TArrangedItem> items, TExtent design)
         down = std::min(down, ShrinkOf(height, otherHeight));
       }
     }
+    others.emplace_back(width, height);
   }
-  FLeast = {design.Width - across, design.Height - down};
+  FLeast = {design.Width - std::max(across, 0), design.Height - std::max(down, 0)};
 }
 
 std::vector<TBox> TArrangement::At(TExtent size) const {
   const int wider = std::max(size.Width, FLeast.Width) - FDesign.Width;
   const int higher = std::max(size.Height, FLeast.Height) - FDesign.Height;
   std::vector<TBox> boxes;
-  boxes.reserve(FItems.size());
   for (const auto& item : FItems) {
     TBox box = item.Box;
     Place(box.Left, box.Right, Across(item), wider);
@@ -97,27 +94,22 @@ std::vector<TBox> TArrangement::At(TExtent size) const {
 void MakeRoomForLabels(std::vector<TArrangedItem>& items, const std::vector<std::size_t>& labels,
                        int gap) {
   const auto isLabel = [&](std::size_t i) { return std::ranges::find(labels, i) != labels.end(); };
-  // Every field by the column it starts in, and by how much that column is too far left.
-  std::vector<std::pair<int, int>> columns;
+  std::map<int, int> lacking;  // by the column that fields start in: how much it is too far left
   for (const std::size_t label : labels) {
-    const TSpan line = Down(items[label]);
-    const TArrangedItem* field = nullptr;
+    int column = INT_MAX;
     for (std::size_t i = 0; i < items.size(); ++i) {
-      if (isLabel(i) || !items[i].Shown || !Overlap(line, Down(items[i]))) continue;
-      if (items[i].Box.Left <= items[label].Box.Left) continue;
-      if (!field || items[i].Box.Left < field->Box.Left) field = &items[i];
+      const int left = items[i].Box.Left;
+      if (!isLabel(i) && items[i].Shown && left > items[label].Box.Left &&
+          Overlap(Down(items[label]), Down(items[i]))) {
+        column = std::min(column, left);
+      }
     }
-    if (!field) continue;
-    const int lacking = items[label].Box.Right + gap - field->Box.Left;
-    if (lacking > 0) columns.emplace_back(field->Box.Left, lacking);
+    lacking[column] = std::max(lacking[column], items[label].Box.Right + gap - column);
   }
   for (std::size_t i = 0; i < items.size(); ++i) {
     if (isLabel(i)) continue;
     auto& box = items[i].Box;
-    const int column = box.Left;
-    for (const auto& [left, lacking] : columns) {
-      if (left != column) continue;
-      box.Left = std::max(box.Left, std::min(column + lacking, box.Right - items[i].Least.Width));
-    }
+    box.Left = std::max(box.Left,
+                        std::min(box.Left + lacking[box.Left], box.Right - items[i].Least.Width));
   }
 }

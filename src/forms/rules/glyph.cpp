@@ -21,8 +21,9 @@ std::string_view TakeLine(std::string_view& text) {
 
 std::uint32_t ParseColor(std::string_view hex) {
   std::uint32_t color = 0;
-  const auto [end, error] = std::from_chars(hex.data(), hex.data() + hex.size(), color, 16);
-  if (hex.size() != 6 || error != std::errc() || end != hex.data() + hex.size()) {
+  const char* const last = hex.data() + hex.size();
+  const auto [end, error] = std::from_chars(hex.data(), last, color, 16);
+  if (hex.size() != 6 || error != std::errc() || end != last) {
     throw TLayoutError("a glyph's colour has six hexadecimal digits");
   }
   return color | 0xFF000000u;

@@ -49,36 +49,33 @@ std::string ReadQuoted(std::string_view text, std::size_t& at, int line) {
 
 std::optional<int> NumberOf(std::string_view word) {
   int number = 0;
-  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (error != std::errc() || end != word.data() + word.size()) return std::nullopt;
+  const char* const last = word.data() + word.size();
+  const auto [end, error] = std::from_chars(word.data(), last, number);
+  if (error != std::errc() || end != last) return std::nullopt;
   return number;
 }
 
 std::vector<TLexeme> Tokenize(std::string_view text) {
   std::vector<TLexeme> lexemes;
   int line = 1;
-  bool lineStart = true;
   for (std::size_t at = 0; at < text.size();) {
     const char c = text[at];
+    const bool atMargin = at == 0 || text[at - 1] == '\n';
     if (c == '\n') {
       ++line;
-      lineStart = true;
       ++at;
     } else if (IsBlank(c)) {
-      lineStart = false;
       ++at;
     } else if (c == '#') {
       at = std::min(text.find('\n', at), text.size());
     } else if (c == '"') {
-      lexemes.push_back({TToken::Text, ReadQuoted(text, at, line), line, lineStart});
-      lineStart = false;
+      lexemes.push_back({TToken::Text, ReadQuoted(text, at, line), line, atMargin});
     } else {
       const auto start = at;
       while (at < text.size() && !IsBlank(text[at]) && text[at] != '\n' && text[at] != '"') ++at;
       const auto word = text.substr(start, at - start);
       lexemes.push_back(
-          {NumberOf(word) ? TToken::Number : TToken::Word, std::string(word), line, lineStart});
-      lineStart = false;
+          {NumberOf(word) ? TToken::Number : TToken::Word, std::string(word), line, atMargin});
     }
   }
   return lexemes;
@@ -93,7 +90,7 @@ class TParser {
     if (FLexemes.empty() || FLexemes[0].Value != "form") Fail(1, "a layout starts with its form");
     layout.Form = ReadHead();
     FPlace.Form = layout.Form.Name;
-    if (FAt < FLexemes.size() && !FLexemes[FAt].AtMargin && FLexemes[FAt].Value == "inherits") {
+    if (ItemGoesOn() && FLexemes[FAt].Value == "inherits") {
       ++FAt;
       layout.BaseName = Take(TToken::Word, "the name of the base");
     }
@@ -114,9 +111,7 @@ class TParser {
  private:
   bool ItemGoesOn() const { return FAt < FLexemes.size() && !FLexemes[FAt].AtMargin; }
 
-  int Line() const {
-    return FLexemes.empty() ? 1 : FLexemes[std::min(FAt, FLexemes.size() - 1)].Line;
-  }
+  int Line() const { return FLexemes[std::min(FAt, FLexemes.size() - 1)].Line; }
 
   std::string Take(TToken token, const std::string& what) {
     if (!ItemGoesOn() || FLexemes[FAt].Token != token) Fail(Line(), what + " is missing");
@@ -156,12 +151,12 @@ class TParser {
 
   std::vector<std::string> ReadValues(const TLayoutWord& word) {
     std::vector<std::string> values;
-    const auto limit = word.Count < 0 ? ~std::size_t{0} : static_cast<std::size_t>(word.Count);
+    const auto limit = static_cast<std::size_t>(word.Count);  // of -1 there is none
     while (values.size() < limit && ItemGoesOn() && FLexemes[FAt].Token == word.Token) {
       const auto& value = FLexemes[FAt].Value;
       if (!word.Allows(value)) {
         // A list of words ends where the next property begins.
-        if (word.Count < 0 && !values.empty()) break;
+        if (!values.empty()) break;
         Fail(Line(), std::string(word.Name) + " cannot be " + value);
       }
       values.push_back(value);

@@ -100,11 +100,8 @@ constexpr TLayoutWord kWords[] = {
 
 bool TLayoutWord::FitsKind(std::string_view kind) const {
   const auto found = std::ranges::find(kControlKinds, kind);
-  const unsigned bit = kind == "form" ? kForm
-                       : found == std::end(kControlKinds)
-                           ? 0
-                           : 1u << static_cast<unsigned>(found - std::begin(kControlKinds));
-  return (Kinds & bit) != 0;
+  // The bit of the form, which is none of them, follows theirs.
+  return (Kinds & 1u << static_cast<unsigned>(found - std::begin(kControlKinds))) != 0;
 }
 
 bool TLayoutWord::Allows(std::string_view value) const {

@@ -16,7 +16,7 @@ struct TLayoutWord {
   std::span<const std::string_view> Words = {};  ///< allowed words; empty: any
   bool Event = false;                            ///< the value names a handler
 
-  bool FitsKind(std::string_view kind) const;
+  bool FitsKind(std::string_view kind) const;  ///< of a control, or "form"
   bool Allows(std::string_view value) const;
 };
 
