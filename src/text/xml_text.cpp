@@ -22,33 +22,26 @@ class TScan {
   std::size_t At() const { return FAt; }
   bool AtEnd() const { return FAt == FText.size(); }
   TChar Next() const { return AtEnd() ? TChar() : FText[FAt]; }
-  void Skip() { FAt += !AtEnd(); }
+  void Skip() { ++FAt; }
   bool SkipBlanks() {
     const std::size_t start = FAt;
     while (!AtEnd() && IsBlank(static_cast<char16_t>(FText[FAt]))) ++FAt;
     return FAt > start;
   }
   bool Take(std::string_view ascii) {
-    const TText rest = FText.substr(FAt);
-    const bool there = rest.size() >= ascii.size() &&
-                       std::equal(ascii.begin(), ascii.end(), rest.begin(),
-                                  [](char a, TChar c) { return static_cast<TChar>(a) == c; });
+    const bool there =
+        std::ranges::equal(FText.substr(FAt, ascii.size()), ascii,
+                           [](TChar c, char a) { return c == static_cast<TChar>(a); });
     if (there) FAt += ascii.size();
     return there;
   }
-  bool TakeThrough(std::string_view ascii) {
-    while (!AtEnd())
-      if (Take(ascii))
-        return true;
-      else
-        ++FAt;
-    return false;
-  }
-  /// A comment or a processing instruction, to its end.
-  std::optional<bool> TakeAside() {
-    if (Take("<!--")) return TakeThrough("-->");
-    if (Take("<?")) return TakeThrough("?>");
-    return std::nullopt;
+  /// A comment or a processing instruction, to its end; to the text's end, where nothing can follow
+  /// that must, when it has none.
+  bool TakeAside() {
+    const bool comment = Take("<!--");
+    if (!comment && !Take("<?")) return false;
+    while (!AtEnd() && !Take(comment ? "-->" : "?>")) ++FAt;
+    return true;
   }
   /// A text between quotes.
   std::optional<TText> TakeQuoted() {
@@ -132,7 +125,7 @@ bool NormalizeCharacters(std::u16string& text) {
     if (IsPlain(c)) {
       text[to++] = c;
     } else if (c == u'\r') {
-      if (i + 1 == text.size() || text[i + 1] != u'\n') text[to++] = u'\n';
+      if (text[i + 1] != u'\n') text[to++] = u'\n';  // past the last character is a zero
     } else {
       const bool isLead = c >= 0xD800 && c < 0xDC00;
       if (!isLead || ++i == text.size() || text[i] < 0xDC00 || text[i] >= 0xE000) return false;
@@ -151,12 +144,12 @@ TXmlText TakeDeclaration(TTextScan& scan) {
   if (scan.Take("<!ENTITY")) return TXmlText::DefinesEntities;
   if (!scan.Take("<!ELEMENT") && !scan.Take("<!ATTLIST") && !scan.Take("<!NOTATION"))
     return TXmlText::Broken;
-  while (!scan.AtEnd()) {
-    if (scan.Take(">")) return TXmlText::Ready;
+  while (!scan.Take(">")) {
+    if (scan.AtEnd()) return TXmlText::Broken;
     if (scan.Next() == u'%') return TXmlText::DefinesEntities;
     if (!scan.TakeQuoted()) scan.Skip();
   }
-  return TXmlText::Broken;
+  return TXmlText::Ready;
 }
 
 TXmlText TakeInternalPart(TTextScan& scan) {
@@ -164,10 +157,7 @@ TXmlText TakeInternalPart(TTextScan& scan) {
     scan.SkipBlanks();
     if (scan.Take("]")) return TXmlText::Ready;
     if (scan.Next() == u'%') return TXmlText::DefinesEntities;
-    if (const auto closed = scan.TakeAside()) {
-      if (!*closed) return TXmlText::Broken;
-      continue;
-    }
+    if (scan.TakeAside()) continue;
     const TXmlText declaration = TakeDeclaration(scan);
     if (declaration != TXmlText::Ready) return declaration;
   }
@@ -176,8 +166,8 @@ TXmlText TakeInternalPart(TTextScan& scan) {
 /// What follows "<!DOCTYPE", to its end.
 TXmlText TakeDocumentType(TTextScan& scan) {
   if (!scan.SkipBlanks()) return TXmlText::Broken;
-  while (!scan.AtEnd()) {
-    if (scan.Take(">")) return TXmlText::Ready;
+  while (!scan.Take(">")) {
+    if (scan.AtEnd()) return TXmlText::Broken;
     if (scan.Take("[")) {
       const TXmlText part = TakeInternalPart(scan);
       scan.SkipBlanks();
@@ -187,7 +177,7 @@ TXmlText TakeDocumentType(TTextScan& scan) {
     if (scan.Next() == u'<') return TXmlText::Broken;
     if (!scan.TakeQuoted()) scan.Skip();
   }
-  return TXmlText::Broken;
+  return TXmlText::Ready;
 }
 
 void Blank(std::u16string& text, std::size_t start, std::size_t end) {
@@ -218,10 +208,7 @@ TXmlText PrepareXmlText(std::u16string& text) {
   TTextScan scan(text);
   for (bool mayHaveType = true;;) {
     scan.SkipBlanks();
-    if (const auto closed = scan.TakeAside()) {
-      if (!*closed) return TXmlText::Broken;
-      continue;
-    }
+    if (scan.TakeAside()) continue;
     const std::size_t start = scan.At();
     if (!std::exchange(mayHaveType, false) || !scan.Take("<!DOCTYPE")) {
       return scan.Take("<") && scan.Next() != u'!' ? TXmlText::Ready : TXmlText::Broken;

@@ -137,7 +137,7 @@ TEST(DirectoryFiles, OpeningAndEntering) {
 }
 
 TEST(DirectoryFiles, MovesAndRefusals) {
-  enum { None, Stuck, HalfACopy, OthersMove, OthersSave, NothingNoted };
+  enum { None, Stuck, HalfACopy, OthersMove, OthersSave, NothingNoted, NotSaved, CopyNotSaved };
   const struct {
     const char *Directory, *Folder, *Current;
     const char* Moved;  ///< null: refused
@@ -158,6 +158,8 @@ TEST(DirectoryFiles, MovesAndRefusals) {
       {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", OthersSave},
       {"c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef", OthersSave, "c:\\x\\"},
       {"c:\\zef", "d:\\data", "c:\\", nullptr, "c:\\", NothingNoted},
+      {"c:\\zef", "c:\\x", "c:\\zef", nullptr, "c:\\zef", NotSaved, "c:\\x\\"},
+      {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", CopyNotSaved},
       {"c:\\zef", "d:\\data", "c:\\zef", nullptr, "c:\\zef", None, "d:\\data\\zef\\"},
       {"c:\\zef", "c:\\", "c:\\zef", nullptr, "c:\\zef"},
       {"c:\\zef", "c:\\zef", "c:\\zef", nullptr, "c:\\zef"},
@@ -175,7 +177,7 @@ TEST(DirectoryFiles, MovesAndRefusals) {
     files.Paths.insert(c.Exists);
     TListOfOne store(c.Directory);
     store.Busy = c.Trouble == OthersSave;
-    if (c.Trouble == NothingNoted) store.FailAt = 0;
+    if (c.Trouble >= NothingNoted) store.FailAt = c.Trouble - NothingNoted;
     const TPaths before = files.Paths;
     const auto moved = MoveDirectoryInto(files, store, c.Directory, c.Folder);
     EXPECT_EQ(files.Here, c.CurrentAfter);
@@ -189,9 +191,9 @@ TEST(DirectoryFiles, MovesAndRefusals) {
 
 /// What goes wrong, by number from 0 on: none is -1. Set to -1 when it did not come to that.
 struct TFaults {
-  int MoveStep;    ///< of the move: the program dies there
-  int SettleStep;  ///< of the next opening
-  int Reading;     ///< of the move: the text cannot be read
+  int MoveStep = -1, SettleStep = -1;  ///< of the move, of the next opening: the program dies there
+  int Reading = -1;                    ///< of the move: the text cannot be read
+  int Writing = -1, LastWriting = -1;  ///< of the move: it fails, or it and all after it
 };
 
 /// Breaks a move off, then goes on.
@@ -208,6 +210,8 @@ void BreakOff(const std::string& folder, TFaults& faults) {
   store.Values["DirAliasPending"] = "DirAliasPath0,c:\\zef,?,DirAliasPath2,c:\\zef2,?,.";
   store.Changed = [&] { files.Step(); };
   store.UnreadableAt = faults.Reading;
+  store.FailAt = std::max(faults.Writing, faults.LastWriting);
+  store.FailAfter = faults.LastWriting >= 0;
   const auto whole = [&](const std::string& path) { return files.In(path) == kWhole; };
   const auto stored = [&] { return store.Read("DirAliasPath0"); };
   const auto run = [&](int& step, auto&& action) {
@@ -220,8 +224,12 @@ void BreakOff(const std::string& folder, TFaults& faults) {
   };
   // A renaming is told to the list right after it, and the note says so until then.
   const bool copies = folder[0] != 'c';
-  run(faults.MoveStep, [&] { MoveDirectoryInto(files, store, "c:\\zef", folder); });
+  run(faults.MoveStep, [&] {
+    const auto moved = MoveDirectoryInto(files, store, "c:\\zef", folder);
+    EXPECT_TRUE(copies || moved.has_value() != whole("c:\\zef"));
+  });
   if (!store.ReadAgain()) faults.Reading = -1;
+  if (store.Changes <= std::exchange(store.FailAt, -1)) faults.Writing = faults.LastWriting = -1;
   EXPECT_TRUE(!copies || whole(stored()));
   run(faults.SettleStep, [&] { SettleMove(files, store); });
   EXPECT_TRUE(!copies || whole(stored()));
@@ -238,17 +246,19 @@ void BreakOff(const std::string& folder, TFaults& faults) {
   EXPECT_EQ(files.Paths, (TPaths{"c:\\", "c:\\old\\", "c:\\x\\", "d:\\", "d:\\data\\"}));
 }
 
-TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStepAndEveryTextThatCannotBeRead) {
+TEST(DirectoryFiles, AMoveSurvivesDeathAtEveryStepAndEveryTextThatFails) {
   for (const char* folder : {"d:\\data", "c:\\x"}) {
     int steps = 0;
-    for (TFaults faults{0, 0, -1}; faults.MoveStep >= 0; ++steps)
+    for (TFaults faults{0, 0}; faults.MoveStep >= 0; ++steps)
       for (int settle = 0; settle == 0 || faults.SettleStep >= 0; ++settle)
-        BreakOff(folder, faults = {steps, settle, -1});
+        BreakOff(folder, faults = {steps, settle});
     EXPECT_GT(steps, *folder == 'd' ? 10 : 3) << folder;
-    int readings = 0;
-    for (TFaults faults{-1, -1, 0}; faults.Reading >= 0; ++readings)
-      BreakOff(folder, faults = {-1, -1, readings});
-    EXPECT_GT(readings, 3) << folder;
+    for (const auto fault : {&TFaults::Reading, &TFaults::Writing, &TFaults::LastWriting}) {
+      int number = 0;
+      for (TFaults faults; number == 0 || faults.*fault >= 0; BreakOff(folder, faults))
+        faults = {}, faults.*fault = number++;
+      EXPECT_GT(number, 3) << folder;
+    }
   }
 }
 

@@ -66,16 +66,10 @@ TEST(DirectoryList, KeepsItsOrderAndItsDefault) {
          return list.IndexOfPath("x");
        },
        1, "a=X*;b=X;c=x\\;"},
-      {[](auto& list) {
-         list.Import("aa", "x"), list.SetPath(0, "X");
-         return list.IndexOfPath("x");
-       },
-       0, "a=X*;aa=x;b=;c=;"},
-      {[](auto& list) {
-         list.SetPath(1, "c:\\x\\y"), list.Repoint("c:\\x", "d:");
-         return list.IndexOfPath("d:\\y");
-       },
-       1, "a=*;b=d:\\y;c=;"},
+      {[](auto& l) { return l.Import("aa", "x"), l.SetPath(0, "X"), l.IndexOfPath("x"); }, 0,
+       "a=X*;aa=x;b=;c=;"},
+      {[](auto& l) { return l.SetPath(1, "x"), l.Repoint("X", "y"), l.IndexOfPath("y"); }, 1,
+       "a=*;b=y;c=;"},
       {[](auto& list) { return list.IndexOfPath("y"); }, -1, "a=*;b=;c=;"},
       {[](auto& list) { return list.Remove(0), list.IndexToOpen("C"); }, 1, "b=;c=;"},
   };
@@ -116,9 +110,7 @@ TEST(DirectoryList, WhatAPendingListSaysAndWhatWasWrittenSince) {
                {broken.substr(0, broken.size() - 2), {}, "n=p;"},
                {broken + ",", {}, "n=p;"},
                {broken + "x", {}, "n=p;"},
-               {"x", {}, "n=p;"},
-               {"d,a,p", {}, "n=p;"},
-               {"\"", {}, "n=p;"}};
+               {"d,a,p", {}, "n=p;"}};
   for (int run = 0; run < 32 * static_cast<int>(std::size(cases)); ++run) {
     const auto& c = cases[run / 32];
     TMemoryStore store;
@@ -127,12 +119,10 @@ TEST(DirectoryList, WhatAPendingListSaysAndWhatWasWrittenSince) {
     for (const auto& [name, value] : c.Since) store.Values[name] = value;
     // A reading that fails breaks nothing.
     store.UnreadableAt = run % 32;
-    Loaded(store);
-    store.ReadAgain();
-    store.Busy = true;
+    Loaded(store), store.ReadAgain();
     // While another process saves.
-    const int changes = store.Changes;
-    EXPECT_TRUE(Loaded(store) == c.Shown && store.Changes == changes) << c.Pending;
+    store.Busy = true, store.Changes = 0;
+    EXPECT_TRUE(Loaded(store) == c.Shown && store.Changes == 0) << c.Pending;
     store.Busy = false;
     EXPECT_EQ(Loaded(store), c.Shown) << c.Pending;
     EXPECT_TRUE(std::string(c.Shown).starts_with(store.Read("DirAliasName0") + "=")) << c.Pending;

@@ -186,6 +186,8 @@ TEST(XmlText, TellsEncodings) {
       {"<?xml version='1.0' encoding='UTF-16'?>", 0},  // these bytes are not
       {"<?xml version='1.0' encoding='nowhere-1'?>", 0},
       {"<?xml version='1.0' encoding='iso-8859-x'?>", 0},
+      {"<?xml version='1.0' encoding='iso-8859-0'?>", 0},
+      {"<?xml version='1.0' encoding='IBM850'?>", 850},
       {"<?xml encoding='big5' version='1.0'?>", 65001},  // as nobody may write it
       {"<?xml version='1.0' encoding='utf-8?>", 65001},
       {" <?xml version='1.0' encoding='big5'?>", 65001},
@@ -199,14 +201,16 @@ TEST(XmlText, TellsEncodings) {
 TEST(XmlText, IsMadeReadyForAnyReader) {
   const auto outcome = [](std::u16string text) { return PrepareXmlText(text); };
   const std::pair<const char16_t*, const char16_t*> ready[] = {
-      {u"<a>\r\n\r\rx\n</a>", u"<a>\n\n\nx\n</a>"},
-      {u"<a>\xD83D\xDE00</a>", u"<a>\xD83D\xDE00</a>"},
+      {u"<a>\r\n\r\rx\r\n</a>\r", u"<a>\n\n\nx\n</a>\n"},
+      {u"<a>\xD800\xDC00\xDBFF\xDFFF\xD7FF\xE000\xFFFD\t</a>",
+       u"<a>\xD800\xDC00\xDBFF\xDFFF\xD7FF\xE000\xFFFD\t</a>"},
       {u"<?xml version='1.0' encoding='big5' ?><a/>", u"<?xml version='1.0' ?><a/>"},
       {u"<!DOCTYPE o><o/>", u" <o/>"},
       {u"<!--<!DOCTYPE--><?p <!?>\n<!DOCTYPE o SYSTEM \"a>[<!ENTITY\"><o/>",
        u"<!--<!DOCTYPE--><?p <!?>\n <o/>"},
       {u"<!DOCTYPE o PUBLIC 'p' 'http://x/y' [ ] ><o/>", u" <o/>"},
-      {u"<!DOCTYPE o [<!--<!ENTITY--><?p ]>?><!ELEMENT o (#PCDATA)><!ATTLIST o a CDATA "
+      {u"<!DOCTYPE o [<!--<!ENTITY--><?p ]>?><!NOTATION n SYSTEM 'x'><!ELEMENT o "
+       u"(#PCDATA)><!ATTLIST o a CDATA "
        u"'%]>'>]><o/>",
        u" <o/>"},
   };
@@ -222,10 +226,12 @@ TEST(XmlText, IsMadeReadyForAnyReader) {
        {u"o [<!ENTITY a 'b'>]", u"o SYSTEM 'x' [ %p; ]", u"o [<!ATTLIST o %p;>]"})
     EXPECT_EQ(outcome(u"<!DOCTYPE " + std::u16string(type) + u"><o/>"), TXmlText::DefinesEntities);
   for (const std::u16string_view broken :
-       {u"<!DOCTYPE o [<!OTHER>]><o/>", u"<!DOCTYPE o [ <o/>", u"<!DOCTYPE o [] x><o/>",
-        u"<!DOCTYPE o <o/>", u"<!DOCTYPEo><o/>", u"<!DOCTYPE o", u"<!DOCTYPE o><!DOCTYPE o><o/>",
-        u"<?xml version='1.0' encoding='a?><b c='d'/>", u"MZ", u"<!-- no end", u"<a>\x1</a>",
-        u"<a>\xFFFE</a>", u"<a>\xDC00</a>", u"<a>\xD83D</a>", u"\xD83D"})
+       {u"<!DOCTYPE o [<!OTHER>]><o/>", u"<!DOCTYPE o [ <!ELEMENT o", u"<!DOCTYPE o [] x><o/>",
+        u"<!DOCTYPE o <a><o/>", u"<!DOCTYPEo><o/>", u"<!DOCTYPE<o/>", u"<!DOCTYPE o []<o/>",
+        u"<!DOCTYPE o", u"<!DOCTYPE o><!DOCTYPE o><o/>",
+        u"<?xml version='1.0' encoding='a?><b c='?><d/>", u"MZ", u"<!-- no end", u"<a>\x1</a>",
+        u"<a>\xFFFE</a>", u"<a>\xDC00\xDC00</a>", u"<a>\xD83D</a>", u"<a>\xD83D\xE000</a>",
+        u"\xD83D"})
     EXPECT_EQ(outcome(std::u16string(broken)), TXmlText::Broken)
         << std::string(broken.begin(), broken.end());
 }

@@ -97,9 +97,7 @@ bool TDirectoryList::Save(TSettingsStore& store) {
 bool TDirectoryList::Repoint(TSettingsStore& store, const std::string& from,
                              const std::string& to) {
   const auto held = store.Hold();
-  if (!held) return false;
-  FinishPendingList(store);
-  return RepointStoredList(store, from, to);
+  return held && FinishPendingList(store) && RepointStoredList(store, from, to);
 }
 
 void TDirectoryList::Repoint(const std::string& from, const std::string& to) {

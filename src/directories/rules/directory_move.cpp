@@ -59,12 +59,11 @@ void GiveUpOriginal(TDirectoryFiles& files, const TMove& move) {
   if (!files.RemoveCopied(move.Aside(), move.To)) files.Rename(move.Aside(), move.From);
 }
 
-/// From a whole copy under its final name to the end. False when the next opening has to go on.
-bool Finish(TDirectoryFiles& files, TSettingsStore& store, const TMove& move) {
-  if (files.Rename(move.From, move.Aside()) != TRenaming::Done) return false;
+/// From a whole copy under its final name to the end, or as far as the next opening can go on.
+void Finish(TDirectoryFiles& files, TSettingsStore& store, const TMove& move) {
+  if (files.Rename(move.From, move.Aside()) != TRenaming::Done) return;
   GiveUpOriginal(files, move);
   store.Remove(kNote);
-  return true;
 }
 
 /// Deletes a copy and the note of it; the note stays while the copy does.

@@ -35,13 +35,10 @@ std::optional<int> ParseNumber(std::string_view text) {
   return number;
 }
 
-/// The number of an entry's name value, when it is one that is written so.
+/// The number of an entry's name value, though perhaps written in another way.
 std::optional<int> EntryNumber(std::string_view valueName) {
   if (!SameText(valueName.substr(0, kName.size()), kName)) return std::nullopt;
-  const auto digits = valueName.substr(kName.size());
-  const auto number = ParseNumber(digits);
-  if (!number || std::to_string(*number) != digits) return std::nullopt;
-  return number;
+  return ParseNumber(valueName.substr(kName.size()));
 }
 
 /// The numbers below the count that may have an entry.
@@ -113,10 +110,7 @@ std::optional<TValues> PendingValues(const TSettingsStore& store, std::string_vi
 
 TStoredList ReadStoredList(const TSettingsStore& store) {
   TStoredList list;
-  TValues pending;
-  if (const std::string text = store.Read(kPending); !text.empty()) {
-    pending = PendingValues(store, text).value_or(TValues());
-  }
+  const TValues pending = PendingValues(store, store.Read(kPending)).value_or(TValues());
   const auto read = [&](const std::string& name) {
     const auto found = std::ranges::find(pending, name, &TValues::value_type::first);
     return found == pending.end() ? store.Read(name) : found->second;
@@ -142,12 +136,12 @@ bool WriteStoredList(TSettingsStore& store, const TStoredList& list) {
   return true;
 }
 
-void FinishPendingList(TSettingsStore& store) {
+bool FinishPendingList(TSettingsStore& store) {
   const std::string text = store.Read(kPending);
-  if (text.empty()) return;
+  if (text.empty()) return true;
   const auto values = PendingValues(store, text);
-  if (store.ReadFailed()) return;
-  if (!values || WriteValues(store, *values)) store.Remove(kPending);
+  if (store.ReadFailed()) return false;
+  return (!values || WriteValues(store, *values)) && store.Remove(kPending);
 }
 
 bool RepointStoredList(TSettingsStore& store, const std::string& from, const std::string& to) {

@@ -20,9 +20,10 @@ TStoredList ReadStoredList(const TSettingsStore& store);
 /// Writes a list over the one before, all or nothing; see FinishPendingList.
 bool WriteStoredList(TSettingsStore& store, const TStoredList& list);
 
-/// Finishes a writing that was broken off, unless the store was changed by other means since. To be
-/// called while the store is held.
-void FinishPendingList(TSettingsStore& store);
+/// Finishes a writing that was broken off, unless the store was changed by other means since. False
+/// when it stays unfinished: what is written meanwhile would make it count no more. To be called
+/// while the store is held.
+bool FinishPendingList(TSettingsStore& store);
 
 /// Writes the new path of each stored entry that follows a directory (see FollowedPath).
 bool RepointStoredList(TSettingsStore& store, const std::string& from, const std::string& to);

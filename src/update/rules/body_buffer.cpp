@@ -34,8 +34,7 @@ std::size_t TBodyBuffer::CopyTo(std::span<char> target) const {
   std::size_t copied = 0;
   for (const auto& block : FBlocks) {
     const std::size_t count = std::min(block.Used, target.size() - copied);
-    if (count == 0) break;
-    std::memcpy(target.data() + copied, block.Bytes.get(), count);
+    std::copy_n(block.Bytes.get(), count, target.data() + copied);
     copied += count;
   }
   return copied;
