@@ -107,10 +107,8 @@ struct TStringList::TImpl {
 
   /// The line that a name stands for.
   std::optional<TLineId> Named(std::string_view name) {
-    const auto first = Names.First(name);
-    if (!first || LastSet.empty()) return first;
     const auto set = LastSet.find(name);
-    return set == LastSet.end() ? first : set->second;
+    return set == LastSet.end() ? Names.First(name) : set->second;
   }
 
   TLastSet::iterator LastSetOf(TLineId id) noexcept {

@@ -64,6 +64,9 @@ TEST(StringList, CommaTextQuotesOnlyWhatNeedsIt) {
   TStringList blank({});
   blank.Add("");
   EXPECT_EQ(blank.CommaText(), "\"\"");
+  for (const int index : {-1, 1}) EXPECT_THROW(blank.At(index), std::out_of_range);
+  blank.Clear();
+  EXPECT_EQ(blank.Count(), 0);
   list.SetCommaText(list.At(2));
   EXPECT_EQ(LinesOf(list), (TLines{"a", "b"})) << "read from a line of its own";
 }
