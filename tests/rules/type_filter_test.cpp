@@ -34,7 +34,7 @@ TEST(TypeFilter, OpensOnTheEarlierChoice) {
     EXPECT_EQ(filter.Card(), c.Card);
     EXPECT_EQ(filter.ChosenValue(), c.Chosen);
     // Only the very words open the list of cards.
-    EXPECT_EQ(filter.CardsEnabled(), c.Type >= 0 && c.Types[c.Type] == "CB/Chq");
+    EXPECT_EQ(filter.CardsEnabled(), c.Type >= 0 && filter.Types()[c.Type] == "CB/Chq");
   }
 }
 
