@@ -31,8 +31,7 @@ std::optional<int> ParseNumber(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
   if (text.starts_with('+')) text.remove_prefix(1);
   int number = 0;
-  if (!ReadNumber(text, number)) return std::nullopt;
-  return number;
+  return ReadNumber(text, number) ? std::optional(number) : std::nullopt;
 }
 
 /// The number of an entry's name value, though perhaps written in another way.

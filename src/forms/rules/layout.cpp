@@ -1,10 +1,10 @@
 #include "forms/rules/layout.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
 #include "forms/rules/layout_words.h"
+#include "text/ascii.h"
 
 namespace {
 
@@ -49,10 +49,7 @@ std::string ReadQuoted(std::string_view text, std::size_t& at, int line) {
 
 std::optional<int> NumberOf(std::string_view word) {
   int number = 0;
-  const char* const last = word.data() + word.size();
-  const auto [end, error] = std::from_chars(word.data(), last, number);
-  if (error != std::errc() || end != last) return std::nullopt;
-  return number;
+  return ReadNumber(word, number) ? std::optional(number) : std::nullopt;
 }
 
 std::vector<TLexeme> Tokenize(std::string_view text) {
