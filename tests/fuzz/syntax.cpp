@@ -1,8 +1,6 @@
 // The syntax database from any row of nodes, and the constants of its lists.
 
 #include "fuzz.h"
-#include "syntax/rules/constant_value.h"
-#include "text/trimmed.h"
 #include "zefdb/rules/database_check.h"
 
 namespace {
@@ -11,20 +9,6 @@ constexpr const char kElements[][10] = {"objects", "object", "type",      "const
                                         "method",  "data",   "list",      "param",
                                         "oparam",  "return", "listconst", "comment"};
 constexpr const char kAttributes[][5] = {"name", "type", "list", "def"};
-
-/// A click, and the value read back: a name with blanks at its ends or a "+" is not found again.
-void CheckConstants(const TSyntaxDatabase& database, const std::string& list) {
-  TConstantChoice choice;
-  choice.Fill(database, list);
-  for (int i = 0; i < choice.Count(); ++i) {
-    choice.Tick(i, true);
-    choice.ConstantHelp(i);
-    Check(choice.Ticked(i));
-    const std::string name = choice.Name(i), value = choice.Value();
-    choice.Parse(value);
-    Check(choice.Ticked(i) || name.empty() || name.find('+') + 1 > 0 || Trimmed(name) != name);
-  }
-}
 
 const bool nodes = Target("database", [](TInput input) {
   TSyntaxDatabaseBuilder builder;
@@ -56,7 +40,6 @@ const bool nodes = Target("database", [](TInput input) {
   for (const TSyntaxElement& element : database.Elements()) {
     const TSyntaxElement* found = database.FindElement(element.Name);
     Check(found && found->Name == element.Name && found <= &element);
-    CheckConstants(database, element.Name);
   }
   for (const TDatabaseFault& fault : check.Faults()) Check(!Describe(fault).empty());
 });

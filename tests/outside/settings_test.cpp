@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <sddl.h>
-
 #include <string>
 #include <vector>
 
@@ -76,31 +74,5 @@ TEST_F(Settings, WhateverIsStoredFitsOrIsRefused) {
     RegSetKeyValueW(HKEY_CURRENT_USER, TSavedSettings::Product, L"Nom", type, bytes.data(),
                     static_cast<DWORD>(bytes.size()));
     EXPECT_EQ(Get(true, size), expected) << type << ' ' << bytes.substr(0, 20) << ' ' << size;
-  }
-}
-
-TEST_F(Settings, RefusalsGiveTheSystemsCode) {
-  ASSERT_EQ(Set("avant"), 0);
-  const auto denied = static_cast<long>(ERROR_ACCESS_DENIED);
-  const std::pair<const wchar_t*, TRead> cases[] = {{L"D:(D;;KA;;;WD)", {denied, ""}},
-                                                    {L"D:(A;;KR;;;WD)", {0, "avant"}}};
-  HKEY key = nullptr;
-  RegOpenKeyW(HKEY_CURRENT_USER, TSavedSettings::Product, &key);
-  for (const auto& [rights, read] : cases) {
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    ConvertStringSecurityDescriptorToSecurityDescriptorW(rights, 1, &descriptor, nullptr);
-    RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, descriptor);
-    LocalFree(descriptor);
-    EXPECT_EQ(Get(), read);
-    EXPECT_EQ(Set("apr\xE8s"), denied);
-  }
-  RegCloseKey(key);
-}
-
-TEST_F(Settings, StandBesideADigestThatWritesNothingElse) {
-  for (const char* text : {"", static_cast<const char*>(nullptr)}) {
-    std::string buffer(40, '#');
-    Library.MD5(buffer.data(), text);
-    EXPECT_EQ(buffer, std::string("d41d8cd98f00b204e9800998ecf8427e\0#######", 40));
   }
 }

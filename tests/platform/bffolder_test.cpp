@@ -5,8 +5,6 @@
 
 #include <shlobj.h>
 
-#include <thread>
-
 #include "forms/application.h"
 #include "user/scripted_user.h"
 #include "user/window.h"
@@ -59,20 +57,6 @@ TEST_F(Bffolder, TellsWhenItIsThereAndTakesChangesWhileOpen) {
   }));
   EXPECT_EQ(initialized, 1);
   EXPECT_EQ(Folder.SelectedDir(), "C:\\users");
-}
-
-// The newer look, which users can size, needs a thread for windows.
-TEST_F(Bffolder, WorksWhateverTheThreadingModel) {
-  for (const bool windows : {true, false}) {
-    std::thread([&] {
-      CoInitializeEx(nullptr, windows ? COINIT_APARTMENTTHREADED : COINIT_MULTITHREADED);
-      EXPECT_FALSE(Execute([&](TUser&, TFormDriver& picker) {
-        EXPECT_EQ((GetWindowLongW(picker.Handle(), GWL_STYLE) & WS_THICKFRAME) != 0, windows);
-        picker.Click("#2");
-      }));
-      CoUninitialize();
-    }).join();
-  }
 }
 
 }  // namespace
