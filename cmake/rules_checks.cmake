@@ -5,10 +5,9 @@ set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 
 file(GLOB ZEF_RULE_TESTS CONFIGURE_DEPENDS tests/rules/*.cpp)
-add_executable(rules_tests ${ZEF_RULE_TESTS} examples/host/script_words.cpp)
+add_executable(rules_tests ${ZEF_RULE_TESTS})
 target_link_libraries(rules_tests PRIVATE zef_rules gtest_main)
-target_include_directories(rules_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests/rules
-                                               ${PROJECT_SOURCE_DIR}/examples/host)
+target_include_directories(rules_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests/rules)
 target_compile_definitions(rules_tests PRIVATE ZEF_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
 
 if(ZEF_BENCH)

@@ -194,9 +194,8 @@ TEST_F(Download, DiesByEitherFunctionOrWithItsOwner) {
   Library->VCLInvokeNonModalDialog(MainWindow, nullptr, &owner);
   const THostDownload owned(*Library, owner), freed(*Library, owner), other(*Library);
   int value = 5;
-  for (int number = -128; number < 128; ++number)
-    EXPECT_TRUE((number >= 1 && number <= 11) || !other.Do(number, nullptr, &value)) << number;
-  EXPECT_EQ(value, 5);
+  for (const int unknown : {-1, 0, 12})
+    EXPECT_TRUE(!other.Do(unknown, nullptr, &value) && value == 5) << unknown;
   for (const THostDownload* each : {&owned, &freed, &other})
     each->Start(Server.Address("/stall"), nullptr);
   EXPECT_LT(Duration([&] { Library->VCLFreeNonModalDialog(freed.Handle()); }), SoonMs);
