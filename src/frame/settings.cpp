@@ -7,12 +7,12 @@
 
 namespace {
 
-constexpr char RootKey[] = "Software";
-constexpr char CompanyKey[] = "KAVEN";
-constexpr char ProductKey[] = "ZEF";
+constexpr char kRootKey[] = "Software";
+constexpr char kCompanyKey[] = "KAVEN";
+constexpr char kProductKey[] = "ZEF";
 /// Room for what settings commonly hold, and the most that is read of one.
-constexpr std::uint32_t UsualSetting = 255;
-constexpr std::uint32_t LongestSetting = 1u << 22;
+constexpr std::uint32_t kUsualSetting = 255;
+constexpr std::uint32_t kLongestSetting = 1u << 22;
 
 TRegistryHive HiveOf(bool currentUser) {
   return currentUser ? TRegistryHive::CurrentUser : TRegistryHive::LocalMachine;
@@ -21,17 +21,17 @@ TRegistryHive HiveOf(bool currentUser) {
 /// The host's key for reading, which must be there.
 long OpenSettings(TRegistryKey& key, bool currentUser,
                   TRegistryAccess access = TRegistryAccess::Query) {
-  long result = key.Open(HiveOf(currentUser), RootKey, TRegistryAccess::Query);
-  if (result == ERROR_SUCCESS) result = key.Open(key, CompanyKey, TRegistryAccess::Query);
-  if (result == ERROR_SUCCESS) result = key.Open(key, ProductKey, access);
+  long result = key.Open(HiveOf(currentUser), kRootKey, TRegistryAccess::Query);
+  if (result == ERROR_SUCCESS) result = key.Open(key, kCompanyKey, TRegistryAccess::Query);
+  if (result == ERROR_SUCCESS) result = key.Open(key, kProductKey, access);
   return result;
 }
 
 /// The host's key for writing. Only its own two levels are made.
 long CreateSettings(TRegistryKey& key, bool currentUser) {
-  long result = key.Open(HiveOf(currentUser), RootKey, TRegistryAccess::Write);
-  if (result == ERROR_SUCCESS) result = key.Create(key, CompanyKey);
-  if (result == ERROR_SUCCESS) result = key.Create(key, ProductKey);
+  long result = key.Open(HiveOf(currentUser), kRootKey, TRegistryAccess::Write);
+  if (result == ERROR_SUCCESS) result = key.Create(key, kCompanyKey);
+  if (result == ERROR_SUCCESS) result = key.Create(key, kProductKey);
   return result;
 }
 
@@ -88,7 +88,7 @@ void TSettings::NoteReading(long result) const {
 std::string TSettings::Read(const std::string& name) const {
   std::string text;
   if (!FReading.IsOpen()) return text;
-  for (std::uint32_t size = UsualSetting; size <= LongestSetting; size *= 4) {
+  for (std::uint32_t size = kUsualSetting; size <= kLongestSetting; size *= 4) {
     text.resize(size);
     const long result = QueryText(FReading, text.data(), size, name.c_str());
     if (result == ERROR_SUCCESS) return text.c_str();

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t BlockSize = 64;
+constexpr std::size_t kBlockSize = 64;
 
 struct TState {
   std::uint32_t A = 0x67452301u;
@@ -140,17 +140,17 @@ void PutLittleEndian(unsigned char* to, std::uint64_t value, std::size_t bytes) 
 TMd5Digest Md5(std::string_view bytes) {
   TState state;
   const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
-  const std::size_t whole = bytes.size() / BlockSize * BlockSize;
-  for (std::size_t at = 0; at < whole; at += BlockSize) Digest(state, data + at);
+  const std::size_t whole = bytes.size() / kBlockSize * kBlockSize;
+  for (std::size_t at = 0; at < whole; at += kBlockSize) Digest(state, data + at);
 
   // The rest, a one bit, zeros, and the length in bits at the end of a block.
-  unsigned char tail[2 * BlockSize] = {};
+  unsigned char tail[2 * kBlockSize] = {};
   const std::size_t rest = bytes.size() - whole;
   if (rest != 0) std::memcpy(tail, data + whole, rest);
   tail[rest] = 0x80;
-  const std::size_t tailSize = rest + 9 <= BlockSize ? BlockSize : 2 * BlockSize;
+  const std::size_t tailSize = rest + 9 <= kBlockSize ? kBlockSize : 2 * kBlockSize;
   PutLittleEndian(tail + tailSize - 8, std::uint64_t{bytes.size()} * 8, 8);
-  for (std::size_t at = 0; at < tailSize; at += BlockSize) Digest(state, tail + at);
+  for (std::size_t at = 0; at < tailSize; at += kBlockSize) Digest(state, tail + at);
 
   TMd5Digest digest;
   const std::uint32_t words[] = {state.A, state.B, state.C, state.D};

@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr std::uint32_t LinesPerChunk = 256;
-constexpr std::size_t FewLines = 8;
+constexpr std::uint32_t kLinesPerChunk = 256;
+constexpr std::size_t kFewLines = 8;
 
 std::vector<TLineId> WithRoom(std::size_t lines) {
   std::vector<TLineId> result;
@@ -47,20 +47,20 @@ TLineSequence::TPlace TLineSequence::End() const {
 
 int TLineSequence::Insert(TPlace place, TLineId line) {
   if (FOrder.empty()) {
-    AddChunk(0, WithRoom(FewLines));
+    AddChunk(0, WithRoom(kFewLines));
     Recount();
   }
-  if (FOrder[place.Ordinal].Count == LinesPerChunk) {
-    const bool atEnd = place.Ordinal + 1 == FOrder.size() && place.Offset == LinesPerChunk;
+  if (FOrder[place.Ordinal].Count == kLinesPerChunk) {
+    const bool atEnd = place.Ordinal + 1 == FOrder.size() && place.Offset == kLinesPerChunk;
     if (atEnd) {
       // A list that only grows at its end keeps its chunks full.
-      AddChunk(place.Ordinal + 1, WithRoom(LinesPerChunk));
+      AddChunk(place.Ordinal + 1, WithRoom(kLinesPerChunk));
       Recount();
       place = {place.Ordinal + 1, 0};
     } else {
       Split(place.Ordinal);
-      if (place.Offset > LinesPerChunk / 2)
-        place = {place.Ordinal + 1, place.Offset - LinesPerChunk / 2};
+      if (place.Offset > kLinesPerChunk / 2)
+        place = {place.Ordinal + 1, place.Offset - kLinesPerChunk / 2};
     }
   }
   TLines& lines = ChunkAt(place.Ordinal);
@@ -136,11 +136,11 @@ void TLineSequence::RemoveChunk(std::uint32_t ordinal) noexcept {
 }
 
 void TLineSequence::Split(std::uint32_t ordinal) {
-  TLines upper = WithRoom(LinesPerChunk);
+  TLines upper = WithRoom(kLinesPerChunk);
   const TLines& full = ChunkAt(ordinal);
-  upper.assign(full.begin() + LinesPerChunk / 2, full.end());
+  upper.assign(full.begin() + kLinesPerChunk / 2, full.end());
   AddChunk(ordinal + 1, std::move(upper));
-  ChunkAt(ordinal).resize(LinesPerChunk / 2);
+  ChunkAt(ordinal).resize(kLinesPerChunk / 2);
   Update(ordinal);
   for (TLineId line : ChunkAt(ordinal + 1)) FStore.Tag(line) = FOrder[ordinal + 1].Number;
   Recount();
@@ -149,7 +149,7 @@ void TLineSequence::Split(std::uint32_t ordinal) {
 bool TLineSequence::MergeWithNext(std::uint32_t ordinal) noexcept {
   if (ordinal + 1 >= FOrder.size()) return false;
   const std::size_t together = std::size_t{FOrder[ordinal].Count} + FOrder[ordinal + 1].Count;
-  if (together > LinesPerChunk / 2) return false;
+  if (together > kLinesPerChunk / 2) return false;
   // There is room: a chunk that another follows was full once, or was made for as many. So a
   // removal does not fail for want of memory.
   TLines& lines = ChunkAt(ordinal);

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t SmallestPage = 256;
+constexpr std::size_t kSmallestPage = 256;
 
 }  // namespace
 
@@ -31,7 +31,7 @@ TLineId TLineStore::New(std::string_view text) {
     page = FPages.size() - 1;
   } else {
     if (FSize - FNext < size) {
-      const std::size_t newSize = std::max(std::clamp(FUsed, SmallestPage, LargestPage), size);
+      const std::size_t newSize = std::max(std::clamp(FUsed, kSmallestPage, LargestPage), size);
       AddPage(newSize);
       FSize = newSize;
       FShared = page = FPages.size() - 1;

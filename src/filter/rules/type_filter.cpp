@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::string_view CardType = "CB/Chq";
+constexpr std::string_view kCardType = "CB/Chq";
 
 /// As list boxes search: the whole text, letter case ignored.
 int IndexOf(const std::vector<std::string>& items, std::string_view text) {
@@ -25,14 +25,14 @@ std::string ItemAt(const std::vector<std::string>& items, int index) {
 TTypeFilter::TTypeFilter(std::vector<std::string> types, std::vector<std::string> cards)
     : FTypes(std::move(types)), FCards(std::move(cards)) {}
 
-bool TTypeFilter::CardsEnabled() const { return ItemAt(FTypes, FType) == CardType; }
+bool TTypeFilter::CardsEnabled() const { return ItemAt(FTypes, FType) == kCardType; }
 
 void TTypeFilter::Preselect(std::string_view previous) {
   if (previous.empty()) return;
   if (const int type = IndexOf(FTypes, previous); type >= 0) {
     Choose(type, FCard);
   } else if (const int card = IndexOf(FCards, previous); card >= 0) {
-    Choose(IndexOf(FTypes, CardType), card);
+    Choose(IndexOf(FTypes, kCardType), card);
   }
 }
 
