@@ -13,7 +13,6 @@ class TExampleView : public TDialogViewBaseForm {
 
   /// Kept as a plain pointer, never called; null before the first time.
   void SetExClass(IExClass1* exClass) { FExClass = exClass; }
-  IExClass1* ExClass() const { return FExClass; }
 
  private:
   IExClass1* FExClass = nullptr;
