@@ -34,7 +34,8 @@ void FirstStart(TTourHost& host) {
   host.Picture(host.Window(), "host");
   host.Window().Press(VK_F1);
   TFormDriver form = host.User().WaitForForm("TDlgSyntax");
-  Expect(!form.SelectedItem("BoxType").empty(), "a type that the assistant knows");
+  host.User().WaitUntil("a type that the assistant knows",
+                        [&] { return !form.SelectedItem("BoxType").empty(); });
   form.Press(VK_ESCAPE);
   form.WaitGone();
 }
@@ -51,9 +52,11 @@ void Directories(TTourHost& host) {
   form.Click("ButtonOK");
   Answer(host, "Erreur", "Vous devez choisir un répertoire !", IDOK);
   AddDirectory(host, form, "Maison", "C:\\users");
-  Expect(form.Checked("BoxDefault") == BST_CHECKED, "the first one opens by itself");
+  host.User().WaitUntil("the first one opens by itself",
+                        [&] { return form.Checked("BoxDefault") == BST_CHECKED; });
   AddDirectory(host, form, "Asso", "C:\\windows");
-  Expect(form.Checked("BoxDefault") == BST_UNCHECKED, "the second one does not");
+  host.User().WaitUntil("the second one does not",
+                        [&] { return form.Checked("BoxDefault") == BST_UNCHECKED; });
   Name(host, form, "BtnRename", "Nouveau Nom", "MAISON");
   Answer(host, "Erreur", "Erreur, MAISON existe déja !", IDOK);
   Name(host, form, "BtnRename", "Nouveau Nom", "Association");
@@ -81,7 +84,8 @@ void Directories(TTourHost& host) {
   form = host.User().WaitForForm("TDlgDirSelect");
   host.WaitItems(form, "ListRep", {"Association", "Maison"});
   host.See(form, "again", {{"ListRep", "Maison"}, {"EditRep", "C:\\users"}});
-  Expect(form.Checked("BoxDefault") == BST_CHECKED, "it opens by itself");
+  host.User().WaitUntil("it opens by itself",
+                        [&] { return form.Checked("BoxDefault") == BST_CHECKED; });
   form.Press(VK_ESCAPE);
   form.WaitGone();
 }

@@ -35,7 +35,8 @@ void Assistant(TTourHost& host) {
             {"TextDefVal", ""},
             {"EditParamHelp", "États des écritures à compter ; tous s'ils sont omis."},
             {"ButValue", form.Text("ButValue")}});
-  Expect(form.RadioItem("RadioParam") == "Falcutatif", "an optional parameter");
+  host.User().WaitUntil("an optional parameter",
+                        [&] { return form.RadioItem("RadioParam") == "Falcutatif"; });
   form.Fill("EditValue", "zefPointee");
   form.WaitText("EditMethod", "SoldeAu(Date, zefPointee)");
   form.Click("ButtonOK");
@@ -62,7 +63,7 @@ void Chain(TTourHost& host) {
   form.StepDown("UpDown");
   host.See(form, "stepped_back",
            {{"EditObjet", "Ecritures"}, {"BoxType", "Ecritures"}, {"BoxMethod", "Derniere"}});
-  Expect(form.Position("UpDown") == last - 1, "one step back");
+  host.User().WaitUntil("one step back", [&] { return form.Position("UpDown") == last - 1; });
   form.Press(VK_ESCAPE);
   form.WaitGone();
   Expect(host.Script() == before, "Cancel leaves the script alone");
@@ -78,7 +79,8 @@ void Member(TTourHost& host) {
   host.WaitItems(form, "ListParam", {"[date]", "[tolerance]"});
   host.See(form, "member", {{"EditLigne", "texte.Depasse"}, {"TextReturnType", "bool"}});
   form.Select("ListParam", "[date]");
-  Expect(form.RadioItem("RadioParam") == "Falcutatif", "an optional parameter");
+  host.User().WaitUntil("an optional parameter",
+                        [&] { return form.RadioItem("RadioParam") == "Falcutatif"; });
   form.Fill("EditValue", "Date");
   form.WaitText("EditLigne", "texte.Depasse Date");
   form.ToggleItem("ListParam", "[tolerance]");
