@@ -30,11 +30,25 @@ class Interruptions : public TSituations {
     Server.reset();  // a fetch holds the library
   }
   void Disturb();
-  void OpenEveryDialog();
+  void CallEverything();
   void Tell(UINT message, WPARAM wParam = 0, LPARAM lParam = 0, LRESULT least = 0);
   void ChangeDpi(int dpi);
 
  private:
+  /// Nulls, but for the handle of a dialog, which somebody has to give back.
+  template <class T>
+  T Least() {
+    if constexpr (std::is_same_v<T, ZefDialog*>) return &FMade;
+    return T{};
+  }
+  template <class TResult, class... TArguments>
+  void CallWithLeast(TResult(WINAPI* function)(TArguments...)) {
+    FMade = nullptr;
+    function(Least<TArguments>()...);
+    Library->VCLFreeNonModalDialog(FMade);
+  }
+
+  ZefDialog FMade = nullptr;
   HWND FForm = nullptr;  ///< the topmost as the interruption comes
 };
 
@@ -47,8 +61,13 @@ const std::vector<Interruptions::TInterruption> Interruptions::All{
     {"what leaves it there", TEffect::Stays, &Interruptions::Disturb},
 };
 
-void Interruptions::OpenEveryDialog() {
+void Interruptions::CallEverything() {
   const TPilot pilot({});  // leaves what comes upon what is there
+#define ZEF_CALL(result, name, parameters)                                                         \
+  if (#name != std::string_view("VCLFree") && #name != std::string_view("VCLSetMainWindowHandle")) \
+    CallWithLeast(Library->name);
+  ZEFEXT_FUNCTIONS(ZEF_CALL)
+#undef ZEF_CALL
   for (const TSituation& other : Situations)
     if (other.Modal() && other.Steps.empty()) {
       EXPECT_EQ((this->*other.Call)(), other.Cancelled);
@@ -76,7 +95,7 @@ void Interruptions::ChangeDpi(int dpi) {
 }
 
 void Interruptions::Disturb() {
-  OpenEveryDialog();
+  CallEverything();
   Tell(WM_NULL);
   Tell(WM_QUERYENDSESSION, 0, 0, TRUE);
   Tell(WM_ENDSESSION, TRUE);

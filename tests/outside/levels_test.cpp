@@ -87,6 +87,16 @@ long long BusyHeap() {
   return bytes;
 }
 
+long long StoredValues() {
+  HKEY key = nullptr;
+  DWORD values = 0, keys = 0;
+  RegOpenKeyW(HKEY_CURRENT_USER, TSavedSettings::Product, &key);
+  RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                   nullptr, nullptr, nullptr);
+  RegCloseKey(key);
+  return values + keys;
+}
+
 }  // namespace
 
 /// Whatever is opened, used and closed again and again leaves nothing behind. A few rounds each;
@@ -107,6 +117,7 @@ class Levels : public TSituations {
       // The system that these tests run on loses 12 bytes with each label that is given a font, and
       // the tests' server keeps some with each request.
       {"heap", BusyHeap, 600},
+      {"settings", StoredValues, 0},
   };
   static constexpr size_t Handles = 3;
 

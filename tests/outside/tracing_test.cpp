@@ -160,3 +160,21 @@ TEST_F(Traces, WindowFollowsTheNewestLineUnlessTheUserScrolledBack) {
   Ask(EM_GETLINECOUNT);
   EXPECT_EQ(Ask(EM_GETFIRSTVISIBLELINE), 70000);
 }
+
+TEST_F(Traces, WindowDropsTheOldestLinesAtTheControlsLimit) {
+  constexpr std::size_t Limit = 4000;
+  Library->VCLShowDebugText("100 %\ndeux");
+  EXPECT_EQ(TextOf(Memo()), "0001 : 100 %\r\ndeux");
+  Ask(EM_SETLIMITTEXT, Limit);
+  for (int part = 0; part < 40; ++part) {
+    Add(50);
+    Ask(EM_GETLINECOUNT);
+  }
+  const std::string text = TextOf(Memo());
+  EXPECT_GE(text.size(), Limit / 3);
+  EXPECT_TRUE(text.ends_with("\r\n2000 : ligne\r\n2001 : ligne"));
+  EXPECT_EQ(text.substr(4, 11), " : ligne\r\n1") << "dropped by whole lines";
+  Library->VCLShowDebugText(std::string(2 * Limit, 'x').c_str());
+  EXPECT_LE(TextOf(Memo()).size(), Limit);
+  EXPECT_TRUE(TextOf(Memo()).ends_with("xxx"));
+}
