@@ -128,7 +128,8 @@ int TFormDriver::Position(std::string_view upDown) const {
 
 void TFormDriver::Reach(HWND control, POINT screen) const {
   const std::string name = NameOf(control);
-  if (!IsWindowEnabled(control)) throw TUserError(name + " is disabled");
+  // What was typed just now may be what enables it.
+  FUser->WaitUntil(name + " to be enabled", [&] { return IsWindowEnabled(control) != FALSE; });
   if (!Shown(control)) throw TUserError(name + " is hidden");
   // A form that has just come up may lie under its owner for a moment; a tip goes once the pointer
   // comes to it.
